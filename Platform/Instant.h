@@ -1,0 +1,22 @@
+#pragma once
+
+#include <compare>
+
+namespace platform {
+
+inline constexpr double kSecondsPerDay = 86400.0;
+
+/// A point in time: seconds since 1970-01-01T00:00:00Z, leap seconds not counted. Never a wall clock: only
+/// TimeZone and GregorianCalendar lead from one to the other.
+struct Instant {
+  double seconds = 0;
+
+  friend auto operator<=>(const Instant&, const Instant&) = default;
+};
+
+[[nodiscard]] constexpr Instant operator+(Instant instant, double seconds) { return {instant.seconds + seconds}; }
+[[nodiscard]] constexpr Instant operator-(Instant instant, double seconds) { return {instant.seconds - seconds}; }
+/// Elapsed seconds from the right instant to the left one.
+[[nodiscard]] constexpr double operator-(Instant later, Instant earlier) { return later.seconds - earlier.seconds; }
+
+}  // namespace platform

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdint>
+
+namespace platform {
+
+/// One value of 31 random bits from the C library's generator, which is seeded with the time in seconds at
+/// the first call in the process.
+[[nodiscard]] std::uint32_t randomValue();
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#include "Platform/XMLText.h"
+
+#include <algorithm>
+
+#include "Platform/Texts.h"
+
+namespace xml {
+namespace {
+
+/// Length of the character of XML that the bytes begin with; 0 when they begin with none.
+std::size_t characterLength(std::string_view bytes) {
+  const std::size_t length = platform::utf8CharacterLength(bytes);
+  const char first = bytes[0];
+  if (length == 1 && static_cast<unsigned char>(first) < 0x20 && first != '\t' && first != '\n' && first != '\r')
+    return 0;
+  const bool isNoncharacter = bytes.starts_with("\xEF\xBF\xBE") || bytes.starts_with("\xEF\xBF\xBF");
+  return isNoncharacter ? 0 : length;
+}
+
+/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read.
+std::string declaredEncoding(std::string_view bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+  if (!bytes.starts_with("<?xml")) return "";
+  const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+  const std::size_t key = declaration.find("encoding");
+  const std::size_t open = key == std::string_view::npos ? key : declaration.find_first_of("\"'", key);
+  if (open == std::string_view::npos) return "";
+  const std::size_t close = declaration.find(declaration[open], open + 1);
+  if (close == std::string_view::npos) return "";
+  std::string name(declaration.substr(open + 1, close - open - 1));
+  for (char& c : name) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return name;
+}
+
+/// Whether a character reference names NUL: "&#0;", "&#x00;".
+bool refersToNul(std::string_view bytes) {
+  for (std::size_t at = bytes.find("&#"); at != std::string_view::npos; at = bytes.find("&#", at + 2)) {
+    std::size_t digit = at + 2;
+    if (digit < bytes.size() && bytes[digit] == 'x') ++digit;
+    const std::size_t end = bytes.find_first_not_of('0', digit);
+    if (end != std::string_view::npos && end > digit && bytes[end] == ';') return true;
+  }
+  return false;
+}
+
+/// Whether the tree's parser reads the encoding by itself. It tells UTF-16 and UTF-32 by their first bytes.
+bool parserKnows(const std::string& encoding) {
+  return encoding.empty() || encoding == "utf-8" || encoding == "us-ascii" || encoding == "iso-8859-1" ||
+         encoding == "latin1" || encoding.starts_with("utf-16") || encoding.starts_with("utf-32");
+}
+
+}  // namespace
+
+std::string_view charactersOnly(std::string_view text, std::string& storage) {
+  const auto needsLook = [](char c) { return static_cast<unsigned char>(c - 0x20) >= 0x60; };  // not plain ASCII
+  if (std::none_of(text.begin(), text.end(), needsLook)) return text;
+  storage.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = characterLength(text.substr(i));
+    storage.append(text.substr(i, length));
+    i += length == 0 ? 1 : length;
+  }
+  return storage;
+}
+
+bool isTakenForUTF8(std::string_view bytes) {
+  // UTF-16 and UTF-32 begin with a mark, or have NULs between their first letters.
+  const bool isWide = bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE") ||
+                      bytes.substr(0, 4).find('\0') != std::string_view::npos;
+  const std::string encoding = declaredEncoding(bytes);
+  return !isWide && (encoding.empty() || encoding == "utf-8" || encoding == "us-ascii");
+}
+
+bool parserReads(std::string_view bytes) {
+  if (!parserKnows(declaredEncoding(bytes))) return false;
+  if (isTakenForUTF8(bytes) && !platform::isUTF8(bytes)) return false;
+  return !refersToNul(bytes);
+}
+
+}  // namespace xml

@@ -1,0 +1,297 @@
+#include "Platform/XMLTree.h"
+
+#include <utility>
+
+#include "Platform/Texts.h"
+#include "Platform/XMLQuery.h"
+#include "Platform/XMLRepair.h"
+#include "Platform/XMLText.h"
+#include "Platform/XMLTreeInternals.h"
+
+namespace xml {
+namespace {
+
+/// A document's only text of an element is kept even when it is blank, and is stored in the element itself.
+constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+
+constexpr const char* kIndent = "  ";
+constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
+
+/// Gives the node the text. What cannot be a character in XML is left out.
+void setText(pugi::xml_node node, std::string_view text) {
+  std::string storage;
+  const std::string_view clean = charactersOnly(text, storage);
+  node.set_value(clean.data(), clean.size());
+}
+
+/// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
+class SinkWriter final : public pugi::xml_writer {
+ public:
+  explicit SinkWriter(const std::function<void(std::string_view)>& sink) : sink_(sink) {}
+
+  void write(const void* data, std::size_t size) override {
+    std::string_view rest(static_cast<const char*>(data), size);
+    for (std::size_t at = rest.find('\r'); at != std::string_view::npos; at = rest.find('\r')) {
+      sink_(rest.substr(0, at));
+      sink_("&#13;");
+      rest.remove_prefix(at + 1);
+    }
+    sink_(rest);
+  }
+
+ private:
+  const std::function<void(std::string_view)>& sink_;
+};
+
+/// name="value", with the value escaped.
+std::string markupOf(pugi::xml_attribute attribute) {
+  pugi::xml_document scratch;
+  pugi::xml_node holder = scratch.append_child("a");
+  holder.append_copy(attribute);
+  std::string text;
+  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
+  SinkWriter writer(sink);
+  holder.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+  // <a name="value"/>, with or without a blank before the slash
+  text = text.substr(3, text.rfind('"') - 2);
+  return text;
+}
+
+pugi::xml_node childAt(pugi::xml_node parent, std::size_t index) {
+  pugi::xml_node child = parent.first_child();
+  while (child && index-- > 0) child = child.next_sibling();
+  return child;
+}
+
+}  // namespace
+
+void Document::Tree::write(pugi::xml_node node, unsigned depth, pugi::xml_writer& writer,
+                           const std::function<void(std::string_view)>& sink) const {
+  const auto texts = finished.find(node.internal_object());
+  if (texts == finished.end() && node != root) {
+    node.print(writer, kIndent, kWriteOptions, pugi::encoding_utf8, depth);
+    return;
+  }
+  const std::string indent(depth * std::char_traits<char>::length(kIndent), ' ');
+  std::string tag = indent + "<" + node.name();
+  for (const pugi::xml_attribute attribute : node.attributes()) {
+    tag += " " + markupOf(attribute);
+  }
+  sink(tag + ">\n");
+  for (const pugi::xml_node child : node.children()) write(child, depth + 1, writer, sink);
+  if (texts != finished.end()) {
+    for (const std::string& piece : texts->second.pieces()) sink(piece);
+  }
+  sink(indent + "</" + node.name() + ">\n");
+}
+
+// Attribute
+
+std::string_view Attribute::name() const { return pugi::xml_attribute(attribute_).name(); }
+
+std::string_view Attribute::value() const { return pugi::xml_attribute(attribute_).value(); }
+
+std::string Attribute::markup() const { return markupOf(pugi::xml_attribute(attribute_)); }
+
+// Node
+
+bool Node::isElement() const { return pugi::xml_node(node_).type() == pugi::node_element; }
+
+std::string_view Node::name() const { return pugi::xml_node(node_).name(); }
+
+std::string Node::stringValue() const {
+  const pugi::xml_node top(node_);
+  std::string text(top.value());  // an element's first text is stored in the element
+  for (pugi::xml_node node = top.first_child(); node; node = nextInDocumentOrder(node, top)) {
+    if (node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
+      text += node.value();
+    }
+  }
+  return text;
+}
+
+Attribute Node::attribute(std::string_view name) const {
+  for (pugi::xml_attribute attribute = pugi::xml_node(node_).first_attribute(); attribute;
+       attribute = attribute.next_attribute()) {
+    if (name == attribute.name()) return Attribute(attribute.internal_object());
+  }
+  return {};
+}
+
+std::optional<std::string> Node::attributeText(std::string_view name) const {
+  const Attribute found = attribute(name);
+  if (!found) return std::nullopt;
+  return std::string(found.value());
+}
+
+Node Node::parent() const {
+  const pugi::xml_node parent = pugi::xml_node(node_).parent();
+  return parent.type() == pugi::node_element ? Node(parent.internal_object(), document_) : Node();
+}
+
+std::string Node::markup() const {
+  std::string text;
+  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
+  SinkWriter writer(sink);
+  pugi::xml_node(node_).print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+  return text;
+}
+
+std::vector<Node> Node::select(std::string_view query) const { return Query(query).all(*this); }
+
+Match Node::selectLast(std::string_view query) const { return Query(query).last(*this); }
+
+Node Node::appendChild(const char* name) const {
+  if (node_ == nullptr) return {};
+  document_->tree_->changed();
+  pugi::xml_node child = pugi::xml_node(node_).append_child(pugi::node_element);
+  child.set_name(name);
+  return {child.internal_object(), document_};
+}
+
+Node Node::insertChild(const char* name, std::size_t index) const {
+  const pugi::xml_node before = childAt(pugi::xml_node(node_), index);
+  if (!before) return appendChild(name);
+  document_->tree_->changed();
+  pugi::xml_node child = pugi::xml_node(node_).insert_child_before(pugi::node_element, before);
+  child.set_name(name);
+  return {child.internal_object(), document_};
+}
+
+Node Node::append(Element element) const {
+  if (node_ == nullptr) return {};
+  document_->tree_->changed();
+  const Node child = element.release();
+  pugi::xml_node(node_).append_move(pugi::xml_node(child.node_));
+  return child;
+}
+
+Node Node::insert(Element element, std::size_t index) const {
+  const pugi::xml_node before = childAt(pugi::xml_node(node_), index);
+  if (!before) return append(std::move(element));
+  document_->tree_->changed();
+  const Node child = element.release();
+  pugi::xml_node(node_).insert_move_before(pugi::xml_node(child.node_), before);
+  return child;
+}
+
+void Node::appendFinished(Element element) const {
+  if (node_ == nullptr) return;
+  GrowingText& texts = document_->tree_->finished[node_];
+  const std::function<void(std::string_view)> sink = [&texts](std::string_view piece) { texts.append(piece); };
+  SinkWriter writer(sink);
+  const unsigned depth = document_->tree_->depthOf(pugi::xml_node(node_)) + 1;
+  pugi::xml_node(element.node().node_).print(writer, kIndent, kWriteOptions, pugi::encoding_utf8, depth);
+}
+
+void Node::appendText(std::string_view text) const {
+  if (node_ == nullptr) return;
+  setText(pugi::xml_node(node_).append_child(pugi::node_pcdata), text);
+}
+
+void Node::appendComment(std::string_view text) const {
+  setText(pugi::xml_node(node_).append_child(pugi::node_comment), text);
+}
+
+void Node::insertComment(std::string_view text, std::size_t index) const {
+  const pugi::xml_node before = childAt(pugi::xml_node(node_), index);
+  if (!before) return appendComment(text);
+  setText(pugi::xml_node(node_).insert_child_before(pugi::node_comment, before), text);
+}
+
+Attribute Node::setAttribute(const char* name, std::optional<std::string_view> value) const {
+  if (node_ == nullptr) return {};
+  document_->tree_->changed();
+  pugi::xml_attribute attribute = pugi::xml_node(node_).attribute(name);
+  if (!attribute) attribute = pugi::xml_node(node_).append_attribute(name);
+  if (value) {
+    std::string storage;
+    const std::string_view clean = charactersOnly(*value, storage);
+    attribute.set_value(clean.data(), clean.size());
+  }
+  return Attribute(attribute.internal_object());
+}
+
+Element Node::copy() const {
+  const pugi::xml_node copied = document_->tree_->apart.append_copy(pugi::xml_node(node_));
+  return Element(Node(copied.internal_object(), document_));
+}
+
+// Element
+
+Element& Element::operator=(Element&& other) noexcept {
+  if (this != &other) {
+    drop();
+    node_ = other.release();
+  }
+  return *this;
+}
+
+Element::~Element() { drop(); }
+
+void Element::drop() noexcept {
+  if (!node_) return;
+  node_.document_->tree_->changed();
+  node_.document_->tree_->apart.remove_child(pugi::xml_node(node_.node_));
+}
+
+// Document
+
+Document::Document() : tree_(std::make_unique<Tree>()) { tree_->apart = tree_->document.append_child("apart"); }
+
+Document::~Document() = default;
+
+bool Document::load(std::string bytes) {
+  if (!parserReads(bytes)) return false;
+  tree_->bytes = std::move(bytes);
+  const auto result = tree_->document.load_buffer_inplace(tree_->bytes.data(), tree_->bytes.size(), kParseOptions);
+  if (!result) return false;
+  tree_->root = tree_->document.document_element();
+  tree_->apart = tree_->document.append_child("apart");
+  return true;
+}
+
+std::unique_ptr<Document> Document::parse(std::string bytes) {
+  auto document = std::make_unique<Document>();
+  if (!document->load(std::move(bytes))) return nullptr;
+  return document;
+}
+
+std::unique_ptr<Document> Document::parseRepaired(std::string_view bytes) {
+  std::string text;
+  if (isTakenForUTF8(bytes)) {
+    text = platform::asUTF8(bytes);
+    bytes = text;
+  }
+  auto mended = repaired(bytes);
+  if (!mended) return nullptr;
+  return parse(std::move(*mended));
+}
+
+Node Document::root() const {
+  if (!tree_->root) return {};
+  return {tree_->root.internal_object(), const_cast<Document*>(this)};
+}
+
+Element Document::newElement(const char* name) {
+  return Element(Node(tree_->apart.internal_object(), this).appendChild(name));
+}
+
+Node Document::setRoot(Element element) {
+  tree_->changed();
+  const Node root = element.release();
+  tree_->root = tree_->document.append_move(pugi::xml_node(root.node_));
+  return root;
+}
+
+void Document::serialize(const std::function<void(std::string_view)>& sink) const {
+  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  SinkWriter writer(sink);
+  if (tree_->finished.empty()) {
+    tree_->root.print(writer, kIndent, kWriteOptions, pugi::encoding_utf8);
+  } else {
+    tree_->write(tree_->root, 0, writer, sink);
+  }
+}
+
+}  // namespace xml

@@ -1,0 +1,141 @@
+#pragma once
+
+// What a document holds; for the files of the tree and its queries alone.
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Platform/XMLTree.h"
+
+namespace xml {
+
+/// Text that is only appended to, in pieces that are never moved.
+class GrowingText {
+ public:
+  void append(std::string_view text) {
+    if (pieces_.empty() || pieces_.back().capacity() - pieces_.back().size() < text.size()) {
+      pieces_.emplace_back().reserve(std::max(kPieceSize, text.size()));
+    }
+    pieces_.back().append(text);
+  }
+  [[nodiscard]] const std::vector<std::string>& pieces() const { return pieces_; }
+
+ private:
+  static constexpr std::size_t kPieceSize = std::size_t{1} << 18;
+  std::vector<std::string> pieces_;
+};
+
+/// The next node in document order below the top; an empty one at the end.
+inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node top) {
+  if (node.first_child()) return node.first_child();
+  while (node != top && !node.next_sibling()) node = node.parent();
+  return node == top ? pugi::xml_node() : node.next_sibling();
+}
+
+struct Document::Tree {
+  struct Found {
+    pugi::xml_node_struct* last = nullptr;
+    int count = 0;
+  };
+  using Lookup = std::unordered_map<std::string_view, Found>;
+  struct LookupKey {
+    const void* parent;
+    std::string name;
+    bool operator==(const LookupKey&) const = default;
+  };
+  struct LookupKeyHash {
+    std::size_t operator()(const LookupKey& key) const {
+      return std::hash<const void*>()(key.parent) ^ std::hash<std::string>()(key.name);
+    }
+  };
+
+  /// The children of one node by name. Mappers ask one element for its children one after the other.
+  struct ChildTable {
+    struct Entry {
+      std::string_view name;
+      Found found;
+    };
+    const void* parent = nullptr;
+    std::vector<Entry> entries;
+    bool isComplete = true;  ///< false when there are more names than a table is good for
+  };
+  static constexpr std::size_t kMaximumNames = 100;
+
+  std::string bytes;  ///< what the parsed nodes' texts point into
+  pugi::xml_document document;
+  pugi::xml_node root;
+  pugi::xml_node apart;  ///< parent of the elements that are not part of the tree
+  /// Children of one node by one attribute's value, made at the first question; dropped when anything changes.
+  std::unordered_map<LookupKey, Lookup, LookupKeyHash> lookups;
+
+  /// The tables of the elements asked last: an element and those it leads to.
+  std::array<ChildTable, 4> childTables;
+  std::size_t nextChildTable = 0;
+  /// The texts of finished children, by their parent.
+  std::unordered_map<const void*, GrowingText> finished;
+
+  void changed() {
+    if (!lookups.empty()) lookups.clear();
+    for (ChildTable& table : childTables) table.parent = nullptr;
+  }
+
+  [[nodiscard]] const ChildTable& childTableOf(pugi::xml_node parent) {
+    for (const ChildTable& table : childTables) {
+      if (table.parent == parent.internal_object()) return table;
+    }
+    ChildTable& table = childTables[nextChildTable++ % childTables.size()];
+    table.parent = parent.internal_object();
+    table.entries.clear();
+    table.isComplete = true;
+    for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
+      if (child.type() != pugi::node_element) continue;
+      const std::string_view name = child.name();
+      auto entry = std::find_if(table.entries.rbegin(), table.entries.rend(),
+                                [name](const ChildTable::Entry& candidate) { return candidate.name == name; });
+      if (entry == table.entries.rend()) {
+        table.isComplete = table.entries.size() < kMaximumNames;
+        if (!table.isComplete) break;
+        table.entries.push_back({name, {}});
+        entry = table.entries.rbegin();
+      }
+      entry->found.last = child.internal_object();
+      entry->found.count = entry->found.count == 0 ? 1 : 2;
+    }
+    return table;
+  }
+
+  [[nodiscard]] Found childByName(pugi::xml_node parent, std::string_view name) {
+    const ChildTable& table = childTableOf(parent);
+    Found found;
+    if (table.isComplete) {
+      for (const ChildTable::Entry& entry : table.entries) {
+        if (entry.name == name) return entry.found;
+      }
+      return found;
+    }
+    for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
+      if (child.type() != pugi::node_element || name != child.name()) continue;
+      found.last = child.internal_object();
+      found.count = found.count == 0 ? 1 : 2;
+    }
+    return found;
+  }
+
+  [[nodiscard]] unsigned depthOf(pugi::xml_node node) const {
+    unsigned depth = 0;
+    for (node = node.parent(); node.type() == pugi::node_element && node != apart; node = node.parent()) ++depth;
+    return depth;
+  }
+
+  /// Writes a node that has finished elements somewhere below it; the library writes all others.
+  void write(pugi::xml_node node, unsigned depth, pugi::xml_writer& writer,
+             const std::function<void(std::string_view)>& sink) const;
+};
+
+}  // namespace xml

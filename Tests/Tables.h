@@ -1,0 +1,65 @@
+#pragma once
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+
+#include "Platform/Exceptions.h"
+#include "Platform/Instant.h"
+#include "Tests/Support.h"
+
+// Tables of texts: an operation, what it is given, what it gives; one line a row.
+
+/// The instant of a UTC time "2011-05-06 08:00:00", by the standard library alone: what is expected in a table must
+/// not come from the code under test.
+inline platform::Instant utc(std::string_view text) {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+  std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
+  const std::chrono::sys_seconds date = std::chrono::sys_days{std::chrono::year(year) / month / day};
+  return {static_cast<double>(date.time_since_epoch().count() + hour * 3600 + minute * 60 + second)};
+}
+inline std::string shown(platform::Instant instant) {
+  const auto seconds = static_cast<std::time_t>(instant.seconds);
+  std::string text(64, '\0');
+  text.resize(std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", std::gmtime(&seconds)));
+  return text;
+}
+template <typename Value>
+std::string shown(const Value& value) {
+  return fmt::format("{}", value);
+}
+template <typename Value>
+std::string shown(const std::optional<Value>& value) {
+  return value ? shown(*value) : "none";
+}
+
+using Operation = std::string (*)(std::string_view);
+/// The function of one text as an operation.
+template <auto kFunction>
+std::string apply(std::string_view text) {
+  return shown(kFunction(text));
+}
+struct Row {
+  int line;
+  Operation operation;
+  std::string_view text;
+  std::string_view expected;  ///< "none" for none, "raises <reason>" for an exception
+  std::string zone = {};      ///< "": as it is
+};
+
+inline void expectOutcomes(std::initializer_list<Row> rows) {
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.line);
+    std::optional<PinnedZone> zone;
+    if (!row.zone.empty()) zone.emplace(row.zone);
+    std::string outcome;
+    try {
+      outcome = row.operation(row.text);
+    } catch (const platform::Exception& exception) {
+      outcome = "raises " + exception.reason();
+    }
+    EXPECT_EQ(outcome, row.expected);
+  }
+}

@@ -1,0 +1,65 @@
+#include <random>
+
+#include "Platform/GregorianCalendar.h"
+#include "Platform/TimeZone.h"
+#include "Tests/Tables.h"
+
+using platform::CivilTime;
+using platform::GregorianCalendar;
+using platform::TimeZone;
+
+namespace {
+
+std::string instant(std::string_view clock) {
+  const auto seconds = static_cast<std::int64_t>(utc(clock).seconds);
+  return shown(TimeZone::system().instantFromCivil(GregorianCalendar::civilFromSeconds(seconds)));
+}
+std::string dayStart(std::string_view text) { return shown(TimeZone::system().startOfDay(utc(text))); }
+std::string dayEnd(std::string_view text) { return shown(TimeZone::system().endOfDay(utc(text))); }
+/// The clock's hour; offset, its share of summer time, weekday, the zone's name.
+std::string state(std::string_view text) {
+  const TimeZone& zone = TimeZone::system();
+  const platform::Instant instant = utc(text);
+  return fmt::format("{} {} {} {} {}", zone.civilFromInstant(instant).hour, zone.secondsFromGMT(instant),
+                     zone.daylightSavingOffset(instant), zone.weekday(instant), zone.name());
+}
+
+}  // namespace
+
+TEST(TimeZoneTest, WallClocksAndInstants) {
+  expectOutcomes({
+      {__LINE__, instant, "2011-03-27 01:59:59", "2011-03-27 00:59:59", "Europe/Berlin"},
+      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},  // skipped
+      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},  // repeated
+      {__LINE__, instant, "2600-07-01 12:00:00", "2600-07-01 10:00:00", "Europe/Berlin"},
+      {__LINE__, instant, "2011-04-03 02:30:00", "2011-04-02 16:30:00", "Australia/Sydney"},
+      {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},  // half an hour
+      {__LINE__, instant, "2011-04-03 01:45:00", "2011-04-02 15:15:00", "Australia/Lord_Howe"},
+      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},       // a day that is none
+      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},  // no midnight
+      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},    // back at midnight
+      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},    // back to midnight
+      {__LINE__, state, "2011-03-27 00:59:59", "1 3600 0 1 Europe/Berlin", ":Europe/Berlin"},
+      {__LINE__, state, "2011-03-27 01:00:00", "3 7200 3600 1 Europe/Berlin", "/usr/share/zoneinfo/Europe/Berlin"},
+      {__LINE__, state, "1969-12-31 18:30:00", "0 19800 0 5 Asia/Kolkata", "Asia/Kolkata"},
+      {__LINE__, state, "2012-02-29 06:00:00", "6 0 0 4 UTC", "Nowhere/Land"},
+      {__LINE__, state, "2012-02-29 06:00:00", "15 32400 0 4 GMT+09:00", "JST-9"},
+  });
+}
+
+TEST(TimeZoneTest, CalendarAgreesWithTheStandardLibrary) {
+  std::mt19937 random(20000229);
+  for (int i = 0; i < 20000; ++i) {
+    const std::chrono::sys_days day{std::chrono::days(static_cast<int>(random() % 20'000'000) - 10'000'000)};
+    const std::chrono::year_month_day date(day);
+    const std::int64_t seconds = std::chrono::sys_seconds(day).time_since_epoch().count() + random() % 86400;
+    const CivilTime civil = GregorianCalendar::civilFromSeconds(seconds);
+    ASSERT_EQ(civil.year, int{date.year()});
+    ASSERT_EQ(civil.month * 100 + civil.day, unsigned{date.month()} * 100 + unsigned{date.day()}) << seconds;
+    ASSERT_EQ(GregorianCalendar::secondsFromCivil(civil), seconds);
+    ASSERT_EQ(GregorianCalendar::weekday(seconds), static_cast<int>(std::chrono::weekday(day).c_encoding()) + 1);
+  }
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  EXPECT_GT(GregorianCalendar::secondsFromCivil({kMost, kMost, kMost, kMost, kMost, kMost}), 1e17);
+  EXPECT_LT(GregorianCalendar::secondsFromCivil({-kMost, -kMost, -kMost, -kMost, -kMost, -kMost}), -1e17);
+}

@@ -1,0 +1,130 @@
+#include "Platform/Texts.h"
+#include "Platform/XMLTree.h"
+#include "Tests/Tables.h"
+
+namespace {
+
+/// A document to query: an element is known by its "n".
+constexpr const char* kPlan = R"(<scenario xmlns="http://korvella/1" id="s">
+  <project n="p"><title n="1"/><title n="2"/></project>
+  <task id="t1" n="a"><link idref="t2" n="l1"/><link n="l2"/></task>
+  <task id="t2" n="b"><link n="l3"/><assignment idref="r1" n="x1"/></task>
+  <task id="t2" n="c"><assignment idref="r1" n="x2"/><task id="t1" n="d"><assignment idref="r1" n="x3"/></task></task>
+  <task id="it's" n="q"><assignment idref="it's" n="x4"/></task><task id='say "a=b"' n="r"/><task id="" n="e"/>
+  <other><project n="o"><title n="3"/></project><title n="4"/></other>
+</scenario>)";
+
+/// The matches in order, below the root or the element named in front of a bar; the last must be the one found alone.
+std::string matches(std::string_view query) {
+  const auto document = parsed(kPlan);
+  xml::Node context = document->root();
+  if (const std::size_t bar = query.find('|'); bar != query.npos) {
+    context = context.selectLast(query.substr(0, bar)).last;
+    query.remove_prefix(bar + 1);
+  }
+  std::string names;
+  const auto all = context.select(query);
+  for (const xml::Node node : all) names += fmt::format("{} ", node.attribute("n").value());
+  const xml::Match match = context.selectLast(query);
+  EXPECT_EQ(match.count, std::min<std::size_t>(all.size(), 2));
+  EXPECT_EQ(match.last, all.empty() ? xml::Node() : all.back());
+  return names;
+}
+
+/// The text of a document, "repaired" in front of it when the first reading refuses it.
+std::string read(std::string_view bytes) {
+  if (const auto document = xml::Document::parse(std::string(bytes))) return document->root().stringValue();
+  const auto document = xml::Document::parseRepaired(bytes);
+  return document ? "repaired " + document->root().stringValue() : "none";
+}
+/// Of high bytes first.
+std::string utf16(std::u16string_view text) {
+  std::string bytes;
+  for (const int unit : text) bytes += {static_cast<char>(unit >> 8), static_cast<char>(unit)};
+  return bytes;
+}
+/// What of a text, in elements, attributes and a comment, reads back from a document of XML's characters alone.
+std::string readBack(std::string_view text) {
+  xml::Document document;
+  const xml::Node root = document.setRoot(document.newElement("r"));
+  root.appendComment(text);
+  const xml::Node element = root.appendChild("e");
+  element.setAttribute("a", text);
+  element.appendText(text);
+  root.appendFinished(element.copy());
+  std::string bytes;
+  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
+  EXPECT_TRUE(platform::isUTF8(bytes)) << bytes;
+  for (const char c : bytes) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') << bytes;
+  const std::size_t start = bytes.find("<!--") + 4;
+  const std::size_t end = bytes.find("--", start);  // must not stand inside
+  EXPECT_EQ(bytes.substr(end, 12), "-->\n  <e a=\"") << bytes;
+  const auto again = parsed(bytes);
+  const auto elements = again->root().select("e");
+  EXPECT_EQ(elements.at(0).attribute("a").value(), elements.at(0).stringValue());
+  EXPECT_EQ(elements.at(0).markup(), elements.at(1).markup());
+  return elements.at(0).stringValue();
+}
+
+const std::u16string kWide = u"\uFEFF<?xml version='1.0' encoding='UTF-16'?><a>\u00F6 \u20AC</a>";
+
+}  // namespace
+
+TEST(XMLTreeTest, Queries) {
+  expectOutcomes({
+      {__LINE__, matches, "task", "a b c q r e "},
+      {__LINE__, matches, "task/link", "l1 l2 l3 "},
+      {__LINE__, matches, "task[@id='t2']", "b c "},
+      {__LINE__, matches, "task[@id='it's']", "q "},
+      {__LINE__, matches, "task[@id='say \"a=b\"']", "r "},
+      {__LINE__, matches, "task[@id='']", "e "},
+      {__LINE__, matches, "task[@id='t2']|task", "d "},
+      {__LINE__, matches, "task[@id='t1']|link[@idref]", "l1 "},
+      {__LINE__, matches, "task[@id='t2']|//project/title", "1 2 3 "},
+      {__LINE__, matches, "//assignment[@idref='r1' and ../@id='t2']", "x1 x2 "},
+      {__LINE__, matches, "//assignment[@idref='r2' and ../@id='t1']", ""},
+      {__LINE__, matches, "//assignment[@idref='it's' and ../@id='it's']", "x4 "},
+  });
+}
+
+TEST(XMLTreeTest, Reading) {
+  expectOutcomes({
+      {__LINE__, read, "<a> </a>", " "},
+      {__LINE__, read, "<a><b>x</b> <b>\n\t</b></a>", "x\n\t"},
+      {__LINE__, read, "<a>x<b>y<!-- z --></b>&lt;&#13;<![CDATA[<&]]></a>", "xy<\r<&"},
+      {__LINE__, read, "\xEF\xBB\xBF<?xml version='1.0' encoding=\"utf-8\"?><a>\xC3\xB6</a>", "\xC3\xB6"},
+      {__LINE__, read, utf16(kWide), "\xC3\xB6 \xE2\x82\xAC"},
+      {__LINE__, read, "<a><b>x</c>y</a>", "repaired xy"},
+      {__LINE__, read, "<!-- nothing -->", "none"},
+  });
+}
+
+TEST(XMLTreeTest, OnlyCharactersAreWritten) {
+  expectOutcomes({
+      {__LINE__, readBack, "a\rb\r\nc\td", "a\rb\r\nc\td"},
+      {__LINE__, readBack, "<a b='\"'>&amp;]]>", "<a b='\"'>&amp;]]>"},
+      {__LINE__, readBack, "a--b-", "a--b-"},
+      {__LINE__, readBack, std::string_view("a\0\x01\x1F\x7F", 5), "a\x7F"},
+      {__LINE__, readBack, "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD", "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD"},
+      {__LINE__, readBack, "a\xC3(\x80\xFF\xC0\xAF", "a("},
+      {__LINE__, readBack, "a\xE0\x80\xAF\xED\xA0\x80\xF4\x90\x80\x80", "a"},
+      {__LINE__, readBack, "a\xEF\xBF\xBE\xEF\xBF\xBF\xE2\x82", "a"},
+  });
+}
+
+TEST(XMLTreeTest, Building) {
+  const auto document = parsed("<s><t id='1'>x<u/></t></s>");
+  const xml::Node root = document->root();
+  const auto found = [&root](const std::string& id) { return root.selectLast("t[@id='" + id + "']").last; };
+  const xml::Node first = found("1");
+  xml::Element copy = first.copy();
+  copy.node().setAttribute("id", "2");
+  EXPECT_EQ(root.markup(), "<s><t id=\"1\">x<u/></t></s>");
+  const xml::Node second = root.insert(std::move(copy), 0);
+  EXPECT_EQ(found("2"), second);
+  const xml::Node third = root.append(first.copy());
+  EXPECT_EQ(found("1"), third);
+  third.setAttribute("id", "3");
+  EXPECT_EQ(found("1"), first);
+  EXPECT_EQ(root.markup(), "<s><t id=\"2\">x<u/></t><t id=\"1\">x<u/></t><t id=\"3\">x<u/></t></s>");
+}
