@@ -1,0 +1,85 @@
+#include "KVMSPCommon/MSPCDateComponents.h"
+
+#include <fmt/format.h>
+
+#include "Platform/Clock.h"
+#include "Platform/GregorianCalendar.h"
+#include "Platform/Texts.h"
+#include "Platform/TimeZone.h"
+
+using platform::GregorianCalendar;
+using platform::Instant;
+using platform::TimeZone;
+
+namespace {
+
+constexpr std::int64_t kSecondsPerHour = 3600;
+constexpr std::int64_t kSecondsPerMinute = 60;
+
+std::int64_t hoursOf(std::int64_t offset) { return offset / kSecondsPerHour; }
+std::int64_t minutesOf(std::int64_t offset) { return offset / kSecondsPerMinute % 60; }
+
+}  // namespace
+
+MSPCDateComponents MSPCDateComponents::initWithNSDateComponents(const platform::DateComponents& components) {
+  MSPCDateComponents record;
+  static_cast<platform::DateComponents&>(record) = components;
+  return record;
+}
+
+std::int64_t MSPCDateComponents::secondsFromGMT() const {
+  if (isUTC_) return 0;
+  return platform::saturated(static_cast<platform::Wide>(timeZoneHour_) * kSecondsPerHour +
+                             static_cast<platform::Wide>(timeZoneMinute_) * kSecondsPerMinute);
+}
+
+void MSPCDateComponents::fixUTC() { isUTC_ = timeZoneHour_ == 0 && timeZoneMinute_ == 0; }
+
+MSPCUnitFlags MSPCDateComponents::forceSystemTimezoneforDate(std::optional<Instant> date) {
+  isUTC_ = true;
+  timeZoneHour_ = 0;
+  timeZoneMinute_ = 0;
+
+  const TimeZone& zone = TimeZone::system();
+  const Instant when = date ? *date : zone.instantFromCivil(civil());
+  std::int64_t offset = zone.secondsFromGMT(when);
+  const std::int64_t daylightOffset = zone.daylightSavingOffset(when);
+  if (daylightOffset != 0) {
+    // Seen from winter, summer is today's offset and an hour, also where the zone had another one then.
+    const Instant now = platform::Clock::now();
+    if (zone.daylightSavingOffset(now) == 0) offset = daylightOffset + zone.secondsFromGMT(now);
+  }
+  if (offset == 0) return kMSPCAllUnits;
+
+  timeZoneMinute_ = minutesOf(offset);
+  timeZoneHour_ = hoursOf(offset);
+  isUTC_ = offset > -kSecondsPerHour && offset < kSecondsPerHour && timeZoneMinute_ == 0;
+  return kMSPCAllUnits;
+}
+
+MSPCUnitFlags MSPCDateComponents::convertToUTC() {
+  return isUTC_ ? kMSPCAllUnits : convertToTimeZoneForSecondsFromGMT(0);
+}
+
+MSPCUnitFlags MSPCDateComponents::convertToSystemTimezone() {
+  const TimeZone& zone = TimeZone::system();
+  return convertToTimeZoneForSecondsFromGMT(zone.secondsFromGMT(zone.instantFromCivil(civil())));
+}
+
+MSPCUnitFlags MSPCDateComponents::convertToTimeZoneForSecondsFromGMT(std::int64_t seconds) {
+  const std::int64_t clock = GregorianCalendar::secondsFromCivil(civil());
+  const platform::Wide moved = static_cast<platform::Wide>(clock) - secondsFromGMT() + seconds;
+  setCivil(GregorianCalendar::civilFromSeconds(platform::saturated(moved)));
+  timeZoneMinute_ = minutesOf(seconds);
+  timeZoneHour_ = hoursOf(seconds);
+  fixUTC();
+  return kMSPCAllUnits;
+}
+
+std::string MSPCDateComponents::componentsDescription() const {
+  return DateComponents::componentsDescription() + fmt::format("\n  isUTC={}\n  timeZoneHour={}\n  timeZoneMinute={}",
+                                                               isUTC_ ? 1 : 0, static_cast<std::int32_t>(timeZoneHour_),
+                                                               static_cast<std::int32_t>(timeZoneMinute_));
+}
+
+std::string MSPCDateComponents::description() const { return "MSPCDateComponents:" + componentsDescription(); }

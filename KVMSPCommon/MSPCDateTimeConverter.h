@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/Instant.h"
+
+/// Date-times from one form into another, by date patterns: a second family beside MSPIUtilities (which has the table
+/// of the forms), named target from source. Texts are trimmed of white space first. A text that does not match its
+/// pattern as a whole gives none, as does none.
+class MSPCDateTimeConverter {
+ public:
+  /// Captures the system time zone and logs it. The one-time set-up of an export calls this; so does each operation.
+  static void initialize();
+
+  // To instants. MSPDI texts are wall-clock times of the system zone.
+
+  static std::optional<platform::Instant> mppFromMspdiDateOnly(std::string_view mspdi);
+  static std::optional<platform::Instant> mppFromMspdiDateTime(std::string_view mspdi);
+  static std::optional<platform::Instant> mppFromKvdxDateOnly(std::string_view kvdx);
+  /// Offsets may be "Z", +02, +0200, +02:00 or +02:00:00. Ends the process when a text of several lines has several.
+  static std::optional<platform::Instant> mppFromKvdxDateTime(std::string_view kvdx);
+
+  // To MSPDI.
+
+  static std::string mspdiFromMppDateTime(platform::Instant mpp);
+  static std::string mspdiFromMppDateOnly(platform::Instant mpp);
+  static std::optional<std::string> mspdiFromKvdxDateTime(std::string_view kvdx);
+  static std::optional<std::string> mspdiFromKvdxDateOnly(std::string_view kvdx);
+
+  // To kvdx: with the system zone's offset in three fields (+02:00:00), or in UTC with "Z" when that is forced.
+
+  static std::string kvdxFromMppDateTime(platform::Instant mpp, bool forceUTC = false);
+  static std::string kvdxFromMppDateOnly(platform::Instant mpp, bool forceUTC = false);
+  static std::optional<std::string> kvdxFromMspdiDateTime(std::string_view mspdi, bool forceUTC = false);
+  static std::optional<std::string> kvdxFromMspdiDateOnly(std::string_view mspdi, bool forceUTC = false);
+
+  /// A text that ends in an offset of 4 to 6 digits, with the offset as "Z" (forced) or in three fields; a text without
+  /// one gets "Z", behind a midnight when it has no time.
+  /// @throws InvariantFailure for an empty text. Ends the process when there are several offsets at line ends.
+  static std::string ensureISOTimeZoneFormat(std::string_view text, bool forceUTC);
+};

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/XMLTree.h"
+
+class MSPEMapper;
+
+// Typed reading and building over the XML tree. The operations extend the tree's own types, so they are free functions
+// with the receiver first. Sent to an empty node, they give their not-found value and leave the error slot alone.
+
+/// The domains of the errors below.
+inline constexpr std::string_view kXQueryErrorDomain = "com.korvella.KVMSPFilter.XQueryErrorDomain";
+inline constexpr std::string_view kGeneralErrorDomain = "com.korvella.KVMSPFilter.GeneralErrorDomain";
+
+/// Why a query gave its not-found value, or that its value is one of several:
+///
+///   domain   code  raised when
+///   XQuery   1     the query matched nothing
+///   XQuery   2     it matched more than one node (the value of the last one is returned all the same)
+///   XQuery   3     an attribute is missing
+///   General  2     a text is no truth value
+struct XQueryError {
+  std::string_view domain;
+  int code = 0;  ///< 0 as long as nothing went wrong
+  std::string description;
+
+  explicit operator bool() const { return code != 0; }
+};
+
+/// Every match of a path query (Platform/XMLQuery.h has the forms) in document order; empty when nothing matches.
+/// @param error for a query that cannot be evaluated; these can all, so that it is left alone.
+std::vector<xml::Node> objectsForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The last match in document order, or an empty node.
+xml::Node singleObjectForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The last match's string value; none when nothing matches.
+std::optional<std::string> stringValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The whole number that the last match's text begins with; 0 when nothing matches.
+/// @throws InvariantFailure when the text begins with no number.
+std::int64_t intValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The decimal number that the last match's text begins with; 0 when nothing matches.
+/// @throws InvariantFailure when the text begins with no number.
+double floatValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The last match's text as a truth value; false when nothing matches or the text is none.
+bool boolValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+/// The attribute's value as a truth value; false when there is no such attribute or its value is none.
+bool boolAttributeForName(xml::Node element, std::string_view name, XQueryError* error = nullptr);
+
+/// "true" and "yes" (in any case, blanks around them ignored) and whole numbers other than 0 are true; "false", "no"
+/// and 0 are false; anything else is false too, and an error.
+bool boolFromString(std::string_view text, XQueryError* error = nullptr);
+
+/// Gives the element's attribute the value, appending the attribute when it has none of that name.
+/// @param value none leaves an existing value alone; a new attribute is then empty.
+/// @throws InvariantFailure when the node is no element.
+xml::Attribute setAttributeWithName(xml::Node element, const char* name,
+                                    std::optional<std::string_view> value = std::nullopt);
+
+/// A new element that belongs to the context's output document and is not yet part of it.
+xml::Element elementWithName(const char* name, const MSPEMapper& mapper,
+                             std::optional<std::string_view> value = std::nullopt);
+
+/// Appends a child element with the text; none makes an empty element. Gives the child.
+/// @throws InvariantFailure when the node is no element.
+xml::Node addChildElementWithName(xml::Node element, const char* name,
+                                  std::optional<std::string_view> value = std::nullopt);
+/// The same in front of the child at the index (0 is the first).
+xml::Node insertChildElementWithName(xml::Node element, const char* name, std::optional<std::string_view> value,
+                                     std::int32_t atIndex);
+/// Appends a comment; none makes an empty one.
+void addComment(xml::Node element, std::optional<std::string_view> text);
+void insertComment(xml::Node element, std::optional<std::string_view> text, std::int32_t atIndex);
+
+/// The text with one kind of line break replaced by blanks: of the references and characters that can break a line, the
+/// last in the order below that occurs. The others stay, as they always have: a CR LF keeps its CR.
+/// "&#x0D;" "&#x0d;" "&#x2028;" "&#x0A;" "&#x0a;" "&#x2029;" (unless the text begins with "<![CDATA["), U+000D, U+2028,
+/// U+000A, U+2029.
+std::string stringByReplacingOccurrencesOfNewline(std::string_view text);

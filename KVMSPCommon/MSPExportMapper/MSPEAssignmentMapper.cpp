@@ -1,0 +1,143 @@
+#include "KVMSPCommon/MSPExportMapper/MSPEAssignmentMapper.h"
+
+#include <fmt/format.h>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Exceptions.h"
+#include "Platform/Texts.h"
+
+using platform::orEmpty;
+using platform::require;
+
+namespace {
+
+constexpr std::string_view kPlaceholderResourceUID = "-65535";
+constexpr double kSecondsPerMaterialUnit = 3600;
+
+std::string resourceIdOf(xml::Node kvdxAssignment) {
+  auto id = kvdxAssignment.attributeText("idref");
+  require(id && !id->empty(), "No Resource ID is associated witgh the Assignment.");  // spelled so on purpose
+  return std::move(*id);
+}
+
+void appendProgress(xml::Node assignment, const MSPEScheduledTaskInfo& info) {
+  addChildElementWithName(assignment, "Milestone", info.taskType() == MSPEScheduledTaskInfo::kMilestone ? "1" : "0");
+  const std::int32_t percent = info.percentComplete();
+  if (percent > 0) addChildElementWithName(assignment, "PercentWorkComplete", std::to_string(percent));
+}
+
+void appendWork(xml::Node assignment, const MSPEScheduledTaskInfo& info, double work) {
+  const double complete = info.percentageComplete();
+  addChildElementWithName(assignment, "Work", MSPIUtilities::mppToMspdiDuration(work));
+  addChildElementWithName(assignment, "RemainingWork",
+                          MSPIUtilities::mppToMspdiDuration(complete != 0 ? (1 - complete) * work : work));
+}
+
+/// The work of one of several assignments that share the effort by their units.
+double shareOf(double effort, double units, double sumOfUnits) {
+  return sumOfUnits > 0 ? effort * units / sumOfUnits : effort;
+}
+
+}  // namespace
+
+MSPEAssignmentMapper::MSPEAssignmentMapper(MSPEMapper& mapper, xml::Node kvdxTask) : MSPEObjectMapperBase(mapper) {
+  const auto taskId = kvdxTask.attributeText("id");
+  require(taskId && !taskId->empty(), "No Task ID is associated witgh the Assignment.");  // spelled so on purpose
+  kvdxTaskId_ = *taskId;
+  for (const xml::Node assignment : objectsForXQuery(kvdxTask, "assignment")) {
+    const auto unitsText = assignment.attributeText("units");
+    const double units = unitsText ? platform::doubleValue(*unitsText) : 1.0;
+    const std::string resourceId = resourceIdOf(assignment);
+    const auto type = stringValueForXQuery(assignedResource(resourceId), "type");
+    require(type.has_value(), "No type specified for assigned resourse (id='{}').", resourceId);
+    if (*type == "Staff") staffUnits_ += units;
+    if (*type == "Equipment") equipmentUnits_ += units;
+    if (*type == "Material") materialUnits_ += units;
+    if (*type == "Group") groupUnits_ += units;
+  }
+}
+
+xml::Node MSPEAssignmentMapper::assignedResource(const std::string& resourceId) const {
+  const xml::Node resource =
+      singleObjectForXQuery(mapper().projectMapper()->kvdxScenario(), fmt::format("resource[@id='{}']", resourceId));
+  require(static_cast<bool>(resource), "Failed to find assigned resourse (id='{}').", resourceId);
+  return resource;
+}
+
+double MSPEAssignmentMapper::workOfAssignment(const std::optional<std::string>& resourceType, double units,
+                                              double effort) const {
+  if (resourceType == "Material") return units * kSecondsPerMaterialUnit;
+  if (resourceType == "Staff") return shareOf(effort, units, staffUnits_);
+  if (resourceType == "Equipment") return shareOf(effort, units, equipmentUnits_);
+  if (resourceType == "Group") return shareOf(effort, units, groupUnits_);
+  return effort;
+}
+
+xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvdxAssignment) {
+  xml::Element element = elementWithName("Assignment", mapper());
+  const xml::Node assignment = element;
+  UID_ = MSPEMapper::nextAssignmentUID();
+  addChildElementWithName(assignment, "UID", std::to_string(UID_));
+  addChildElementWithName(assignment, "TaskUID", mapper().idMapper()->taskUIDFromKvdxId(kvdxTaskId_));
+  const std::string resourceId = resourceIdOf(kvdxAssignment);
+  addChildElementWithName(assignment, "ResourceUID", mapper().idMapper()->resourceUIDFromKvdxResourceId(resourceId));
+
+  const MSPEScheduledTaskInfo& info = mapper().projectMapper()->scheduledTask(kvdxTaskId_);
+  appendProgress(assignment, info);  // Milestone, PercentWorkComplete
+  std::string units = kvdxAssignment.attributeText("units").value_or("");
+  if (units.empty()) units = "1";
+  addChildElementWithName(assignment, "Units", units);
+  const xml::Node resource = assignedResource(resourceId);
+  const auto resourceType = stringValueForXQuery(resource, "type");
+  const double work = workOfAssignment(resourceType, platform::doubleValue(units), info.effort());
+  appendWork(assignment, info, work);  // Work, RemainingWork
+  const auto start = MSPIUtilities::mppToKvdxDateTime(info.startDate());
+  const auto finish = MSPIUtilities::mppToKvdxDateTime(info.endDate());
+  addChildElementWithName(assignment, "Start", MSPIUtilities::kvdxToMspdiDateTime(orEmpty(start)));
+  addChildElementWithName(assignment, "Finish", MSPIUtilities::kvdxToMspdiDateTime(orEmpty(finish)));
+
+  for (std::size_t n = 0; n < mapper().kvdxBaselines().size(); ++n) {
+    const MSPEAssignmentBaselineMapper baselineMapper(static_cast<std::int64_t>(n), mapper());
+    if (auto baseline = baselineMapper.newBaselineFromKvdxAssignment(kvdxAssignment)) {
+      assignment.append(std::move(*baseline));
+    }
+  }
+  if (resourceType == "Material") {
+    auto timephased = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromAssignment(
+        kvdxAssignment, resource, orEmpty(start), orEmpty(finish), work);
+    if (timephased) {
+      mapper().countTimephasedData(timephased->size());
+      for (xml::Element& data : *timephased) {
+        insertChildElementWithName(data, "UID", std::to_string(UID_), 0);
+        assignment.append(std::move(data));
+      }
+    }
+  }
+  return element;
+}
+
+xml::Element MSPEAssignmentMapper::newDummyAssignmentForTaskId(const std::string& taskId, std::int64_t* assignmentUID,
+                                                               MSPEMapper& mapper) {
+  const MSPEScheduledTaskInfo& info = mapper.projectMapper()->scheduledTask(taskId);
+  const auto start = MSPIUtilities::mppToMspdiDateTime(info.startDate());
+  const auto finish = MSPIUtilities::mppToMspdiDateTime(info.endDate());
+  const std::string taskUID = mapper.idMapper()->taskUIDFromKvdxId(taskId);
+
+  xml::Element element = elementWithName("Assignment", mapper);
+  const xml::Node assignment = element;
+  const std::int64_t uid = MSPEMapper::nextAssignmentUID();
+  addChildElementWithName(assignment, "UID", std::to_string(uid));
+  addChildElementWithName(assignment, "TaskUID", taskUID);
+  addChildElementWithName(assignment, "ResourceUID", kPlaceholderResourceUID);
+  appendProgress(assignment, info);             // Milestone, PercentWorkComplete
+  appendWork(assignment, info, info.effort());  // Work, RemainingWork
+  if (start) addChildElementWithName(assignment, "Start", *start);
+  if (finish) addChildElementWithName(assignment, "Finish", *finish);
+  addChildElementWithName(assignment, "Units", "1");
+  if (assignmentUID != nullptr) *assignmentUID = uid;
+  return element;
+}

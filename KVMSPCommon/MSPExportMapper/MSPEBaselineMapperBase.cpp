@@ -1,0 +1,61 @@
+#include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
+
+#include <fmt/format.h>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Exceptions.h"
+
+MSPEBaselineMapperBase::MSPEBaselineMapperBase(std::int64_t baselineNumber, MSPEMapper& mapper)
+    : MSPEObjectMapperBase(mapper), baselineNumber_(baselineNumber), kvdxBaselines_(mapper.kvdxBaselines()) {
+  const auto count = static_cast<std::int64_t>(kvdxBaselines_.size());
+  platform::require(baselineNumber < count, "Incorrect argument baselineNumber={}. Must be from 0 to {}.",
+                    baselineNumber, count - 1);
+}
+
+const MSPEBaseline& MSPEBaselineMapperBase::baseline() const {
+  return kvdxBaselines_[static_cast<std::size_t>(baselineNumber_)];
+}
+
+xml::Element MSPEBaselineMapperBase::newNumberedBaseline() const {
+  xml::Element element = elementWithName("Baseline", mapper());
+  addChildElementWithName(element, "Number", std::to_string(baselineNumber_));
+  return element;
+}
+
+std::optional<xml::Element> MSPETaskBaselineMapper::newBaselineFromKvdxTask(xml::Node kvdxTask) const {
+  const auto id = kvdxTask.attributeText("id");
+  const xml::Node task = id ? baseline().getTaskById(*id) : xml::Node();
+  if (!task) return std::nullopt;
+
+  xml::Element element = newNumberedBaseline();
+  if (const auto start = stringValueForXQuery(task, "start-date")) {
+    addChildElementWithName(element, "Start", MSPIUtilities::kvdxToMspdiDateTime(*start));
+    const auto end = stringValueForXQuery(task, "end-date");
+    addChildElementWithName(element, "Finish", MSPIUtilities::kvdxToMspdiDateTime(end.value_or("")));
+  }
+  if (const auto duration = stringValueForXQuery(task, "duration")) {
+    addChildElementWithName(element, "Duration", MSPIUtilities::kvdxToMspdiDuration(*duration));
+  }
+  if (const auto effort = stringValueForXQuery(task, "effort")) {
+    addChildElementWithName(element, "Work", MSPIUtilities::kvdxToMspdiDuration(*effort));
+  }
+  XQueryError error;
+  const double cost = floatValueForXQuery(task, "static-cost", &error);
+  if (!error) addChildElementWithName(element, "FixedCost", fmt::format("{:.2f}", cost * 100));
+  return element;
+}
+
+std::optional<xml::Element> MSPEResourceBaselineMapper::newBaselineFromKvdxResource(xml::Node kvdxResource) const {
+  const auto id = kvdxResource.attributeText("id");
+  if (!id || !baseline().getResourceById(*id)) return std::nullopt;
+  return newNumberedBaseline();
+}
+
+std::optional<xml::Element> MSPEAssignmentBaselineMapper::newBaselineFromKvdxAssignment(
+    xml::Node kvdxAssignment) const {
+  const auto taskId = kvdxAssignment.parent().attributeText("id");
+  const auto resourceId = kvdxAssignment.attributeText("@idref");
+  if (!taskId || !resourceId || !baseline().getAssignmentByTaskId(*taskId, *resourceId)) return std::nullopt;
+  return newNumberedBaseline();
+}

@@ -1,0 +1,226 @@
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Exceptions.h"
+#include "Platform/Log.h"
+#include "Platform/Texts.h"
+
+using platform::log;
+using platform::orEmpty;
+using platform::orNull;
+using platform::require;
+
+MSPECalendarMapper::MSPECalendarMapper(MSPEMapper& mapper)
+    : MSPEObjectMapperBase(mapper),
+      detachedCalendars_(elementWithName("Calendars", mapper)),
+      calendars_(*detachedCalendars_) {}
+
+xml::Element MSPECalendarMapper::takeCalendars() {
+  xml::Element calendars = std::move(detachedCalendars_.value());
+  detachedCalendars_.reset();
+  return calendars;
+}
+
+std::int64_t MSPECalendarMapper::mapCalendarForResource(xml::Node kvdxResource, xml::Node parentResource) {
+  std::int64_t calendarUID = 0;
+  calendar_ = newCalendarFromKvdxResource(kvdxResource, parentResource, calendarUID);
+  require(calendarUID >= 1, "Incorrect value of new Calendar UID ({}).", calendarUID);
+  return calendarUID;
+}
+
+// Reading.
+
+xml::Node MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource,
+                                                          std::int64_t& calendarUID) {
+  const auto name = stringValueForXQuery(kvdxResource, "name");
+  calendarUID = MSPEMapper::nextCalendarUID();
+  if (parentResource) {
+    log("  Mapping Schedule for Resource '{}' ...", orEmpty(name));
+  } else {
+    log("  Mapping Project Schedule ...");
+  }
+  require(calendarUID >= 1, "Incorrect Calendar UID ({}). Should be greater than zero.", calendarUID);
+  require(parentResource || calendarUID == 1, "Top resource calendar UID mast be equal to 1.");  // spelled so
+
+  std::optional<std::string> parentKey;
+  std::string calendarName = "Standard";
+  if (parentResource) {
+    calendarName = orEmpty(name);
+    parentKey = parentResource.attributeText("id");
+    require(parentKey.has_value(), "Top resource, and only top resource, has no parent resource.");
+  }
+  const auto info = std::make_shared<MSPEScheduleInfo>(kvdxResource, parentKey, calendarUID, calendarName);
+  const std::string key = kvdxResource.attributeText("id").value_or("");
+  scheduleInfoKeys_.push_back(key);
+  scheduleInfoMap_[key] = info;
+
+  if (const xml::Node schedule = singleObjectForXQuery(kvdxResource, "schedule")) {
+    readSchedule(schedule, !parentResource, *info);
+  } else if (calendarUID != 1) {
+    require(parentKey.has_value(), "No parent resource specified.");
+    require(scheduleInfoForKey(*parentKey) != nullptr, "Can not find parent resource schedule in the map.");
+  }
+  return info->calendar();
+}
+
+void MSPECalendarMapper::readSchedule(xml::Node schedule, bool isTop, MSPEScheduleInfo& info) {
+  info.setExtendedFormat(!objectsForXQuery(schedule, "flattened-schedule-day").empty());
+  if (isTop) info.setProjetDefaults();
+  readWeekDays(schedule, info);
+
+  const auto datedDays =
+      info.extendedFormat() ? objectsForXQuery(schedule, "flattened-schedule-day[@date]") : std::vector<xml::Node>();
+  if (datedDays.empty()) {
+    readExceptionCalendars(schedule, info);
+  } else {
+    readDatedDays(datedDays, info);
+  }
+}
+
+void MSPECalendarMapper::readWeekDays(xml::Node schedule, MSPEScheduleInfo& info) {
+  const char* query = info.extendedFormat() ? "flattened-schedule-day[@day-of-week]" : "schedule-day";
+  for (const xml::Node day : objectsForXQuery(schedule, query)) {
+    const auto name = day.attributeText("day-of-week");
+    const auto dayType = weekdayOfName(orEmpty(name));
+    require(dayType.has_value(), "Unexpected day of week: {}", orNull(name));
+    auto& workingTimes = info.resetWorkingTimesForDayType(*dayType);
+    require(workingTimes.empty(), "Incorrectly initialized non-working '{}' in schedule info.", orNull(name));
+    for (const xml::Node span : objectsForXQuery(day, "time-span")) {
+      workingTimes.emplace_back(static_cast<double>(platform::integerValue(span.attribute("start-time").value())),
+                                static_cast<double>(platform::integerValue(span.attribute("end-time").value())));
+    }
+  }
+}
+
+void MSPECalendarMapper::readDatedDays(const std::vector<xml::Node>& days, MSPEScheduleInfo& info) {
+  std::vector<xml::Node> overtime;
+  std::vector<xml::Node> timeOff;
+  for (const xml::Node day : days) {
+    (objectsForXQuery(day, "time-span").empty() ? timeOff : overtime).push_back(day);
+  }
+  const auto file = [](const std::vector<xml::Node>& dated, bool isOvertime, Exceptions& sets) {
+    if (dated.empty()) return;
+    auto set = std::make_shared<MSPECalendarExceptions>(
+        MSPECalendarExceptions::initWithKvdxFlattenedExceptions(dated, isOvertime));
+    sets.push_back(set);
+    set->mapEvents();
+  };
+  file(overtime, true, info.overtimeExceptions());
+  file(timeOff, false, info.timeOffExceptions());
+}
+
+void MSPECalendarMapper::readExceptionCalendars(xml::Node schedule, MSPEScheduleInfo& info) {
+  for (const xml::Node calendar : objectsForXQuery(schedule, "calendar")) {
+    auto set = std::make_shared<MSPECalendarExceptions>(MSPECalendarExceptions::initWithKvdxCalendar(calendar));
+    if (set->overtime()) {
+      info.overtimeExceptions().push_back(set);
+    } else {
+      log("WARNING: Mapping time-off hours to full non-working day exception in MS Project calendar '{}'.",
+          info.calendarName());
+      info.timeOffExceptions().push_back(set);
+    }
+    set->mapEvents();
+  }
+}
+
+// Hierarchy.
+
+MSPECalendarMapper::ScheduleInfo MSPECalendarMapper::scheduleInfoForKey(const std::string& key) const {
+  const auto found = scheduleInfoMap_.find(key);
+  return found == scheduleInfoMap_.end() ? nullptr : found->second;
+}
+
+void MSPECalendarMapper::buildCalendarHierarchy() {
+  const ScheduleInfo top = topScheduleKey_ ? scheduleInfoForKey(*topScheduleKey_) : nullptr;
+  require(top != nullptr, "Can not find schedule info fo rtop resource.");  // spelled so on purpose
+  require(top->calendarUID() == 1, "Incorrect project calendar UID for top schedule ({}). Must be 1.",
+          top->calendarUID());
+  top->ensureProjetDefaultWeekDays();
+  fixCalendarHierarchy();
+
+  for (const std::string& key : scheduleInfoKeys_) {
+    const ScheduleInfo info = scheduleInfoForKey(key);
+    const ScheduleInfo written = info->flatCopy() ? info->flatCopy() : info;
+    xml::Element calendar = elementWithName("Calendar", mapper());
+    written->setCalendar(calendar);
+    mapScheduleInfo(*written);
+    written->setCalendar({});
+    calendars_.appendFinished(std::move(calendar));
+  }
+}
+
+void MSPECalendarMapper::fixCalendarHierarchy() {
+  for (const std::string& key : scheduleInfoKeys_) {
+    const auto& parentKey = scheduleInfoForKey(key)->parentKey();
+    if (!parentKey) continue;
+    const ScheduleInfo parent = scheduleInfoForKey(*parentKey);
+    require(parent != nullptr, "Can not find schedule info for key '{}'.", *parentKey);
+    parent->setIsParentSchedule(true);
+  }
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (const std::string& key : scheduleInfoKeys_) {
+      const ScheduleInfo info = scheduleInfoForKey(key);
+      if (!info->isParentSchedule() || info->isBaseCalendar()) continue;
+      if (info->flatCopy()) {
+        require(info->flatCopy()->isBaseCalendar(),
+                "Flattened copy of a schedule info must be marked as base calendar.");
+      } else if (info->parentKey()) {
+        const ScheduleInfo copy = newFlatScheduleInfo(*info);
+        copy->setIsBaseCalendar(true);
+        info->setFlatCopy(copy);
+        changed = true;
+      } else {
+        info->setIsBaseCalendar(true);
+        changed = true;
+      }
+    }
+  }
+}
+
+MSPECalendarMapper::ScheduleInfo MSPECalendarMapper::newFlatScheduleInfo(const MSPEScheduleInfo& info) {
+  require(!info.flatCopy(), "Do not flatten schedule info which already has flattened copy!");
+  auto copy = std::make_shared<MSPEScheduleInfo>();
+  copy->setCalendarUID(MSPEMapper::nextCalendarUID());
+  copy->setCalendarName(info.calendarName());
+  copy->setExtendedFormat(info.extendedFormat());
+  for (std::int32_t day = kSunday; day <= kSaturday; ++day) {
+    copy->addWorkingTimes(resolvedWorkingTimes(info, day), day);
+  }
+  copyNearestExceptions(info, *copy);
+  return copy;
+}
+
+/// The working times of the nearest schedule, from this one up, that says anything about the day.
+const MSPEScheduleInfo::WorkingTimes& MSPECalendarMapper::resolvedWorkingTimes(const MSPEScheduleInfo& info,
+                                                                               std::int32_t dayType) const {
+  const MSPEScheduleInfo* current = &info;
+  for (;;) {
+    if (const auto& times = current->workingTimesForDayType(dayType)) return *times;
+    require(current->parentKey().has_value(),
+            "We should eventually find working times, at least in Project default schedule.");
+    const ScheduleInfo parent = scheduleInfoForKey(*current->parentKey());
+    require(parent != nullptr, "Schedule info has no parent info.");
+    if (parent->flatCopy()) {
+      const auto& times = parent->flatCopy()->workingTimesForDayType(dayType);
+      require(times.has_value(), "Flattened schedule copy must have all working times resolved.");
+      return *times;
+    }
+    require(!parent->isBaseCalendar() || parent->workingTimesForDayType(dayType).has_value(),
+            "Base calendar schedule must have all working times resolved.");
+    current = parent.get();
+  }
+}
+
+/// The schedule's own exceptions or, when it has none, all of the nearest ancestor's that has any.
+void MSPECalendarMapper::copyNearestExceptions(const MSPEScheduleInfo& info, MSPEScheduleInfo& copy) const {
+  const MSPEScheduleInfo* source = &info;
+  while (!source->hasOvertimeData() && !source->hasTimeOffData() && source->parentKey()) {
+    const ScheduleInfo parent = scheduleInfoForKey(*source->parentKey());
+    require(parent != nullptr, "Non-root schedule info has no parent info.");
+    source = parent.get();
+  }
+  copy.setOvertimeExceptions(source->overtimeExceptions());
+  copy.setTimeOffExceptions(source->timeOffExceptions());
+}

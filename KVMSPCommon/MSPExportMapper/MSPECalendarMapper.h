@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEScheduleInfo.h"
+
+/// Turns the schedules of the resource tree, each of which says only what differs from its parent's, into MSPDI's two
+/// levels: base calendars, and resource calendars that name one. Reads a schedule for each resource while resources are
+/// mapped; writes all calendars when every resource is known.
+class MSPECalendarMapper final : public MSPEObjectMapperBase {
+ public:
+  explicit MSPECalendarMapper(MSPEMapper& mapper);
+
+  /// Id of the top resource, whose schedule is the project's; set before any resource is mapped.
+  [[nodiscard]] const std::optional<std::string>& topScheduleKey() const { return topScheduleKey_; }
+  void setTopScheduleKey(std::optional<std::string> key) { topScheduleKey_ = std::move(key); }
+
+  /// The `Calendars` element, filled by buildCalendarHierarchy().
+  [[nodiscard]] xml::Node calendars() const { return calendars_; }
+  /// Hands the `Calendars` element over to the project; calendars() still shows it.
+  [[nodiscard]] xml::Element takeCalendars();
+  /// The `Calendar` of the resource mapped last; empty, since elements are made only when the hierarchy is built.
+  [[nodiscard]] xml::Node calendar() const { return calendar_; }
+
+  /// Reads the resource's schedule; called for every resource, the top one first and with an empty parent.
+  /// @return the resource's calendar UID, at least 1.
+  /// @throws InvariantFailure when the source is inconsistent, and when the top resource is not the first of the
+  /// process to be given a calendar UID.
+  std::int64_t mapCalendarForResource(xml::Node kvdxResource, xml::Node parentResource);
+
+  /// Decides which schedules are base calendars, makes flattened copies of the other schedules that are inherited from,
+  /// and writes one `Calendar` for each resource, in the order they were mapped.
+  void buildCalendarHierarchy();
+
+ private:
+  using ScheduleInfo = std::shared_ptr<MSPEScheduleInfo>;
+  using Exceptions = MSPEScheduleInfo::Exceptions;
+
+  // Reading.
+  xml::Node newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource, std::int64_t& calendarUID);
+  void readSchedule(xml::Node schedule, bool isTop, MSPEScheduleInfo& info);
+  void readWeekDays(xml::Node schedule, MSPEScheduleInfo& info);
+  void readDatedDays(const std::vector<xml::Node>& days, MSPEScheduleInfo& info);
+  void readExceptionCalendars(xml::Node schedule, MSPEScheduleInfo& info);
+
+  // Hierarchy.
+  void fixCalendarHierarchy();
+  [[nodiscard]] ScheduleInfo newFlatScheduleInfo(const MSPEScheduleInfo& info);
+  [[nodiscard]] const MSPEScheduleInfo::WorkingTimes& resolvedWorkingTimes(const MSPEScheduleInfo& info,
+                                                                           std::int32_t dayType) const;
+  void copyNearestExceptions(const MSPEScheduleInfo& info, MSPEScheduleInfo& copy) const;
+  /// The schedule under the key, or none.
+  [[nodiscard]] ScheduleInfo scheduleInfoForKey(const std::string& key) const;
+
+  // Writing.
+  void mapScheduleInfo(const MSPEScheduleInfo& info);
+  void mapScheduleInfo(const MSPEScheduleInfo& info, xml::Node toCalendar);
+  void mapWeekDays(const MSPEScheduleInfo& info, xml::Node weekDays);
+  /// Writes the sets both as day-type-0 week days, for older readers, and as exceptions.
+  /// @param weekDays, exceptions the calendar's containers; made when they are needed and still empty.
+  void mapScheduleExceptions(const Exceptions& sets, xml::Node toCalendar, xml::Node& weekDays, xml::Node& exceptions);
+  /// Writes each exception of overtime sets as a work week that names its days.
+  void mapTimeOffExceptionsBG(const Exceptions& sets, xml::Node toCalendar, xml::Node& workWeeks);
+  /// Time-off exceptions have no overtime: none.
+  [[nodiscard]] ScheduleInfo newOvertimeFromTimeOffExceptionsScheduleInfo(const MSPEScheduleInfo& info) const;
+
+  std::optional<xml::Element> detachedCalendars_;
+  xml::Node calendars_;
+  xml::Node calendar_;
+  std::optional<std::string> topScheduleKey_;
+  std::vector<std::string> scheduleInfoKeys_;  ///< in the order the schedules were read
+  std::unordered_map<std::string, ScheduleInfo> scheduleInfoMap_;
+};

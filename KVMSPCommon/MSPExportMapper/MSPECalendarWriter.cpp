@@ -1,0 +1,172 @@
+// The part of MSPECalendarMapper that writes one `Calendar`.
+
+#include <fmt/format.h>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Exceptions.h"
+#include "Platform/TimeZone.h"
+
+using platform::Instant;
+using platform::kSecondsPerDay;
+using platform::require;
+
+namespace {
+
+using Period = MSPECalendarExceptions::Period;
+
+constexpr std::string_view kExceptionDayType = "0";
+
+/// Far above any real exception; a work week lists every one of its days.
+constexpr std::int64_t kMaximumWorkWeekDays = 100'000;
+
+std::string_view flag(bool value) { return value ? "1" : "0"; }
+
+Period requiredPeriod(const MSPECalendarExceptions& set, std::int64_t index) {
+  const auto period = set.exception(index);
+  require(period.has_value(), "Failed to get time period from MPP Calendar Exception Info.");
+  return *period;
+}
+
+void addTimePeriod(xml::Node parent, const Period& period) {
+  const xml::Node element = addChildElementWithName(parent, "TimePeriod");
+  const auto from = MSPIUtilities::mppToKvdxDateTime(period.fromDate);
+  const auto to = MSPIUtilities::mppToKvdxDateTime(period.toDate);
+  addChildElementWithName(element, "FromDate", MSPIUtilities::kvdxToMspdiDateStartTime(platform::orEmpty(from)));
+  addChildElementWithName(element, "ToDate", MSPIUtilities::kvdxToMspdiDateEndTime(platform::orEmpty(to)));
+}
+
+void addWorkingTime(xml::Node workingTimes, const MSPEWorkingTime& time) {
+  const xml::Node element = addChildElementWithName(workingTimes, "WorkingTime");
+  addChildElementWithName(element, "FromTime", MSPIUtilities::hourMinSecFromDuration(time.fromTime()));
+  addChildElementWithName(element, "ToTime", MSPIUtilities::hourMinSecFromDuration(time.toTime()));
+}
+
+/// The working times of one exception, also when there are none.
+void addWorkingTimes(xml::Node parent, const MSPECalendarExceptions& set, std::int64_t index) {
+  const xml::Node element = addChildElementWithName(parent, "WorkingTimes");
+  const std::int64_t count = set.exceptionWorkingTimesCount(index).value_or(0);
+  for (std::int64_t i = 0; i < count; ++i) {
+    if (const auto time = set.exception(index, i)) addWorkingTime(element, *time);
+  }
+}
+
+/// One exception as a week day of type 0: DayType, DayWorking, TimePeriod, WorkingTimes of overtime.
+void addExceptionWeekDay(xml::Node weekDays, const MSPECalendarExceptions& set, std::int64_t index) {
+  const xml::Node element = addChildElementWithName(weekDays, "WeekDay");
+  addChildElementWithName(element, "DayType", kExceptionDayType);
+  addChildElementWithName(element, "DayWorking", flag(set.overtime()));
+  addTimePeriod(element, requiredPeriod(set, index));
+  if (set.overtime()) addWorkingTimes(element, set, index);
+}
+
+void addException(xml::Node exceptions, const MSPECalendarExceptions& set, std::int64_t index) {
+  const Period period = requiredPeriod(set, index);
+  const xml::Node element = addChildElementWithName(exceptions, "Exception");
+  addChildElementWithName(element, "EnteredByOccurrences", "0");
+  addTimePeriod(element, period);
+  addChildElementWithName(element, "Occurrences", std::to_string(period.numberOfDays));
+  // A nameless set is called so whatever it holds.
+  addChildElementWithName(element, "Name",
+                          stringByReplacingOccurrencesOfNewline(set.calendarName().value_or("Overtime")));
+  addChildElementWithName(element, "Type", "1");
+  addChildElementWithName(element, "DayWorking", flag(set.overtime()));
+  if (set.overtime()) addWorkingTimes(element, set, index);
+}
+
+}  // namespace
+
+void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info) {
+  const xml::Node calendar = info.calendar();
+  require(static_cast<bool>(calendar), "Schedule info has no associated calendar object.");
+  addChildElementWithName(calendar, "UID", std::to_string(info.calendarUID()));
+  addChildElementWithName(calendar, "Name", stringByReplacingOccurrencesOfNewline(info.calendarName()));
+  addChildElementWithName(calendar, "IsBaseCalendar", flag(info.isBaseCalendar()));
+  if (info.isBaseCalendar()) {
+    addChildElementWithName(calendar, "BaseCalendarUID", "-1");
+  } else {
+    require(info.parentKey().has_value(), "Schedule info has no parent key.");
+    const ScheduleInfo parent = scheduleInfoForKey(*info.parentKey());
+    require(parent != nullptr, "Schedule info has no parent info.");
+    require(parent->isBaseCalendar() || parent->flatCopy(),
+            "Non-base parent schedule must have its flattened copy to make base calendar.");
+    const MSPEScheduleInfo& base = parent->isBaseCalendar() ? *parent : *parent->flatCopy();
+    addChildElementWithName(calendar, "BaseCalendarUID", std::to_string(base.calendarUID()));
+  }
+  mapScheduleInfo(info, calendar);
+}
+
+void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info, xml::Node toCalendar) {
+  xml::Node weekDays;
+  xml::Node exceptions;
+  xml::Node workWeeks;
+  if (info.hasWeekDaysData()) {
+    weekDays = addChildElementWithName(toCalendar, "WeekDays");
+    mapWeekDays(info, weekDays);
+  }
+  if (info.hasOvertimeData()) {
+    mapScheduleExceptions(info.overtimeExceptions(), toCalendar, weekDays, exceptions);
+    if (info.extendedFormat()) mapTimeOffExceptionsBG(info.overtimeExceptions(), toCalendar, workWeeks);
+  }
+  if (info.hasTimeOffData()) mapScheduleExceptions(info.timeOffExceptions(), toCalendar, weekDays, exceptions);
+}
+
+void MSPECalendarMapper::mapWeekDays(const MSPEScheduleInfo& info, xml::Node weekDays) {
+  for (std::int32_t day = kSunday; day <= kSaturday; ++day) {
+    const auto& times = info.workingTimesForDayType(day);
+    if (!times) continue;
+    const xml::Node weekDay = addChildElementWithName(weekDays, "WeekDay");
+    addChildElementWithName(weekDay, "DayType", std::to_string(day));
+    addChildElementWithName(weekDay, "DayWorking", flag(!times->empty()));
+    if (times->empty()) continue;
+    const xml::Node workingTimes = addChildElementWithName(weekDay, "WorkingTimes");
+    for (const MSPEWorkingTime& time : *times) addWorkingTime(workingTimes, time);
+  }
+}
+
+void MSPECalendarMapper::mapScheduleExceptions(const Exceptions& sets, xml::Node toCalendar, xml::Node& weekDays,
+                                               xml::Node& exceptions) {
+  for (const auto& set : sets) {
+    if (set->exceptionsCount() == 0) continue;
+    if (!weekDays) weekDays = addChildElementWithName(toCalendar, "WeekDays");
+    if (!exceptions) exceptions = addChildElementWithName(toCalendar, "Exceptions");
+    for (std::int64_t i = 0; i < set->exceptionsCount(); ++i) {
+      if (mapper().fiterType() == 1) addExceptionWeekDay(weekDays, *set, i);
+      addException(exceptions, *set, i);
+    }
+  }
+}
+
+void MSPECalendarMapper::mapTimeOffExceptionsBG(const Exceptions& sets, xml::Node toCalendar, xml::Node& workWeeks) {
+  const platform::TimeZone& zone = platform::TimeZone::system();
+  for (const auto& set : sets) {
+    require(set->overtime(), "Expected overtime exceptions.");
+    if (set->exceptionsCount() == 0) continue;
+    if (!workWeeks) workWeeks = addChildElementWithName(toCalendar, "WorkWeeks");
+    for (std::int64_t i = 0; i < set->exceptionsCount(); ++i) {
+      const Period period = requiredPeriod(*set, i);
+      require(period.numberOfDays <= kMaximumWorkWeekDays,
+              "Overtime exception of calendar '{}' is too long: {} days, at most {} can be exported.",
+              platform::orNull(set->calendarName()), period.numberOfDays, kMaximumWorkWeekDays);
+      const xml::Node workWeek = addChildElementWithName(workWeeks, "WorkWeek");
+      const xml::Node weekDays = addChildElementWithName(workWeek, "WeekDays");
+      addTimePeriod(workWeek, period);
+      addChildElementWithName(workWeek, "Name", "Exception days");
+      // Steps of 86400 seconds: where a clock change makes a day longer, its weekday comes twice.
+      for (Instant date = period.fromDate; date < period.toDate; date = date + kSecondsPerDay) {
+        const std::int32_t dayType = zone.weekday(date);
+        require(dayType >= kSunday && dayType <= kSaturday, "Incorrect dayType ({}). Must be from 1 to 7.", dayType);
+        const xml::Node weekDay = addChildElementWithName(weekDays, "WeekDay");
+        addChildElementWithName(weekDay, "DayType", std::to_string(dayType));
+        addChildElementWithName(weekDay, "DayWorking", "0");
+      }
+    }
+  }
+}
+
+MSPECalendarMapper::ScheduleInfo MSPECalendarMapper::newOvertimeFromTimeOffExceptionsScheduleInfo(
+    const MSPEScheduleInfo& /*info*/) const {
+  return nullptr;
+}

@@ -1,0 +1,86 @@
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+
+#include <fmt/format.h>
+
+#include "KVMSPCommon/MSPCDateTimeConverter.h"
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
+#include "Platform/Clock.h"
+#include "Platform/Exceptions.h"
+#include "Platform/TimeZone.h"
+
+namespace {
+
+struct Counters {
+  std::int64_t task = 0;
+  std::int64_t resource = 0;
+  std::int64_t assignment = 1;
+  std::int64_t calendar = 1;
+};
+
+Counters& counters() {
+  static Counters ofTheProcess;
+  return ofTheProcess;
+}
+
+/// "2010-05-17 10:15:30 +0200"
+std::string dateDescription(platform::Instant instant) {
+  const platform::TimeZone& zone = platform::TimeZone::system();
+  const platform::CivilTime civil = zone.civilFromInstant(instant);
+  const std::int64_t minutes = zone.secondsFromGMT(instant) / 60;
+  return fmt::format("{:04d}-{:02d}-{:02d} {:02d}:{:02d}:{:02d} {}{:02d}{:02d}", civil.year, civil.month, civil.day,
+                     civil.hour, civil.minute, civil.second, minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
+                     std::abs(minutes) % 60);
+}
+
+}  // namespace
+
+MSPEMapper::MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_ptr<xml::Document> kvdxTOCXmlDoc,
+                       const std::vector<std::shared_ptr<xml::Document>>& baselineXMLDocArray,
+                       std::shared_ptr<xml::Document> mspdiTemplateXmlDoc, const MSPEInfo& info)
+    : kvdxXmlDoc_(std::move(kvdxXmlDoc)),
+      kvdxTOCXmlDoc_(std::move(kvdxTOCXmlDoc)),
+      mspdiTemplateXmlDoc_(std::move(mspdiTemplateXmlDoc)),
+      info_(info) {
+  initialize();
+  kvdxBaselines_.reserve(baselineXMLDocArray.size());
+  for (const auto& document : baselineXMLDocArray) kvdxBaselines_.emplace_back(document);
+  calendarMapper_ = std::make_unique<MSPECalendarMapper>(*this);
+}
+
+MSPEMapper::~MSPEMapper() = default;
+
+void MSPEMapper::initialize() {
+  static const bool done = [] {
+    MSPCDateTimeConverter::initialize();
+    return true;
+  }();
+  static_cast<void>(done);
+}
+
+void MSPEMapper::map() {
+  const xml::Node scenario = kvdxXmlDoc_ ? kvdxXmlDoc_->root() : xml::Node();
+  if (scenario.name() != "scenario") return;
+
+  projectMapper_ = std::make_unique<MSPEProjectMapper>(*this);
+  xml::Element project = projectMapper_->newProjectFromKVDXScenario(scenario);
+  projectMapper_.reset();
+
+  const xml::Node root = mspdiXmlDoc_.setRoot(std::move(project));
+  addComment(root, fmt::format("  {}: Korvella {} MSPDI Exporter.  ", dateDescription(platform::Clock::now()), "2.x"));
+  finished_ = true;
+}
+
+void MSPEMapper::countTimephasedData(std::size_t elements) {
+  constexpr std::size_t kMaximum = 1'000'000;
+  timephasedDataCount_ += elements;
+  platform::require(timephasedDataCount_ <= kMaximum,
+                    "Split tasks and materials have too many days. At most {} can be exported.", kMaximum);
+}
+
+std::int64_t MSPEMapper::nextTaskID() { return counters().task++; }
+std::int64_t MSPEMapper::nextResourceID() { return counters().resource++; }
+std::int64_t MSPEMapper::nextAssignmentUID() { return counters().assignment++; }
+std::int64_t MSPEMapper::nextCalendarUID() { return counters().calendar++; }
+void MSPEMapper::resetCountersForTesting() { counters() = Counters(); }

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEIdMapper.h"
+#include "Platform/URL.h"
+#include "Platform/XMLTree.h"
+
+class MSPECalendarMapper;
+class MSPEProjectMapper;
+
+/// What the caller of an export tells about it, by key (MSPEExporterInfo.h).
+using MSPEInfo = std::map<std::string, std::string>;
+
+/// The context of one export: the source documents, the output document under construction and the services that the
+/// per-object mappers reach through it. Made for one bundle, mapped once. Also the home of the four numbering counters,
+/// which belong to the process and go on from bundle to bundle.
+class MSPEMapper {
+ public:
+  /// @param kvdxXmlDoc the plan; without one map() makes no document.
+  /// @param baselineXMLDocArray the scenarios compared with it; a baseline's position is its number.
+  /// @param mspdiTemplateXmlDoc kept, never read.
+  /// @param info borrowed; must outlive the context.
+  MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_ptr<xml::Document> kvdxTOCXmlDoc,
+             const std::vector<std::shared_ptr<xml::Document>>& baselineXMLDocArray,
+             std::shared_ptr<xml::Document> mspdiTemplateXmlDoc, const MSPEInfo& info);
+  ~MSPEMapper();
+  MSPEMapper(const MSPEMapper&) = delete;
+  MSPEMapper& operator=(const MSPEMapper&) = delete;
+
+  /// Builds the output document: the `Project` element and the exporter's comment as its last child. None is made when
+  /// the plan's root is not `scenario`.
+  /// @throws platform::Exception what the mappers below raise.
+  void map();
+
+  /// The kind of output; 1, which means MSPDI (spelled so on purpose).
+  [[nodiscard]] std::int32_t fiterType() const { return fiterType_; }
+  [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxXmlDoc() const { return kvdxXmlDoc_; }
+  [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxTOCXmlDoc() const { return kvdxTOCXmlDoc_; }
+  /// The finished output document; none before map() and when it made none.
+  [[nodiscard]] const xml::Document* mspdiXmlDoc() const { return finished_ ? &mspdiXmlDoc_ : nullptr; }
+  [[nodiscard]] const std::vector<MSPEBaseline>& kvdxBaselines() const { return kvdxBaselines_; }
+  /// Present only while map() runs it.
+  [[nodiscard]] MSPEProjectMapper* projectMapper() const { return projectMapper_.get(); }
+  [[nodiscard]] MSPECalendarMapper& calendarMapper() const { return *calendarMapper_; }
+
+  /// The output `Project` element, as soon as it exists; other mappers add to it while it is being built.
+  [[nodiscard]] xml::Node mspdiProject() const { return mspdiProject_; }
+  void setMspdiProject(xml::Node project) { mspdiProject_ = project; }
+  /// None until the project mapper has made it from the scenario's top objects.
+  [[nodiscard]] const std::optional<MSPEIdMapper>& idMapper() const { return idMapper_; }
+  void setIdMapper(MSPEIdMapper idMapper) { idMapper_ = std::move(idMapper); }
+
+  /// A new element of the output document, not yet part of its tree.
+  [[nodiscard]] xml::Element newElement(const char* name) const { return mspdiXmlDoc_.newElement(name); }
+
+  /// Counts the `TimephasedData` of the export as they are given to assignments.
+  /// @throws InvariantFailure beyond a million: a plan that asks for so many would take all memory.
+  void countTimephasedData(std::size_t elements);
+
+  /// The next number of its kind; the first of the process is 0 for tasks and resources, 1 for the other two.
+  static std::int64_t nextTaskID();
+  static std::int64_t nextResourceID();
+  static std::int64_t nextAssignmentUID();
+  static std::int64_t nextCalendarUID();
+  /// Lets the counters begin anew, as in a new process. For tests.
+  static void resetCountersForTesting();
+
+ private:
+  static void initialize();
+
+  std::int32_t fiterType_ = 1;
+  std::shared_ptr<xml::Document> kvdxXmlDoc_;
+  std::shared_ptr<xml::Document> kvdxTOCXmlDoc_;
+  std::shared_ptr<xml::Document> mspdiTemplateXmlDoc_;
+  /// Grows from the start, since elements live in their document; handed out when it is finished. Building apart from
+  /// the tree changes nothing that a reader of the context can see.
+  mutable xml::Document mspdiXmlDoc_;
+  bool finished_ = false;
+  xml::Node mspdiProject_;
+  const MSPEInfo& info_;
+  std::vector<MSPEBaseline> kvdxBaselines_;
+  std::optional<platform::URL> workingFolderUrl_;  ///< for dumps; never set by this program
+  std::optional<MSPEIdMapper> idMapper_;
+  std::size_t timephasedDataCount_ = 0;
+  std::unique_ptr<MSPEProjectMapper> projectMapper_;
+  std::unique_ptr<MSPECalendarMapper> calendarMapper_;
+};
+
+/// Base of the mappers that write one kind of object: holds the context, which must outlive it.
+class MSPEObjectMapperBase {
+ public:
+  explicit MSPEObjectMapperBase(MSPEMapper& mapper) : mapper_(mapper) {}
+
+ protected:
+  ~MSPEObjectMapperBase() = default;
+  [[nodiscard]] MSPEMapper& mapper() const { return mapper_; }
+
+ private:
+  MSPEMapper& mapper_;
+};

@@ -1,0 +1,26 @@
+#include "KVMSPCommon/MSPExportMapper/MSPENoteMapper.h"
+
+#include <string>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+
+std::optional<xml::Element> MSPENoteMapper::newNotesFromKVDXNote(xml::Node kvdxNote) const {
+  const xml::Node text = singleObjectForXQuery(kvdxNote, "text");
+  if (!text) return std::nullopt;
+  std::string plain;
+  for (const xml::Node paragraph : objectsForXQuery(text, "p")) {
+    for (const xml::Node run : objectsForXQuery(paragraph, "run")) {
+      plain += stringValueForXQuery(run, "lit").value_or("");
+    }
+    plain += '\n';
+  }
+  xml::Element notes = elementWithName("Notes", mapper());
+  if (!plain.empty()) notes.node().appendText(plain);
+  return notes;
+}
+
+void MSPENoteMapper::appendNotes(xml::Node to, xml::Node kvdxObject) const {
+  const xml::Node note = singleObjectForXQuery(kvdxObject, "note");
+  if (!note) return;
+  if (auto notes = newNotesFromKVDXNote(note)) to.append(std::move(*notes));
+}

@@ -1,0 +1,244 @@
+#include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEAssignmentMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPECurrencyFormatMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPETaskMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Clock.h"
+#include "Platform/Exceptions.h"
+#include "Platform/Log.h"
+
+using platform::log;
+using platform::orEmpty;
+using platform::orNull;
+using platform::require;
+
+namespace {
+
+constexpr std::string_view kMSPDINamespace = "http://schemas.microsoft.com/project";
+constexpr std::int64_t kNoCalendarUID = -1;
+
+/// The scenario's last `resource` or `task` with the id; empty when there is none.
+xml::Node objectWithId(xml::Node scenario, std::string_view kind, const std::optional<std::string>& id) {
+  if (!id) return {};
+  return singleObjectForXQuery(scenario, fmt::format("{}[@id='{}']", kind, *id));
+}
+
+/// Gives the assignment a copy of each element, with the assignment's UID in front.
+void appendTimephasedData(MSPEMapper& mapper, xml::Node assignment, std::int64_t assignmentUID,
+                          const std::optional<std::vector<xml::Element>>& timephasedDataArray) {
+  if (!timephasedDataArray) return;
+  mapper.countTimephasedData(timephasedDataArray->size());
+  for (const xml::Element& data : *timephasedDataArray) {
+    xml::Element copy = data.node().copy();
+    insertChildElementWithName(copy, "UID", std::to_string(assignmentUID), 0);
+    assignment.append(std::move(copy));
+  }
+}
+
+}  // namespace
+
+MSPEProjectMapper::MSPEProjectMapper(MSPEMapper& mapper) : MSPEObjectMapperBase(mapper) {}
+
+xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenario) {
+  xml::Element element = elementWithName("Project", mapper());
+  const xml::Node project = element;
+  setAttributeWithName(project, "xmlns", kMSPDINamespace);
+  mapper().setMspdiProject(project);
+  kvdxScenario_ = kvdxScenario;
+  const auto topResourceId = singleObjectForXQuery(kvdxScenario, "top-resource").attributeText("idref");
+  const auto topTaskId = singleObjectForXQuery(kvdxScenario, "top-task").attributeText("idref");
+  XQueryError error;
+
+  appendHeader(project, topResourceId, topTaskId);  // SaveVersion to CurrencySymbolPosition
+  const std::size_t taskCount = readScheduledTasks();
+  if (singleObjectForXQuery(kvdxScenario, "task/prerequisite-task")) {
+    addChildElementWithName(project, "HonorConstraints", "1");
+  }
+  addChildElementWithName(project, "NewTasksAreManual", "0");
+  addChildElementWithName(project, "CalendarUID", "1");
+  addChildElementWithName(project, "WeekStartDay", "0");
+  addChildElementWithName(project, "ProjectExternallyEdited", "0");
+  MSPECalendarMapper& calendarMapper = mapper().calendarMapper();
+  project.append(calendarMapper.takeCalendars());
+  const xml::Node tasks = addChildElementWithName(project, "Tasks");
+  const xml::Node resources = addChildElementWithName(project, "Resources");
+  const xml::Node assignments = addChildElementWithName(project, "Assignments");
+
+  resources.appendFinished(MSPEResourceMapper::newDummyResourceWithMapper(mapper()));
+  const std::size_t resourceCount = objectsForXQuery(kvdxScenario, "resource").size();
+  log("Mapping {} Resources and Schedules ...", resourceCount);
+  calendarMapper.setTopScheduleKey(topResourceId);
+  resourceGuard_.emplace("Resource", resourceCount);
+  addKvdxResource(objectWithId(kvdxScenario, "resource", topResourceId), {}, kvdxScenario, resources, std::nullopt,
+                  kNoCalendarUID, &error);
+  calendarMapper.buildCalendarHierarchy();
+
+  log("Mapping {} Tasks ...", taskCount);
+  taskGuard_.emplace("Task", taskCount);
+  addKvdxTask(objectWithId(kvdxScenario, "task", topTaskId), {}, kvdxScenario, tasks, 0, assignments, &error);
+  return element;
+}
+
+void MSPEProjectMapper::appendHeader(xml::Node project, const std::optional<std::string>& topResourceId,
+                                     const std::optional<std::string>& topTaskId) {
+  XQueryError error;
+  scheduleFromStart_ = !boolAttributeForName(kvdxScenario_, "fixed-end", &error) || error;
+  if (mapper().fiterType() == 1) addChildElementWithName(project, "SaveVersion", "14");
+  if (const auto title = stringValueForXQuery(mapper().kvdxTOCXmlDoc()->root(), "project/title")) {
+    addChildElementWithName(project, "Title", *title);
+  }
+  addChildElementWithName(project, "ScheduleFromStart", scheduleFromStart_ ? "1" : "0");
+  mapper().setIdMapper(MSPEIdMapper(topResourceId, topTaskId));
+  appendDates(project);
+  appendCurrency(project);
+}
+
+void MSPEProjectMapper::appendDates(xml::Node project) {
+  const auto now = MSPIUtilities::mppToKvdxDateTime(platform::Clock::now());
+  // The side that the plan is scheduled from is always written, from now when the scenario does not give it.
+  const auto append = [&](const char* query, const char* name, bool isNeeded, std::string& kvdxDate) {
+    const auto given = stringValueForXQuery(kvdxScenario_, query);
+    kvdxDate = given ? *given : orEmpty(now);
+    if (given || isNeeded) addChildElementWithName(project, name, MSPIUtilities::kvdxToMspdiDateTime(kvdxDate));
+  };
+  append("start-date", "StartDate", scheduleFromStart_, kvdxProjectStartDate_);
+  append("end-date", "FinishDate", !scheduleFromStart_, kvdxProjectFinishDate_);
+}
+
+void MSPEProjectMapper::appendCurrency(xml::Node project) {
+  const MSPECurrencyFormatMapper currency(mapper());
+  addChildElementWithName(project, "CurrencyDigits", std::to_string(currency.currencyDigits()));
+  addChildElementWithName(project, "CurrencySymbol", currency.currencySymbol());
+  addChildElementWithName(project, "CurrencyCode", currency.currencyCode());
+  addChildElementWithName(project, "CurrencySymbolPosition", std::to_string(currency.currencySymbolPosition()));
+}
+
+/// Makes the record of each task and finds the bounds of their priorities; gives the number of tasks.
+std::size_t MSPEProjectMapper::readScheduledTasks() {
+  const auto tasks = objectsForXQuery(kvdxScenario_, "task");
+  scheduledTasks_.emplace();
+  for (const xml::Node task : tasks) {
+    MSPEScheduledTaskInfo info(task, kvdxScenario_);
+    const std::string uid = info.uid();
+    scheduledTasks_->insert_or_assign(uid, std::move(info));
+  }
+  for (const auto& [uid, info] : *scheduledTasks_) {
+    minTaskPriortiy_ = std::min(minTaskPriortiy_, info.priority());
+    maxTaskPriortiy_ = std::max(maxTaskPriortiy_, info.priority());
+  }
+  require(minTaskPriortiy_ <= maxTaskPriortiy_, "Incorrect values of _minTaskPriortiy ({}) and _maxTaskPriortiy ({})",
+          minTaskPriortiy_, maxTaskPriortiy_);
+  return tasks.size();
+}
+
+const MSPEScheduledTaskInfo& MSPEProjectMapper::scheduledTask(const std::string& id) const {
+  require(scheduledTasks_.has_value(), "Can not get scheduled tasks from project mapper.");
+  const auto found = scheduledTasks_->find(id);
+  require(found != scheduledTasks_->end(), "Can not get scheduled task with id='{}' from the list of scheduled tasks.",
+          id);
+  return found->second;
+}
+
+bool MSPEProjectMapper::addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario,
+                                        xml::Node toResources, const std::optional<std::string>& groupName,
+                                        std::int64_t baseCalendarUID, XQueryError* error) {
+  const MSPETreeGuard::Step step(*resourceGuard_, kvdxResource);
+  {
+    MSPEResourceMapper resourceMapper(mapper());
+    auto resource = resourceMapper.newResourceFromKVDXResource(kvdxResource, parentResource);
+    if (resourceMapper.resourceCalendar()) {
+      require(resourceMapper.resourceCalendarUID() >= 1, "Expected Calendar UID > 0.");
+      baseCalendarUID = resourceMapper.resourceCalendarUID();
+    }
+    if (resource) {
+      if (groupName) addChildElementWithName(*resource, "Group", *groupName);
+      toResources.appendFinished(std::move(*resource));
+    }
+  }
+  if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return true;
+
+  const auto ownName = groupNameBelow(kvdxResource, static_cast<bool>(parentResource), groupName);
+  for (const xml::Node child : objectsForXQuery(kvdxResource, "child-resource")) {
+    if (const xml::Node member = objectWithId(kvdxScenario, "resource", child.attributeText("idref"))) {
+      addKvdxResource(member, kvdxResource, kvdxScenario, toResources, ownName, baseCalendarUID, error);
+    }
+  }
+  return true;
+}
+
+/// The name that a group's members carry: its path of names. An unnamed group is numbered and begins a new path; the
+/// unnamed top group has none.
+std::optional<std::string> MSPEProjectMapper::groupNameBelow(xml::Node kvdxGroup, bool hasParent,
+                                                             const std::optional<std::string>& inheritedName) {
+  auto name = stringValueForXQuery(kvdxGroup, "name");
+  if (!name) {
+    if (!hasParent) return std::nullopt;
+    return fmt::format("Anonymous_Group_{}", ++unnamedGroupsCount_);
+  }
+  return inheritedName ? fmt::format("{}/{}", *inheritedName, *name) : name;
+}
+
+bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario, xml::Node toTasks,
+                                    std::int64_t atLevel, xml::Node assignments, XQueryError* error) {
+  const bool isGroup = stringValueForXQuery(kvdxTask, "type", error) == "group";
+  const bool isSplit = static_cast<bool>(singleObjectForXQuery(kvdxTask, "split", error));
+  require(!isSplit || !isGroup, "Task group and split task are mutualy exclusive.");  // spelled so on purpose
+  {
+    xml::Element task = MSPETaskMapper(mapper()).newTaskFromKVDXTask(kvdxTask, parentTask);
+    std::optional<std::vector<xml::Element>> timephasedData;
+    if (isSplit) timephasedData = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromKvdxSplitTask(kvdxTask);
+    addChildElementWithName(task, "OutlineLevel", std::to_string(atLevel));
+    toTasks.appendFinished(std::move(task));
+    if (const auto kvdxAssignments = objectsForXQuery(kvdxTask, "assignment"); !kvdxAssignments.empty()) {
+      addKvdxAssignments(kvdxAssignments, kvdxTask, kvdxScenario, timephasedData, assignments, error);
+    } else if (!isGroup) {
+      addDummyAssignment(kvdxTask, timephasedData, assignments);
+    }
+  }
+  if (!isGroup) return true;
+
+  // Guarded behind the mapping: a task that is reached twice is told by its UID first.
+  const MSPETreeGuard::Step step(*taskGuard_, kvdxTask);
+  for (const xml::Node child : objectsForXQuery(kvdxTask, "child-task")) {
+    if (const xml::Node childTask = objectWithId(kvdxScenario, "task", child.attributeText("idref"))) {
+      addKvdxTask(childTask, kvdxTask, kvdxScenario, toTasks, atLevel + 1, assignments, error);
+    }
+  }
+  return true;
+}
+
+void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
+                                           const std::optional<std::vector<xml::Element>>& timephasedDataArray,
+                                           xml::Node toAssignments) {
+  const auto id = kvdxTask.attributeText("id");
+  if (!id) return;
+  require(scheduledTasks_ && scheduledTasks_->contains(*id),
+          "Can not find task with UID={} in the list of scheduled tasks.", *id);
+  std::int64_t uid = -1;
+  xml::Element assignment = MSPEAssignmentMapper::newDummyAssignmentForTaskId(*id, &uid, mapper());
+  require(uid >= 1, "Incorrect UID for dummy assignment ({}).", uid);
+  appendTimephasedData(mapper(), assignment, uid, timephasedDataArray);
+  toAssignments.appendFinished(std::move(assignment));
+}
+
+bool MSPEProjectMapper::addKvdxAssignments(const std::vector<xml::Node>& kvdxAssignments, xml::Node kvdxTask,
+                                           xml::Node /*kvdxScenario*/,
+                                           const std::optional<std::vector<xml::Element>>& timephasedDataArray,
+                                           xml::Node toAssignments, XQueryError* /*error*/) {
+  MSPEAssignmentMapper assignmentMapper(mapper(), kvdxTask);
+  for (const xml::Node kvdxAssignment : kvdxAssignments) {
+    xml::Element assignment = assignmentMapper.newAssignmentFromKVDXAssignment(kvdxAssignment);
+    appendTimephasedData(mapper(), assignment, assignmentMapper.UID(), timephasedDataArray);
+    toAssignments.appendFinished(std::move(assignment));
+  }
+  return true;
+}

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
+#include "KVMSPCommon/MSPExportMapper/MSPETreeGuard.h"
+
+class MSPECurrencyFormatMapper;
+struct XQueryError;
+
+/// Turns a scenario into the `Project` element: writes the header, then walks the resource tree and the task tree from
+/// their top nodes and has the other mappers write each node. One per export, used once.
+class MSPEProjectMapper final : public MSPEObjectMapperBase {
+ public:
+  using ScheduledTasks = std::unordered_map<std::string, MSPEScheduledTaskInfo>;
+  using UidToId = std::unordered_map<std::string, std::string>;
+
+  explicit MSPEProjectMapper(MSPEMapper& mapper);
+
+  /// The whole `Project`, in the order of the calls in this function's body. The context has it from the start.
+  /// @throws InvariantFailure what the mappers below raise.
+  [[nodiscard]] xml::Element newProjectFromKVDXScenario(xml::Node kvdxScenario);
+
+  /// Maps a resource, then the members of a group.
+  /// @param parentResource empty for the top resource.
+  /// @param groupName written as the resource's `Group`; none at the top.
+  /// @param baseCalendarUID carried down the tree only.
+  /// @return true. @throws InvariantFailure also when a group contains itself, or its tree does not end.
+  bool addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario, xml::Node toResources,
+                       const std::optional<std::string>& groupName, std::int64_t baseCalendarUID,
+                       XQueryError* error = nullptr);
+
+  /// Maps a task and its assignments, then the tasks of a group.
+  /// @param parentTask empty for the top task.
+  /// @param atLevel written as `OutlineLevel`; 0 for the top task.
+  /// @return true. @throws InvariantFailure also for a group that is split, and for a tree that does not end.
+  bool addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario, xml::Node toTasks,
+                   std::int64_t atLevel, xml::Node assignments, XQueryError* error = nullptr);
+
+  /// Maps a task's assignments.
+  /// @param timephasedDataArray the task's timephased data, if any; each assignment gets a copy that begins with its
+  /// UID.
+  /// @return true.
+  bool addKvdxAssignments(const std::vector<xml::Node>& kvdxAssignments, xml::Node kvdxTask, xml::Node kvdxScenario,
+                          const std::optional<std::vector<xml::Element>>& timephasedDataArray, xml::Node toAssignments,
+                          XQueryError* error = nullptr);
+
+  [[nodiscard]] xml::Node kvdxScenario() const { return kvdxScenario_; }
+  /// False when the scenario is scheduled backwards from its end (attribute `fixed-end`).
+  [[nodiscard]] bool scheduleFromStart() const { return scheduleFromStart_; }
+  /// In kvdx form; the moment of the export when the scenario has none.
+  [[nodiscard]] const std::string& kvdxProjectStartDate() const { return kvdxProjectStartDate_; }
+  [[nodiscard]] const std::string& kvdxProjectFinishDate() const { return kvdxProjectFinishDate_; }
+  /// Lowest and highest priority of all tasks and 0, which both always include (names spelled so on purpose).
+  [[nodiscard]] std::int64_t minTaskPriortiy() const { return minTaskPriortiy_; }
+  [[nodiscard]] std::int64_t maxTaskPriortiy() const { return maxTaskPriortiy_; }
+  /// The record of every source task by its id; none before they were read.
+  [[nodiscard]] const std::optional<ScheduledTasks>& scheduledTasks() const { return scheduledTasks_; }
+  void setScheduledTasks(std::optional<ScheduledTasks> tasks) { scheduledTasks_ = std::move(tasks); }
+  /// The record of a source task. @throws InvariantFailure when there is none of the id.
+  [[nodiscard]] const MSPEScheduledTaskInfo& scheduledTask(const std::string& id) const;
+  /// MSPDI UID to MSPDI ID of what has been written so far.
+  [[nodiscard]] const UidToId& taskUidToIdMap() const { return taskUidToIdMap_; }
+  [[nodiscard]] const UidToId& resourceUidToIdMap() const { return resourceUidToIdMap_; }
+  /// Notes the number of a task or resource; false when its UID was noted before.
+  bool recordTask(const std::string& uid, const std::string& id) { return taskUidToIdMap_.emplace(uid, id).second; }
+  bool recordResource(const std::string& uid, const std::string& id) {
+    return resourceUidToIdMap_.emplace(uid, id).second;
+  }
+  [[nodiscard]] std::int64_t unnamedGroupsCount() const { return unnamedGroupsCount_; }
+
+ private:
+  void appendHeader(xml::Node project, const std::optional<std::string>& topResourceId,
+                    const std::optional<std::string>& topTaskId);
+  void appendDates(xml::Node project);
+  void appendCurrency(xml::Node project);
+  std::size_t readScheduledTasks();
+  [[nodiscard]] std::optional<std::string> groupNameBelow(xml::Node kvdxGroup, bool hasParent,
+                                                          const std::optional<std::string>& inheritedName);
+  void addDummyAssignment(xml::Node kvdxTask, const std::optional<std::vector<xml::Element>>& timephasedDataArray,
+                          xml::Node toAssignments);
+
+  xml::Node kvdxScenario_;
+  bool scheduleFromStart_ = true;
+  std::string kvdxProjectStartDate_;
+  std::string kvdxProjectFinishDate_;
+  std::int64_t minTaskPriortiy_ = 0;
+  std::int64_t maxTaskPriortiy_ = 0;
+  std::optional<ScheduledTasks> scheduledTasks_;
+  UidToId taskUidToIdMap_;
+  UidToId resourceUidToIdMap_;
+  std::int64_t unnamedGroupsCount_ = 0;
+  std::optional<MSPETreeGuard> resourceGuard_;
+  std::optional<MSPETreeGuard> taskGuard_;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
+
+/// Writes one source task as a `Task` element. Scheduled values come from the task's record, the rest from the source
+/// element. Made for one task, dropped after use.
+class MSPETaskMapper final : public MSPEObjectMapperBase {
+ public:
+  using MSPEObjectMapperBase::MSPEObjectMapperBase;
+
+  /// The children stand in the order of the calls in this function's body; the project mapper appends OutlineLevel.
+  /// @param parentTask empty for the top task; decides only what the log says.
+  /// @throws InvariantFailure for a task without id, with the UID of another one, or that differs from its record.
+  [[nodiscard]] xml::Element newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node parentTask);
+
+  /// Never filled.
+  [[nodiscard]] const std::string& mspdiStart() const { return mspdiStart_; }
+  [[nodiscard]] const std::string& mspdiFinish() const { return mspdiFinish_; }
+
+ private:
+  void appendIdentity(xml::Node task, const std::string& id);
+  void appendSchedule(xml::Node task, xml::Node kvdxTask);
+  void appendCompletion(xml::Node task) const;
+  void appendConstraint(xml::Node task, const std::optional<std::string>& start) const;
+  void appendDateConstraint(xml::Node task, const char* type, std::optional<platform::Instant> date) const;
+  void appendPredecessorLinks(xml::Node task) const;
+  void appendBaselines(xml::Node task, xml::Node kvdxTask) const;
+
+  [[nodiscard]] bool isForwardScheduled() const;
+  [[nodiscard]] std::int64_t mspdiPriority() const;
+
+  const MSPEScheduledTaskInfo* taskInfo_ = nullptr;
+  [[maybe_unused]] std::int32_t assignmentId_ = 0;  ///< read by nothing
+  std::string mspdiStart_;
+  std::string mspdiFinish_;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+
+/// Writes an object's user data as extended attributes: a value under the object for each pair, and a definition under
+/// the project's `ExtendedAttributes` for each key. Every object defines its keys anew, from Text1 on, also when
+/// another object has defined the same: each mapper serves one object and knows no other.
+class MSPEUserDataMapper final : public MSPEObjectMapperBase {
+ public:
+  /// @param isTask whether the object is a task; other objects have other field numbers.
+  MSPEUserDataMapper(MSPEMapper& mapper, bool isTask) : MSPEObjectMapperBase(mapper), isTask_(isTask) {}
+
+  /// The values (FieldID, Value) in source order, `key` and `string` children paired by position. None without keys.
+  /// @throws InvariantFailure when there are not as many of one as of the other.
+  [[nodiscard]] std::optional<std::vector<xml::Element>> newExtendedAttributesFromUserData(xml::Node userData);
+  /// Appends the values made of the object's `user-data`, if any.
+  void appendExtendedAttributes(xml::Node to, xml::Node kvdxObject);
+  /// The field identifier that this mapper gave the key; none when it has not met it.
+  [[nodiscard]] std::optional<std::string> getExtendedAttributeIdByName(const std::string& key) const;
+  /// Defines an attribute for the key (FieldID, FieldName, Alias, Guid) and gives its field identifier: for the n-th
+  /// key from 0, 188743731 + 3n for tasks and 205520904 + n for others, whether or not such a field exists.
+  /// @throws InvariantFailure when the context has no project.
+  std::string addExtendedAttribute(const std::string& key);
+
+ private:
+  bool isTask_;
+  std::unordered_map<std::string, std::string> extendedAttributeIds_;
+};

@@ -1,0 +1,140 @@
+#include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
+
+#include <fmt/format.h>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/Exceptions.h"
+#include "Platform/FileSystem.h"
+#include "Platform/Log.h"
+
+using platform::Exception;
+using platform::log;
+using platform::URL;
+
+/// A path and the names to fall back on when it is taken: "Plan.xml", "Plan-1.xml", "Plan-2.xml" and so on.
+class NumberedPath {
+ public:
+  explicit NumberedPath(std::string path)
+      : path_(std::move(path)),
+        stem_(platform::deletePathExtension(path_)),
+        extension_(platform::pathExtension(path_)) {}
+
+  [[nodiscard]] const std::string& get() const { return path_; }
+  void goOn() { path_ = fmt::format("{}-{}.{}", stem_, ++number_, extension_); }
+
+ private:
+  std::string path_;
+  std::string stem_;
+  std::string extension_;
+  long number_ = 0;
+};
+
+namespace {
+
+void check(bool holds, const char* reason) {
+  if (!holds) throw Exception("MSPEXMLException", reason);
+}
+
+std::string lowerCaseExtension(const URL& url) { return platform::lowercased(platform::pathExtension(url.path())); }
+
+}  // namespace
+
+bool MSPEXMLExporter::exportKVDXBundle(const std::optional<URL>& source, const std::optional<URL>& toURL) {
+  try {
+    return exportBundle(source, toURL);
+  } catch (const Exception& exception) {
+    log("Exception: {}\n{}\n", exception.name(), exception.reason());
+    return false;
+  }
+}
+
+bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::optional<URL>& destination) const {
+  check(source.has_value(), "MSPEXMLExporter.exportKVDXBundle: Source URL not specified.");
+  check(source->isFileURL(), "MSPEXMLExporter.exportKVDXBundle: Source must be a file system.");
+  check(lowerCaseExtension(*source) == "kvdx",
+        "MSPEXMLExporter.exportKVDXBundle: Source must be a Korvella 2 document bundle (.kvdx directory).");
+  check(destination.has_value(), "MSPEXMLExporter.exportKVDXBundle: Destination URL not specified.");
+  check(destination->isFileURL(), "MSPEXMLExporter.exportKVDXBundle: Destination must be a file system.");
+  check(lowerCaseExtension(*destination) == "xml",
+        "MSPEXMLExporter.exportKVDXBundle: Destination must be a MS Project XML document.");
+
+  NumberedPath path(destination->path());
+  while (platform::fileExists(path.get())) path.goOn();
+  log("MSPEXMLExporter: Exporting KV 2 document bundle to XML (MSPDI) file...");
+  log("Input:  '{}'", source->path());
+  log("Output: '{}'", path.get());
+
+  Contents contents = readContents(source->path());
+  MSPEMapper mapper(std::move(contents.plan), std::move(contents.tableOfContents), contents.baselines, nullptr, info_);
+  mapper.map();
+  const xml::Document* document = mapper.mspdiXmlDoc();
+  if (document == nullptr) return false;
+  write(*document, path);
+  return true;
+}
+
+MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundle) {
+  Contents contents;
+  contents.tableOfContents = newXmlDocFromUrl(bundle, "__TOC.xml");
+  const xml::Node root = contents.tableOfContents->root();
+  const xml::Node project = singleObjectForXQuery(root, "project");
+  check(static_cast<bool>(project), "MSPEXMLExporter.exportKVDXBundle: No 'project' element found in source document.");
+  const auto windows = objectsForXQuery(root, "window");
+  check(!windows.empty(), "MSPEXMLExporter.exportKVDXBundle: No window elements found in source document.");
+
+  // The first window is the front one of the document as it was last saved.
+  const auto editing = stringValueForXQuery(windows.front(), "editing-scenario");
+  const auto comparison = stringValueForXQuery(windows.front(), "comparison-scenario");
+  for (const xml::Node scenario : objectsForXQuery(project, "scenario")) {
+    const auto id = scenario.attributeText("id");
+    const std::string fileName = scenario.attributeText("filename").value_or("");
+    if (id && id == editing) {
+      contents.plan = newXmlDocFromUrl(bundle, fileName);
+    } else if (id && id == comparison) {
+      contents.baselines.push_back(newXmlDocFromUrl(bundle, fileName));
+    } else {
+      const xml::Attribute name = scenario.attribute("name");
+      log("Baseline \"{}\" will not be exported because it is not the baseline visible in the front Korvella document "
+          "window.",
+          name ? name.markup() : "(null)");
+    }
+  }
+  return contents;
+}
+
+MSPEXMLExporter::DocumentPointer MSPEXMLExporter::newXmlDocFromUrl(const std::string& bundle,
+                                                                   const std::string& fileName) {
+  const std::string path = platform::appendPathComponent(bundle, fileName);
+  std::string problem;
+  const auto read = [&] { return platform::readFileInside(bundle, fileName, &problem).value_or(""); };
+  DocumentPointer document = xml::Document::parse(read());
+  if (!document && problem.empty()) {
+    // Parsing works inside the bytes and spoils them, so they are read anew.
+    document = xml::Document::parseRepaired(read());
+    if (document) {
+      log("WARNING: Document '{}' is malformed or in an unusual encoding. What "
+          "could be read of it is used.",
+          path);
+    }
+  }
+  if (!problem.empty()) log("WARNING: Document '{}' could not be read: {}.", path, problem);
+  check(document != nullptr,
+        "MSPEXMLExporter.newXmlDocFromUrl: Failed to "
+        "build XML DOM from source data.");
+  return document;
+}
+
+void MSPEXMLExporter::write(const xml::Document& document, NumberedPath& path) {
+  platform::AtomicFile file(path.get());
+  document.serialize([&file](std::string_view piece) { file.append(piece); });
+  platform::AtomicFile::Outcome outcome = file.commit(path.get());
+  while (outcome == platform::AtomicFile::Outcome::kTargetExists) {
+    // Another program took the name meanwhile.
+    path.goOn();
+    log("Output: '{}'", path.get());
+    outcome = file.commit(path.get());
+  }
+  if (outcome == platform::AtomicFile::Outcome::kFailed) {
+    log("ERROR: File '{}' could not be written: {}.", path.get(), file.failureReason());
+  }
+}

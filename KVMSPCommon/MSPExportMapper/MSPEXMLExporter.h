@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/URL.h"
+#include "Platform/XMLTree.h"
+
+class NumberedPath;
+
+/// Turns one document bundle into one MSPDI file. Made for one bundle, used once.
+class MSPEXMLExporter {
+ public:
+  explicit MSPEXMLExporter(MSPEInfo info) : info_(std::move(info)) {}
+
+  /// Reads the bundle, maps it and writes the result, without ever replacing a file: when the destination is taken, the
+  /// name is numbered ("-1", "-2", ...). Failures are logged.
+  /// @param source a bundle's folder; its name must end in ".kvdx", in any case.
+  /// @param toURL the file to write; its name must end in ".xml", in any case.
+  /// @return whether a document was made and a write was tried. A write that fails is logged, too, but counts.
+  bool exportKVDXBundle(const std::optional<platform::URL>& source, const std::optional<platform::URL>& toURL);
+
+ private:
+  using DocumentPointer = std::shared_ptr<xml::Document>;
+
+  /// What an export reads from a bundle.
+  struct Contents {
+    DocumentPointer tableOfContents;
+    DocumentPointer plan;  ///< none when no scenario is the edited one
+    std::vector<DocumentPointer> baselines;
+  };
+
+  [[nodiscard]] bool exportBundle(const std::optional<platform::URL>& source,
+                                  const std::optional<platform::URL>& destination) const;
+  [[nodiscard]] static Contents readContents(const std::string& bundle);
+  /// The document in a file below the bundle, repaired when it is malformed.
+  /// @throws platform::Exception when nothing can be made of it.
+  [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);
+  static void write(const xml::Document& document, NumberedPath& path);
+
+  MSPEInfo info_;
+};

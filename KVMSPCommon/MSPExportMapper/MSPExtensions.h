@@ -1,0 +1,18 @@
+#pragma once
+
+#include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
+#include "Platform/Instant.h"
+
+/// Working-time operations on instants. All use the standard calendar; one that is given is told in the log to be
+/// ignored.
+class MSPExtensions {
+ public:
+  /// The instant moved by an amount of working time (seconds); itself when no working time is found.
+  [[nodiscard]] static platform::Instant dateAdvancedByDuration(platform::Instant date, double duration, bool forward,
+                                                                bool allowEdgeTime,
+                                                                const MSPEScheduleCalendar* calendar);
+  /// The same with edge time allowed.
+  [[nodiscard]] static platform::Instant dateAdvancedByDuration(platform::Instant date, double duration, bool forward,
+                                                                const MSPEScheduleCalendar* calendar);
+  [[nodiscard]] static bool isWorkingDayInCalendar(platform::Instant date, const MSPEScheduleCalendar* calendar);
+};

@@ -1,0 +1,96 @@
+// Golden cases: a folder of Tests/Golden is a case. It holds
+//   case           lines "zone=...", "epoch=..." and, when the bundle is not in the folder, "bundle=<path from the
+//   tree>"
+//   *.kvdx         the bundle
+//   expected.xml   the document, absent when none is to be written
+//   expected.log   the log without prefixes, then a last line "status=..."
+// MSPDI_REWRITE_GOLDEN=1 rewrites the expected files with what the program gives; read the difference before committing
+// it. Under CI the switch is a failure.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "Tests/Process.h"
+#include "Tests/Support.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kTree = MSPDI_SOURCE_FOLDER;
+const std::string kCases = kTree + "/Tests/Golden";
+
+std::vector<std::string> caseNames() {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(kCases)) {
+    if (entry.is_directory()) names.push_back(entry.path().filename());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::map<std::string, std::string> settingsOf(const std::string& folder) {
+  std::map<std::string, std::string> settings;
+  std::istringstream lines(contentsOf(folder + "/case"));
+  for (std::string line; std::getline(lines, line);) {
+    const auto equals = line.find('=');
+    settings[line.substr(0, equals)] = line.substr(equals + 1);
+  }
+  return settings;
+}
+
+fs::path bundleOf(const std::string& folder, const std::map<std::string, std::string>& settings) {
+  if (const auto elsewhere = settings.find("bundle"); elsewhere != settings.end())
+    return kTree + "/" + elsewhere->second;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().extension() == ".kvdx") return entry.path();
+  }
+  return {};
+}
+
+class GoldenTest : public testing::TestWithParam<std::string> {};
+
+}  // namespace
+
+TEST_P(GoldenTest, MatchesExpected) {
+  const std::string folder = kCases + "/" + GetParam();
+  const auto settings = settingsOf(folder);
+  const fs::path bundle = bundleOf(folder, settings);
+  const ScratchFolder scratch;
+  fs::copy(bundle, fs::path(scratch.path()) / bundle.filename(), fs::copy_options::recursive);
+
+  const auto result = runExporter({bundle.filename(), "out.xml"}, {scratch.path(),
+                                                                   {{"TZ", settings.at("zone")},
+                                                                    {"SOURCE_DATE_EPOCH", settings.at("epoch")},
+                                                                    {"XDG_CONFIG_HOME", scratch.path()}}});
+  const std::string log =
+      withoutPrefixes(result.log, scratch.path()) + "status=" + std::to_string(result.status) + "\n";
+  const bool written = fs::exists(scratch / "out.xml");
+
+  if (std::getenv("MSPDI_REWRITE_GOLDEN") != nullptr) {
+    ASSERT_EQ(std::getenv("CI"), nullptr) << "expected files are not rewritten by CI";
+    writeFile(folder + "/expected.log", log);
+    fs::remove(folder + "/expected.xml");
+    if (written) fs::copy(scratch / "out.xml", folder + "/expected.xml");
+    GTEST_SKIP() << "rewritten";
+  }
+  EXPECT_EQ(log, contentsOf(folder + "/expected.log"));
+  ASSERT_EQ(written, fs::exists(folder + "/expected.xml"));
+  if (!written) return;
+  const std::string actual = contentsOf(scratch / "out.xml");
+  if (actual == contentsOf(folder + "/expected.xml")) return;
+  const std::string kept = (fs::temp_directory_path() / ("mspdi-golden-" + GetParam() + ".xml")).string();
+  writeFile(kept, actual);
+  ADD_FAILURE() << "the document differs; see: diff '" << folder << "/expected.xml' '" << kept << "'";
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, GoldenTest, testing::ValuesIn(caseNames()), [](const auto& test) {
+  std::string name = test.param;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+  return name;
+});

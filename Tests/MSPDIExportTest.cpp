@@ -1,0 +1,192 @@
+// The program as a user runs it: its log, its exit status and what it leaves on the disk.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <tuple>
+
+#include "Tests/MappingSupport.h"
+#include "Tests/Process.h"
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+/// A folder with bundles; what is told of them does not depend on what is in a plan.
+struct Place : Workplace {
+  Place() {
+    for (const char* name : {"Plan.kvdx", "Plan2.kvdx", "Big.KVDX", "100% großes #1.kvdx"})
+      makeBundle(name, scenario(task("t1")));
+    makeBundle("Empty.kvdx", "<other/>");
+    std::filesystem::create_directory(folder / "folder");
+    writeFile(folder / "File.kvdx", "");
+  }
+  void setSettings(const std::string& toml) const {
+    writeFile(folder / "com.korvella.Korvella2.MSPExportMSPDI.toml", toml);
+  }
+};
+
+}  // namespace
+
+TEST(MSPDIExport, EndsTheRunWithTheReason) {
+  const Place place;
+  writeFile(place.folder / "empty.txt", "");
+  writeFile(place.folder / "latin1.txt", "Caf\xE9.kvdx\n");
+  const std::string list = "### Export files from the list:\n";
+  const auto single = [](const std::string& name) { return "### Export single file: \"" + name + "\"\n"; };
+  const std::string located = single("Plan.kvdx") + "### Export from URL: 'file://@DIR@/Plan.kvdx/'\n";
+  const std::string argument = "Exception: CommandLineArgumentException\n";
+  const std::string noBundle = argument + "Input file is not a valid KVDX doc folder: ";
+  const std::string noList = "Exception: FileNotFoundException\nInput list ";
+  const std::string noInput = "Exception: FileNotFoundException\nInput file ";
+  const std::string usage =
+      "Usage:\n  MSPDIExport <input_KVDX_bundle_path> [<output_path>]\n  MSPDIExport --input-list <input_list_path>  "
+      "[<output_path>]\n<output_path> is either an exported XML file, or a directory to write XML file to.\n";
+  for (const auto& [arguments, log] : std::vector<std::pair<std::string, std::string>>{
+           {"", argument + "Too few arguments. Need at least input bundle.\n" + usage},
+           {"--input-list", list + argument + "No input list found in command line.\n"},
+           {"--input-list none", list + noList + "not found or it is a directory: none\n"},
+           {"--input-list Plan.kvdx/./", list + noList + "not found or it is a directory: Plan.kvdx\n"},
+           {"--input-list latin1.txt", list + noList + "file could not be read or empty: latin1.txt\n"},
+           {"--input-list empty.txt", list},
+           {"Plan.xml", single("Plan.xml") + noBundle + "'Plan.xml'\n"},
+           {".kvdx", single(".kvdx") + noBundle + "'.kvdx'\n"},
+           {"a/../No.kvdx", single("a/../No.kvdx") + noInput + "not found: No.kvdx\n"},
+           {"'~/No.kvdx'", single("~/No.kvdx") + noInput + "not found: @DIR@/home/No.kvdx\n"},
+           {"File.kvdx", single("File.kvdx") + noInput + "is not a bundle (folder): File.kvdx\n"},
+           {"Plan.kvdx out.XML", located + argument + "Output file extension is not 'xml': out.XML.\n"},
+           {"Plan.kvdx File.kvdx", located + argument + "Output file extension is not 'xml': File.kvdx.\n"},
+       }) {
+    SCOPED_TRACE(arguments);
+    const auto result = place.run(arguments);
+    EXPECT_EQ(result.log, "MSPDIExporter Runner\n" + log);
+    EXPECT_EQ(result.status, 1);
+  }
+}
+
+TEST(MSPDIExport, WritesBesideTheBundleOrWhereItIsTold) {
+  struct Row {
+    int line;
+    std::string extension;  ///< setting
+    std::string arguments;
+    std::string written;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {__LINE__, "", "Plan.kvdx/", "Plan.xml"},
+           {__LINE__, "", "./sub/..//Plan.kvdx", "Plan.xml"},
+           {__LINE__, "", "Big.KVDX", "Big.xml"},
+           {__LINE__, "", "Plan.kvdx 'other name.xml'", "other name.xml"},
+           {__LINE__, "", "Plan.kvdx folder", "folder/Plan.xml"},
+           {__LINE__, "true", "Plan.kvdx folder/", "folder/Plan.kvdx.xml"},
+           {__LINE__, "7", "Big.KVDX", "Big.kvdx.xml"},
+           {__LINE__, "' YES '", "Plan.kvdx", "Plan.kvdx.xml"},
+           {__LINE__, "'maybe'", "Plan.kvdx", "Plan.xml"},
+           {__LINE__, "0", "Plan.kvdx", "Plan.xml"},
+       }) {
+    SCOPED_TRACE(row.line);
+    const Place place;
+    if (!row.extension.empty()) place.setSettings("IncludeInputExtension = " + row.extension);
+    const auto result = place.run(row.arguments);
+    EXPECT_EQ(result.status, 0) << result.log;
+    EXPECT_TRUE(place.exists(row.written)) << result.log;
+  }
+}
+
+TEST(MSPDIExport, PercentEncodesLocations) {
+  const Place place;
+  const auto log = place.run("'100% großes #1.kvdx'").log;
+  EXPECT_THAT(log, HasSubstr("### Export from URL: 'file://@DIR@/100%25%20gro%C3%9Fes%20%231.kvdx/'\n"));
+  EXPECT_THAT(log, HasSubstr("### Write to URL: 'file://@DIR@/100%25%20gro%C3%9Fes%20%231.xml'\n"));
+  EXPECT_THAT(log, HasSubstr("Input:  '@DIR@/100% großes #1.kvdx'\nOutput: '@DIR@/100% großes #1.xml'\n"));
+  EXPECT_TRUE(place.exists("100% großes #1.xml"));
+}
+
+TEST(MSPDIExport, ReplacesFilesWhenToldToAndWhenItFails) {
+  const Place place;
+  writeFile(place.folder / "Plan.xml", "precious");
+  for (const char* written : {"Plan-1.xml", "Plan-2.xml"}) {
+    EXPECT_EQ(place.run("Plan.kvdx").status, 0);
+    EXPECT_TRUE(place.exists(written));
+  }
+  EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "precious");
+
+  place.setSettings("OverwriteFilterTarget = true");
+  EXPECT_EQ(place.run("Plan.kvdx").status, 0);
+  EXPECT_THAT(contentsOf(place.folder / "Plan.xml"), HasSubstr("<Project"));
+  EXPECT_FALSE(place.exists("Plan-3.xml"));
+
+  place.setSettings("IncludeInputExtension = true\nOverwriteFilterTarget = = 1\n");
+  const auto malformed = place.run("Plan.kvdx folder");
+  EXPECT_EQ(malformed.status, 0);
+  EXPECT_THAT(malformed.log,
+              HasSubstr("MSPDIExporter Runner\nWARNING: Settings file "
+                        "'@DIR@/com.korvella.Korvella2.MSPExportMSPDI.toml' is malformed at line 2, column "));
+  EXPECT_TRUE(place.exists("folder/Plan.xml"));
+
+  place.makeBundle("Bad.kvdx", "<scenario/>");
+  writeFile(place.folder / "Bad.xml", "from an earlier run");
+  const auto failed = place.run("Bad.kvdx");
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_THAT(failed.log, EndsWith("Exception: InternalInconsistencyException\nInvalid format of KVDX top Resource ID "
+                                   "(must begin with 'r'): (null)\n\n### Exporter FAILED.\n"));
+  EXPECT_FALSE(place.exists("Bad.xml"));
+}
+
+TEST(MSPDIExport, ExportsAListInOrder) {
+  struct Row {
+    std::string list;
+    int status;
+    std::vector<std::string> said;
+    std::vector<std::string> unsaid;
+  };
+  const std::string failed = "### Exporter FAILED.";
+  const std::string good = "### Exporter SUCCEEDED.";
+  const std::string none = "Input file not found: None.kvdx";
+  const std::string blank = "Input file is not a valid KVDX doc folder: 'Plan.kvdx '";
+  for (const Row& row : std::initializer_list<Row>{
+           {"::Plan.kvdx\r\nPlan.kvdx\r\n\r\n", 0, {"    \"Plan.kvdx\"\n", good}, {"::", "\"\"", failed}},
+           {"Plan.kvdx\nNone.kvdx\nPlan2.kvdx\n", 0, {good, none}, {"Plan2.xml", failed}},
+           {"None.kvdx\nPlan.kvdx\n", 1, {none}, {good}},
+           {"Plan.kvdx \n", 1, {blank}, {good}},
+           {"Empty.kvdx\nPlan.kvdx\xE2\x80\xA8", 0, {failed, good}, {}},
+           {":: nothing\n\n", 1, {}, {failed, good}},
+           // Numbers go on from bundle to bundle, and the project's calendar must be the first.
+           {"Plan.kvdx\nPlan2.kvdx\n", 1, {good, "Top resource calendar UID mast be equal to 1.", failed}, {}},
+       }) {
+    SCOPED_TRACE(row.list);
+    const Place place;
+    writeFile(place.folder / "list.txt", row.list);
+    const auto result = place.run("--input-list list.txt");
+    EXPECT_EQ(result.status, row.status) << result.log;
+    for (const std::string& text : row.said) EXPECT_THAT(result.log, HasSubstr(text));
+    for (const std::string& text : row.unsaid) EXPECT_THAT(result.log, Not(HasSubstr(text)));
+    EXPECT_FALSE(place.exists("Plan2.xml"));
+  }
+}
+
+TEST(MSPDIExport, ReadsTheBundleThatTheFrontWindowShows) {
+  const std::string plan = "<scenario filename='Plan.xml' id=";
+  const std::string project = e("project", plan + "'a' name='A'/>" + plan + "'b' name='B &amp; \"C\"'/>");
+  const auto window = [](const std::string& edited, const std::string& compared) {
+    return e("window", e("editing-scenario", edited) + e("comparison-scenario", compared));
+  };
+  const std::string notVisible =
+      "Baseline \"name=\"B &amp; &quot;C&quot;\"\" will not be exported because it is not the baseline visible in the "
+      "front Korvella document window.";
+  for (const auto& [contents, status, log] : std::vector<std::tuple<std::string, int, std::string>>{
+           {project + window("a", "b"), 0, "  Mapping 1 baselines for Task ..."},
+           {project + window("a", "a"), 0, notVisible},
+           {"<project/>" + window("x", ""), 1, "Running in UTC\n### Exporter FAILED."},
+       }) {
+    SCOPED_TRACE(contents);
+    const Place place;
+    place.makeBundle("P.kvdx", scenario(task("t1")), e("toc", contents));
+    const auto result = place.run("P.kvdx");
+    EXPECT_EQ(result.status, status);
+    EXPECT_THAT(result.log, HasSubstr(log));
+    EXPECT_EQ(place.exists("P.xml"), status == 0);
+  }
+}

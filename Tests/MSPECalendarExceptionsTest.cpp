@@ -1,0 +1,160 @@
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarExceptions.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Tests/Support.h"
+
+using platform::Instant;
+using Event = MSPEKvdxEventInfo;
+
+namespace {
+
+constexpr double kDay = platform::kSecondsPerDay;
+
+/// A period from the start of one unit of time to the last second of another, with working hours or without.
+Event units(double unit, int first, int last, std::optional<MSPEWorkingTime> hours = std::nullopt) {
+  const Instant from{first * unit};
+  const Instant to{(last + 1) * unit - 1};
+  return hours ? Event(from, to, hours->fromTime() * 3600, hours->toTime() * 3600) : Event(from, to);
+}
+
+/// "1~2[8-12,13-17,] " for one from the first to the second unit of time.
+std::string textOf(const std::vector<MSPEExceptionInfo>& exceptions, double unit) {
+  std::string text;
+  for (const MSPEExceptionInfo& exception : exceptions) {
+    text += fmt::format("{}~{}[", exception.fromDate().seconds / unit, (exception.toDate()->seconds + 1) / unit - 1);
+    for (const auto& time : exception.workingTimes()) {
+      text += fmt::format("{}-{},", time.fromTime() / 3600, time.toTime() / 3600);
+    }
+    text += "] ";
+  }
+  return text;
+}
+
+std::string mappedEvents(const std::vector<Event>& events, double unit) {
+  MSPECalendarExceptions set("", true, events);
+  set.mapEvents();
+  return textOf(set.mppExceptionInfos(), unit);
+}
+
+/// The sweep with its merging, step by step and with no thought of speed.
+std::string slowlyMappedEvents(std::vector<Event> events, double unit, std::size_t& mostActive) {
+  std::vector<MSPEExceptionInfo> exceptions;
+  std::stable_sort(events.begin(), events.end(), [](const Event& a, const Event& b) {
+    return std::pair(a.fromDate(), a.toDate()) < std::pair(b.fromDate(), b.toDate());
+  });
+  Instant cursor = events.empty() ? Instant() : events[0].fromDate(), rangeEnd = cursor;
+  for (const Event& event : events) rangeEnd = std::max(rangeEnd, event.toDate());
+  while (cursor < rangeEnd) {
+    MSPEExceptionInfo exception(cursor);
+    Instant end = rangeEnd, nextStart = rangeEnd;
+    std::size_t active = 0;
+    for (const Event& event : events) {
+      if (event.fromDate() > cursor) nextStart = std::min(nextStart, event.fromDate());
+      if (event.fromDate() > cursor || cursor > event.toDate()) continue;
+      ++active;
+      end = std::min(end, event.toDate());
+      if (event.hasTimeRange()) exception.workingTimes().emplace_back(event.start(), event.end());
+    }
+    mostActive = std::max(mostActive, active);
+    if (nextStart < end) end = nextStart - 1;
+    cursor = active == 0 ? nextStart : end + 1;
+    if (active == 0) continue;
+    exception.setToDate(end);
+    std::stable_sort(exception.workingTimes().begin(), exception.workingTimes().end(),
+                     [](const auto& a, const auto& b) { return a.fromTime() < b.fromTime(); });
+    const bool same = !exceptions.empty() && exceptions.back().workingTimes() == exception.workingTimes();
+    same ? exceptions.back().setToDate(end) : exceptions.push_back(exception);
+  }
+  return textOf(exceptions, unit);
+}
+
+}  // namespace
+
+TEST(MSPECalendarExceptions, SweepsOverTheEvents) {
+  const auto days = [](int first, int last, auto... hours) { return units(kDay, first, last, hours...); };
+  const MSPEWorkingTime morning(8, 12), nine(9, 10);
+  const std::vector<std::tuple<int, std::vector<Event>, std::string>> rows = {
+      {__LINE__, {}, ""},
+      {__LINE__, {days(3, 5, nine)}, "3~5[9-10,] "},
+      {__LINE__, {days(1, 5, nine), days(3, 4, nine)}, "1~2[9-10,] 3~4[9-10,9-10,] 5~5[9-10,] "},
+      {__LINE__, {days(10, 10), days(1, 1)}, "1~10[] "},
+      {__LINE__, {days(1, 1, nine), days(4, 4, nine), days(6, 6, morning)}, "1~4[9-10,] 6~6[8-12,] "},
+      {__LINE__, {days(1, 2, nine), days(1, 2, morning)}, "1~2[8-12,9-10,] "},
+      {__LINE__, {days(1, 3, MSPEWorkingTime(8, 9)), days(1, 2, morning)}, "1~2[8-12,8-9,] 3~3[8-9,] "},
+      {__LINE__, {days(1, 2), days(2, 3, nine)}, "1~1[] 2~3[9-10,] "},
+      {__LINE__, {days(5, 3, nine), days(9, 9, morning)}, "9~9[8-12,] "},
+  };
+  for (const auto& [line, events, expected] : rows) {
+    SCOPED_TRACE(line);
+    EXPECT_EQ(mappedEvents(events, kDay), expected);
+  }
+}
+
+TEST(MSPECalendarExceptions, SweepsAsTheSlowFormDoes) {
+  std::mt19937 random(20260504);
+  const auto upTo = [&random](int most) { return static_cast<int>(random() % static_cast<unsigned>(most + 1)); };
+  std::size_t mostActive = 0;
+  for (int round = 0; round < 2000; ++round) {
+    SCOPED_TRACE(round);
+    const double unit = round % 2 == 0 ? kDay : 1;  // seconds, so that periods of one second meet
+    const int range = 5 + upTo(40);
+    const int longest = upTo(range);
+    std::vector<Event> events;
+    for (int count = upTo(round % 10 < 2 ? 40 : 12); count > 0; --count) {
+      const int from = upTo(range);
+      const int to = from - 2 + upTo(longest + 2);  // at times before its start
+      const MSPEWorkingTime hours(upTo(3), 4 + upTo(1));
+      events.push_back(upTo(3) == 0 ? units(unit, from, to) : units(unit, from, to, hours));
+    }
+    ASSERT_EQ(mappedEvents(events, unit), slowlyMappedEvents(events, unit, mostActive));
+  }
+  EXPECT_GE(mostActive, 20U);
+}
+
+TEST(MSPECalendarExceptions, GivesTheExceptionsByIndex) {
+  MSPECalendarExceptions set("", true, {units(kDay, 1, 5, {{9, 10}}), units(kDay, 3, 4, {{9, 11}})});
+  set.mapEvents();
+  EXPECT_TRUE(set.exception(2) && set.exception(1)->numberOfDays == 2 && set.exceptionWorkingTimesCount(1) == 2);
+  EXPECT_EQ(set.exception(1, 1), MSPEWorkingTime(9 * 3600, 11 * 3600));
+  EXPECT_FALSE(set.exception(1, 2) || set.exception(1, -1) || set.exception(3, 0) || set.exception(-1, 0));
+  EXPECT_FALSE(set.exception(3) || set.exception(-1) || set.exceptionWorkingTimesCount(3));
+}
+
+TEST(MSPECalendarExceptions, ReadsEvents) {
+  const std::string late = "Incoorrect calendar event start (17:00:00) and end (09:00:00) time.";
+  const std::string close = "Calendar event start and end days are too close.";
+  const std::string equal = "Calendar event start and end times may be equal only at midnight (00:00:00).";
+  // Its days and seconds of the day, or the reason of the failure.
+  const std::vector<std::tuple<int, const char*, std::string, std::string, std::string>> rows = {
+      {__LINE__, "UTC", "05-06T08:00:00Z", "05-08T12:00:07Z", "05-06T00:00:00 05-08T23:59:59 28800-43207"},
+      {__LINE__, "UTC", "05-04T00:00:00Z", "05-06T00:00:00Z", "05-04T00:00:00 05-05T23:59:59 0-86399"},
+      {__LINE__, "UTC", "05-08T08:00:00Z", "05-06T12:00:00Z", "05-08T00:00:00 05-06T23:59:59 28800-43200"},
+      {__LINE__, "Europe/Berlin", "05-04T22:30:00Z", "05-05T10:00:00Z", "05-05T00:00:00 05-05T23:59:59 1800-43200"},
+      // A day back is 86400 seconds back, whatever the clocks do on it.
+      {__LINE__, "Europe/Berlin", "03-28", "03-29", "03-28T00:00:00 03-28T22:59:59 0-86399"},
+      {__LINE__, "Europe/Berlin", "10-25", "10-26", "10-25T00:00:00 10-25T23:59:59 0-86399"},
+      {__LINE__, "Europe/Berlin", "10-25", "10-25", "10-25T00:00:00 10-25T00:59:59 0-86399"},
+      {__LINE__, "Europe/Berlin", "03-29", "03-29", close},
+      {__LINE__, "UTC", "05-04", "05-04", close},
+      {__LINE__, "UTC", "05-04T08:00:00Z", "05-06T08:00:00Z", equal},
+      {__LINE__, "UTC", "05-04T17:00:00Z", "05-05T09:00:00Z", late},
+  };
+  for (const auto& [line, zone, start, end, expected] : rows) {
+    SCOPED_TRACE(line);
+    const PinnedZone pinned(zone);
+    const auto document = parsed("<event start='2026-" + start + "' end='2026-" + end + "'/>");
+    std::string read;
+    const std::string failure = failureOf([&] {
+      const Event event = Event::initWithKvdxEvent(document->root());
+      const std::string from = MSPIUtilities::mppToMspdiDateTime(event.fromDate()).value().substr(5);
+      const std::string to = MSPIUtilities::mppToMspdiDateTime(event.toDate()).value().substr(5);
+      read = fmt::format("{} {} {}-{}", from, to, event.start(), event.end());
+    });
+    EXPECT_EQ(read + failure, expected);
+  }
+}

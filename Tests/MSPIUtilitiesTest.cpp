@@ -1,0 +1,202 @@
+#include <random>
+#include <set>
+
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/FileSystem.h"
+#include "Platform/URL.h"
+#include "Tests/Tables.h"
+
+namespace {
+
+using Utilities = MSPIUtilities;
+using Parser = MSPCUnitFlags (*)(MSPCDateComponents&, std::string_view);
+
+constexpr Parser kScan = &Utilities::updateDateTimeComponentsFromISODateTime;
+
+/// Flags that the parser gives for the text, or that it raises.
+std::string flagsBy(Parser parser, MSPCDateComponents& record, std::string_view text) {
+  try {
+    return fmt::format("{:x} ", parser(record, text));
+  } catch (const platform::InvariantFailure& failure) {
+    return "raises " + failure.reason();
+  }
+}
+MSPCDateComponents usedRecord() { return *Utilities::componentsFromISODateTime("1999-12-31T23:59:59+05:30"); }
+/// The flags and the record after it, over a fresh or a used one; undefined components print as -1.
+template <Parser kParser, bool kUsed = false>
+std::string fields(std::string_view text) {
+  MSPCDateComponents record = kUsed ? usedRecord() : MSPCDateComponents();
+  const std::string flags = flagsBy(kParser, record, text);
+  return flags + shown(Utilities::stringFromComponents(record, kMSPCAllUnits));
+}
+constexpr Operation dateTime = fields<kScan>;
+constexpr Operation over = fields<kScan, true>;
+/// Flags and record, then the seconds by each of the two ways.
+std::string duration(std::string_view text) {
+  return fmt::format("{} {} {}", fields<&Utilities::updateDateTimeComponentsFromISODuration>(text),
+                     Utilities::mspdiDurationInSecs(text), Utilities::mspdiToMppDuration(text));
+}
+/// The duration in each of the three forms that are made from seconds.
+std::string fromSeconds(std::string_view text) {
+  const double seconds = std::stod(std::string(text));
+  return fmt::format("{} {} {}", Utilities::mppToKvdxDuration(seconds), Utilities::mppToMspdiDuration(seconds),
+                     Utilities::hourMinSecFromDuration(seconds));
+}
+template <MSPCUnitFlags kFlags>
+std::string print(std::string_view text) {
+  return shown(Utilities::stringFromComponents(*Utilities::componentsFromISODateTime(text), kFlags));
+}
+/// Whether the text is of any form, kvdx, MSPDI.
+std::string kinds(std::string_view text) {
+  return fmt::format("{} {} {}", Utilities::isIsoiDateTime(text), Utilities::isKvdxDateTime(text),
+                     Utilities::isMspdiDateTime(text));
+}
+template <MSPCUnitFlags kUnits>
+std::string toMspdi(std::string_view text) {
+  return shown(Utilities::kvdxToMspdiDateTime(text, kUnits));
+}
+std::string day(std::string_view t) {
+  return Utilities::kvdxToMspdiDateStartTime(t) + " " + Utilities::kvdxToMspdiDateEndTime(t);
+}
+std::string fromMpp(std::string_view text) {
+  return shown(Utilities::mppToKvdxDateTime(utc(text))) + " " + shown(Utilities::mppToMspdiDateTime(utc(text)));
+}
+constexpr Operation toKvdx = apply<&Utilities::mspdiToKvdxDateTime>;
+constexpr Operation mspdiToMpp = apply<&Utilities::mspdiToMppDateTime>;
+constexpr Operation kvdxToMpp = apply<&Utilities::kvdxToMppDateTime>;
+
+}  // namespace
+
+TEST(MSPIUtilitiesTest, DateTimeTextsReadAndPrinted) {
+  expectOutcomes({
+      {__LINE__, dateTime, "", "7fffffffffffffff -1--1--1T-1:-1:-1Z"},
+      {__LINE__, dateTime, "abc", "0 -1--1--1T-1:-1:-1Z"},
+      {__LINE__, dateTime, "08:00:00", "e0 -1--1--1T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00Z", "8000fc 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00+02:00", "6000fc 2011-05-06T08:00:00+02:00"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00+00:00", "6000fc 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00.500Z", "8000fc 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00.5+02:00", "fc 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "-2012-02-29T24:00:75", "fc 2012-02-29T24:00:75Z"},
+      {__LINE__, dateTime, "99999999999999999999-1-2", "1c -1-01-02T-1:-1:-1Z"},  // held at 64 bits: the undefined one
+      {__LINE__, dateTime, "2011-05-06 08:00:00", "raises 2011-05-06T-1:-1:-1Z"},
+      {__LINE__, over, "08:00:00", "e0 1999-12-31T08:00:00+05:30"},
+      {__LINE__, over, "2011-05-06T08:00:00.5+02:00", "fc 2011-05-06T08:00:00+05:30"},
+      {__LINE__, over, "2011-05-06T08:00:00+02:", "2000fc 2011-05-06T08:00:00+02:30"},
+      {__LINE__, print<0x84>, "2011-05-06T08:09:07Z", "2011--T::07"},
+      {__LINE__, print<kMSPCUnitsError>, "2011-05-06T08:09:07Z", "none"},
+      {__LINE__, print<0x80001C>, "2011-05-06T08:09:07Z", "2011-05-06TZ"},
+      {__LINE__, print<0x6000FC>, "2011-05-06T08:00:00+00:00", "2011-05-06T08:00:00+00:00"},
+      {__LINE__, print<0x8000FC>, "2011-05-06T08:00:00+00:00", "2011-05-06T08:00:00Z"},
+      {__LINE__, print<0x8000FC>, "2011-05-06T08:00:00-05:30", "2011-05-06T08:00:00+00:00"},
+      {__LINE__, print<0x6000FC>, "2011-05-06T08:00:00-05:30", "2011-05-06T08:00:00-05:30"},
+      {__LINE__, print<0x1C>, "4294967291-123-6", "-5-123-06"},  // the low 32 bits
+  });
+}
+
+TEST(MSPIUtilitiesTest, ScanAndExpressionsAgreeOnRandomTexts) {
+  std::mt19937 random(20110506);
+  const auto below = [&random](std::size_t limit) { return random() % limit; };
+  int raised = 0, withZone = 0;
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", below(10000), below(100), below(100),
+                                   below(100), below(100), below(100));
+    if (below(8) == 0) text.resize(10);  // the date alone
+    if (below(8) == 0) text += ".5";
+    if (below(3) == 0) text += 'Z';
+    if (below(3) == 0) text += fmt::format("{}{:02}:{:02}", below(2) ? '+' : '-', below(3) * below(34), below(3) * 30);
+    for (std::size_t mutations = below(4); mutations > 0; --mutations) {  // puts in, takes out, replaces
+      constexpr std::string_view kCharacters = "0123456789-+:TZ.,/ x\xC3";
+      text.replace(below(text.size() + 1), below(3), kCharacters.substr(below(kCharacters.size()), below(4) ? 1 : 0));
+    }
+    MSPCDateComponents scanned = below(2) ? usedRecord() : MSPCDateComponents();
+    scanned.setIsUTC(below(2));
+    MSPCDateComponents expected = scanned;
+    const std::string flags = flagsBy(&Utilities::updateDateTimeComponentsByExpression, expected, text);
+    ASSERT_EQ(flagsBy(kScan, scanned, text), flags) << '"' << text << '"';
+    ASSERT_EQ(scanned.description(), expected.description()) << '"' << text << '"';
+    raised += flags.starts_with("raises");
+    withZone += flags == "8000fc " || flags == "6000fc ";
+  }
+  EXPECT_GT(raised, 500);
+  EXPECT_GT(withZone, 4000);
+}
+
+TEST(MSPIUtilitiesTest, Durations) {
+  expectOutcomes({
+      {__LINE__, duration, "", "7fffffffffffffff -1--1--1T-1:-1:-1Z -1 0"},
+      {__LINE__, duration, "P2D", "raises Failed to convert MSPDI duration: 'P2D'."},
+      {__LINE__, duration, "PT8H0M0S", "e0 -1--1--1T08:00:00Z 28800 28800"},
+      {__LINE__, duration, "PT8HM30S", "a0 -1--1--1T08:-1:30Z 28830 28830"},
+      {__LINE__, duration, "PT8H", "20 -1--1--1T08:-1:-1Z 28800 0"},
+      {__LINE__, duration, "xP1Y2M3DT4H5M6S", "fc 1-02-03T04:05:06Z 14706 0"},
+      {__LINE__, duration, "PT9223372036854775806H", "20 -1--1--1T-2:-1:-1Z 9223372036854775807 0"},
+      {__LINE__, apply<&Utilities::mspdiToKvdxDuration>, "PT1H30M0S", "5400"},
+      {__LINE__, apply<&Utilities::mspdiToKvdxDuration>, "", "none"},
+      {__LINE__, apply<&Utilities::kvdxToMspdiDuration>, " -90", "PT0H-1M-30S"},
+      {__LINE__, apply<&Utilities::kvdxToMspdiDuration>, "9999999999.9", "PT2777777H46M39S"},
+      {__LINE__, fromSeconds, "360000", "360000.00 PT100H0M0S 100:00:00"},
+      {__LINE__, fromSeconds, "-90.9", "-90.90 PT0H-1M-30S 00:-1:-30"},
+      {__LINE__, fromSeconds, "3e9", "3000000000.00 PT596523H14M7S 833333:20:00"},  // 32 bits hold 2147483647
+  });
+  EXPECT_EQ(Utilities::kvdxToMspdiDuration(std::nullopt), std::nullopt);
+}
+
+TEST(MSPIUtilitiesTest, DateTimeConversions) {
+  const ScopedVariable now("SOURCE_DATE_EPOCH", "1768003200");  // January 2026
+  const PinnedZone zone("Europe/Berlin");
+  expectOutcomes({
+      {__LINE__, kinds, "2011-05-06T08:00:00Z", "true true false"},
+      {__LINE__, kinds, "2011-05-06T08:00:00.5+02:00", "true false true"},
+      {__LINE__, toKvdx, "", "none"},
+      {__LINE__, toKvdx, "2011-05-06T08:00:00", "2011-05-06T08:00:00+02:00"},
+      {__LINE__, toKvdx, "2011-05-06", "2011-05-06T-1:-1:-1+02:00"},  // undefined components are printed, too
+      {__LINE__, apply<&Utilities::mspdiToKvdxTimeOnly>, "2011-05-06T08:30:00+05:00", "30600"},
+      {__LINE__, apply<&Utilities::mspdiDateTimeToString>, "2011-05-06T08:00:00Z", "2011-05-06 06:00:00 +0000"},
+      {__LINE__, mspdiToMpp, "2011-03-27T02:30:00", "2011-03-27 01:30:00"},  // skipped
+      {__LINE__, mspdiToMpp, "2011-10-30T02:30:00", "2011-10-30 01:30:00"},  // repeated
+      {__LINE__, mspdiToMpp, "08:00:00Z", "raises Not a valid MSPDI date-time: '08:00:00Z' (time zone?)."},
+      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00-05:30", "2011-05-06 12:30:00"},  // -4:30
+      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00", "2011-05-06 06:00:00"},        // no zone: local here,
+      {__LINE__, toMspdi<0>, "2011-05-06T08:00:00", "2011-05-06T10:00:00"},       // UTC there
+      {__LINE__, kvdxToMpp, "2011-05-06", "2011-05-06 05:00:00", "America/Bogota"},
+      {__LINE__, toMspdi<28>, "2011-05-06", "2011-05-05", "America/Bogota"},
+      {__LINE__, toMspdi<0>, "2011-05-06T18:30:00Z", "2011-05-07T00:00:00", "Asia/Kolkata"},
+      {__LINE__, toMspdi<0>, "999999999-12-31T24:00:00Z", "1000000000-01-01T00:00:00", "UTC"},
+      // The offset is the one at the clock reading that the text shows, taken as a local one.
+      {__LINE__, toMspdi<0>, "2011-03-27T01:30:00Z", "2011-03-27T02:30:00"},
+      {__LINE__, toMspdi<0>, "2011-10-30T01:30:00Z", "2011-10-30T03:30:00"},
+      {__LINE__, toMspdi<0xE000E0>, "2011-05-06T06:00:00Z", "08:00:00"},
+      {__LINE__, day, "2011-05-06T22:00:00Z", "2011-05-07T00:00:00 2011-05-07T23:59:59"},
+      {__LINE__, day, "", "(null)T00:00:00 (null)T23:59:59"},
+      {__LINE__, fromMpp, "2011-05-06 06:00:00", "2011-05-06T06:00:00Z 2011-05-06T06:00:00", "UTC"},
+      {__LINE__, fromMpp, "2011-10-30 00:30:00", "2011-10-30T02:30:00+02:00 2011-10-30T01:30:00"},
+      {__LINE__, fromMpp, "2011-01-10 11:30:00", "2011-01-10T08:00:00-03:-30 2011-01-10T07:30:00", "America/St_Johns"},
+  });
+  EXPECT_EQ(Utilities::compareMspdiDateTime("", "2011-05-06T08:00:00"), -1);
+  EXPECT_EQ(Utilities::compareMspdiDateTime("2011-05-06T24:00:00", "2011-05-07"), 0);
+  EXPECT_EQ(Utilities::compareMspdiDateTime("2011-10-01", "2011-9-1"), 1);  // instants, not texts
+}
+
+TEST(MSPIUtilitiesTest, DumpsDocuments) {
+  const ScratchFolder folder;
+  const auto dump = [document = parsed("<a/>")](const std::string& url, std::optional<std::string_view> name) {
+    Utilities::dumpXMLDocument(*document, platform::URL(url), name, name ? 2 : 0);
+  };
+  writeFile(folder / "KVMSPDIFilterDump/Project_dump(2).xml", "an older dump");
+  dump("file://" + folder.path(), "Project");
+  dump("file://" + folder.path(), std::nullopt);
+  EXPECT_EQ(parsed(contentsOf(folder / "KVMSPDIFilterDump/Project_dump(2).xml"))->root().name(), "a");
+  EXPECT_TRUE(platform::fileExists(folder / "KVMSPDIFilterDump/KVMSPDIFilter_dump.xml"));
+  EXPECT_EQ(failureOf([&] { dump("http://a/b", ""); }),
+            "*** ERROR: MSPIUtilities dumpXMLDocument:workingFolderUrl: Not a file URL: 'http://a/b'");
+}
+
+TEST(MSPIUtilitiesTest, IdentifiersHaveThirtyOneBits) {
+  std::set<std::string> seen;
+  for (int i = 0; i < 200; ++i) {
+    const std::string id = *seen.insert(BFXMLCreateID()).first;
+    EXPECT_TRUE(id.size() == 11 && id[0] >= 'a' && id[0] <= 'p' && id[5] <= 'h' && id.ends_with("aaaaa")) << id;
+  }
+  EXPECT_GT(seen.size(), 190U);
+}

@@ -1,0 +1,47 @@
+# What the scripts share: the packages that building needs, and the release build. Sourced by bash.
+
+set -euo pipefail
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# Everything that building and testing needs on Debian 12 or a later Debian or Ubuntu.
+PACKAGES=(build-essential cmake ninja-build libpugixml-dev libxml2-dev libicu-dev libfmt-dev libtomlplusplus-dev
+  libgtest-dev libgmock-dev libxml2-utils parallel planner-data tzdata
+  xsltproc)
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    echo "These packages are missing and only root can install them: $*" >&2
+    exit 1
+  fi
+}
+
+# Installs those of the packages that are missing.
+ensure_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  echo "Installing ${missing[*]} ..." >&2
+  as_root apt-get update -qq >&2
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# Configures a preset once and brings its targets up to date; says something only when that fails.
+build_preset() {
+  local preset=$1 output
+  shift
+  ensure_packages "${PACKAGES[@]}"
+  output=$(
+    exec 2>&1
+    cd "$ROOT"
+    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" && cmake --build --preset "$preset" "$@"
+  ) || {
+    echo "$output" >&2
+    exit 1
+  }
+}
