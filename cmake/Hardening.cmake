@@ -1,0 +1,10 @@
+# How the release program is made hard to misuse: checked copies, guarded stacks, addresses that differ from run to run,
+# and look-up tables that are read-only from the start on. Other build types are for finding faults, with tools that
+# bring checks of their own.
+set(MSPDI_HARDENED $<CONFIG:Release>)
+foreach(target mspdi MSPDIExport)
+  target_compile_options(${target} PRIVATE
+    # Some compilers set a level themselves, and warn of a second one.
+    "$<${MSPDI_HARDENED}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-fPIE>")
+endforeach()
+target_link_options(MSPDIExport PRIVATE "$<${MSPDI_HARDENED}:-pie;LINKER:-z,relro;LINKER:-z,now>")
