@@ -1,0 +1,15 @@
+# What the scripts of this folder share. Sourced by bash.
+
+source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+fail() {
+  echo "FAILED: $*" >&2
+  exit 1
+}
+
+# Compares two texts line by line.
+expect_same() {
+  diff <(echo "$2") <(echo "$3") || fail "$1: < expected, > actual"
+}

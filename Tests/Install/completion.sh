@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# What bash offers, for words typed in a folder of two bundles, two folders and two files: completion.sh PREFIX
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+for command in MSPDIExport mspdi-export-all; do
+  # shellcheck disable=SC1090
+  source "$1/share/bash-completion/completions/$command"
+done
+cd "$scratch"
+mkdir 'An old plan' Plan.kvdx 'Work Plan.KVDX' Xtra
+touch list.txt Plan.xml
+
+# offers EXPECTED WORD...: the offers for the last of the words, parted by "|".
+offers() {
+  local expected=$1 function
+  shift
+  COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+  function=$(complete -p "$1" | sed 's/.*-F \([^ ]*\) .*/\1/')
+  "$function" || true  # compopt fails outside a completion
+  expect_same "$*" "$expected" "$(IFS='|' && echo "${COMPREPLY[*]}")"
+}
+offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' MSPDIExport ''
+offers 'Plan.kvdx' MSPDIExport P
+offers '--input-list' MSPDIExport --i
+offers 'Xtra' MSPDIExport Plan.kvdx X
+offers 'Plan.xml' MSPDIExport Plan.kvdx P
+offers 'list.txt' MSPDIExport --input-list l
+offers 'Plan.xml' MSPDIExport --input-list list.txt P
+offers '' MSPDIExport Plan.kvdx Plan.xml ''
+offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
+offers 'An old plan|Xtra' mspdi-export-all --output ''
+offers '' mspdi-export-all --jobs ''
+offers '--resume' mspdi-export-all --log run --r

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Installs into an empty folder and compares what is there with expected-files: files.sh CMAKE BUILD PREFIX LIBDIR
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+cmake=$1 build=$2 prefix=$3 library_folder=$4
+documents=share/doc/mspdi-export
+
+rm -rf "$prefix"
+"$cmake" --install "$build" --prefix "$prefix" >/dev/null
+# The build type is part of one name. The documents grow: they are compared with the tree below.
+actual=$(cd "$prefix" && find . -type f -printf '%m %P\n' | grep -v " $documents/docs/" |
+  sed -e "s| $library_folder/| LIBDIR/|" -e 's|mspdiTargets-[a-z]*\.cmake|mspdiTargets-CONFIG.cmake|' |
+  LC_ALL=C sort -k2)
+expect_same "installed files" "$(cat "$(dirname "${BASH_SOURCE[0]}")/expected-files")" "$actual"
+diff -r "$ROOT/docs" "$prefix/$documents/docs"
+for page in MSPDIExport mspdi-export-all; do
+  cmp "$ROOT/man/$page.1" "$prefix/share/man/man1/$page.1"
+done
+if grep -rlF -e "$ROOT" -e "$build" "$prefix" --include=*.cmake; then
+  fail "these files name folders of the build"
+fi

@@ -1,0 +1,100 @@
+# What an installation and the two Debian packages hold: the component "program" is for those who export, "library" for
+# those who write a program that exports.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+set(MSPDI_PACKAGE mspdi-export)
+set(MSPDI_DOCUMENTS ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MSPDI_PACKAGE})
+
+# --- The program ---
+install(TARGETS MSPDIExport COMPONENT program)
+install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME mspdi-export-all COMPONENT program)
+install(FILES man/MSPDIExport.1 man/mspdi-export-all.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+foreach(command MSPDIExport mspdi-export-all)
+  install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
+    RENAME ${command} COMPONENT program)
+endforeach()
+# Debian's zsh looks for completions of packages, which live in /usr, in a folder of its own.
+install(CODE [[
+  set(MSPDI_ZSH site-functions)
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS /etc/debian_version)
+    set(MSPDI_ZSH vendor-completions)
+  endif()
+]] COMPONENT program)
+install(FILES completions/_MSPDIExport DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/\${MSPDI_ZSH} COMPONENT program)
+
+# The folders keep their places beside the README, whose links then hold. Of the examples the bundles, not what was
+# exported beside them.
+install(FILES README.md CHANGELOG.md DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
+install(DIRECTORY docs DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
+file(GLOB MSPDI_EXAMPLES CONFIGURE_DEPENDS Examples/*.kvdx)
+install(DIRECTORY ${MSPDI_EXAMPLES} DESTINATION ${MSPDI_DOCUMENTS}/Examples COMPONENT program)
+
+# --- The library ---
+add_library(mspdi::mspdi ALIAS mspdi)
+set(MSPDI_INCLUDES ${CMAKE_INSTALL_INCLUDEDIR}/mspdi)
+# The folders of the source tree and the warnings are of no use outside it.
+get_target_property(MSPDI_LINKED mspdi INTERFACE_LINK_LIBRARIES)
+list(REMOVE_ITEM MSPDI_LINKED "$<LINK_ONLY:mspdi_warnings>")
+set_target_properties(mspdi PROPERTIES
+  INTERFACE_LINK_LIBRARIES "${MSPDI_LINKED}"
+  INTERFACE_INCLUDE_DIRECTORIES "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>;$<INSTALL_INTERFACE:${MSPDI_INCLUDES}>")
+install(TARGETS mspdi EXPORT mspdiTargets ARCHIVE COMPONENT library)
+
+# What an export of a bundle needs; the mappers below it stay private.
+foreach(header
+    KVMSPCommon/MSPExportMapper/MSPEBaseline.h
+    KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h
+    KVMSPCommon/MSPExportMapper/MSPEIdMapper.h
+    KVMSPCommon/MSPExportMapper/MSPEMapper.h
+    KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h
+    MSPDIExport/MSPDIExport.h
+    Platform/URL.h
+    Platform/XMLTree.h)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${MSPDI_INCLUDES}/${folder} COMPONENT library)
+endforeach()
+
+set(MSPDI_CMAKE ${CMAKE_INSTALL_LIBDIR}/cmake/mspdi)
+file(CONFIGURE OUTPUT mspdiConfig.cmake @ONLY CONTENT [[
+include(CMakeFindDependencyMacro)
+find_dependency(pugixml)
+find_dependency(LibXml2)
+find_dependency(ICU COMPONENTS i18n uc)
+find_dependency(fmt)
+find_dependency(tomlplusplus)
+include(${CMAKE_CURRENT_LIST_DIR}/mspdiTargets.cmake)
+]])
+write_basic_package_version_file(mspdiConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/mspdiConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/mspdiConfigVersion.cmake
+  DESTINATION ${MSPDI_CMAKE} COMPONENT library)
+install(EXPORT mspdiTargets NAMESPACE mspdi:: DESTINATION ${MSPDI_CMAKE} COMPONENT library)
+install(DIRECTORY Examples/embedding DESTINATION ${MSPDI_DOCUMENTS}/Examples COMPONENT library)
+
+# --- The Debian packages ---
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ${MSPDI_PACKAGE})
+set(CPACK_PACKAGE_CONTACT "MSPDIExport maintainers <maintainers@korvella.example>")
+set(CPACK_PACKAGE_VENDOR "MSPDIExport maintainers")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL program library)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${MSPDI_PACKAGE})
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "Export Korvella plans to Microsoft Project XML
+MSPDIExport reads a Korvella document bundle (.kvdx) and writes one Microsoft
+Project XML file; mspdi-export-all does so for many bundles at a time.")
+# mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS parallel)
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libmspdi-dev)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "Export Korvella plans to Microsoft Project XML (library)
+The static library of MSPDIExport with its headers and CMake package, for
+programs that export a Korvella document bundle themselves.")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
+  "libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
+include(CPack)
