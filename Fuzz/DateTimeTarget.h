@@ -1,0 +1,157 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "Fuzz/Check.h"
+#include "KVMSPCommon/MSPCDateTimeConverter.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Exceptions.h"
+#include "Platform/Texts.h"
+#include "Platform/TimeZone.h"
+
+/// What an operation gave, or the reason of the exception that it raised.
+template <typename Operation>
+std::string fuzzOutcome(Operation operation) {
+  try {
+    return operation();
+  } catch (const platform::Exception& exception) {
+    return "raises " + exception.reason();
+  }
+}
+
+/// Whole hours, half hours, three quarters, both hemispheres, and one that
+/// moved its clocks at midnight.
+inline constexpr std::array<const char*, 6> kFuzzZones = {
+    "UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "America/Sao_Paulo"};
+
+inline void setFuzzZone(const char* zone) {
+  const char* environment = std::getenv("TZ");
+  if (environment != nullptr && std::string_view(environment) == zone) return;
+  setenv("TZ", zone, 1);
+  tzset();
+  platform::TimeZone::resetSystemForTesting();
+}
+
+/// The direct scan of a date-time and the general expressions give the same units, record and failure, whatever the
+/// record held before.
+inline void checkScan(std::string_view text) {
+  const auto read = [text](auto parse) {
+    MSPCDateComponents record;
+    record.year = 1987;
+    record.setIsUTC(false);
+    record.setTimeZoneHour(-3);
+    record.setTimeZoneMinute(17);
+    return fuzzOutcome([&] { return fmt::format("{:x} {}", parse(record, text), record.description()); });
+  };
+  const std::string scanned = read(&MSPIUtilities::updateDateTimeComponentsFromISODateTime);
+  const std::string general = read(&MSPIUtilities::updateDateTimeComponentsByExpression);
+  check(scanned == general, "scan: " + scanned + "\nexpression: " + general);
+}
+
+/// Printing an instant and reading it back gives the instant, where the offset can be written: whole minutes, and not
+/// negative with minutes.
+inline void checkInstant(double seconds) {
+  const platform::Instant instant{std::trunc(seconds)};
+  const std::int64_t offset = platform::TimeZone::system().secondsFromGMT(instant);
+  if (offset % 60 != 0 || (offset < 0 && offset % 3600 != 0)) return;
+  if (std::abs(seconds) > 6e10) return;  // years are then written otherwise than they are read
+  if (seconds < -6e10 / 2) return;
+  const auto text = MSPIUtilities::mppToKvdxDateTime(instant);
+  const auto back = MSPIUtilities::kvdxToMppDateTime(*text);
+  check(back && back->seconds == instant.seconds, fmt::format("{} is written {}", instant.seconds, *text));
+}
+
+inline void checkNumbers(std::string_view text) {
+  if (const auto whole = platform::scanInteger(text)) check(whole->length <= text.size(), "integer inside the text");
+  if (const auto decimal = platform::scanDouble(text)) check(decimal->length <= text.size(), "decimal inside the text");
+  const double number = platform::doubleValue(text);
+  static_cast<void>(MSPIUtilities::mppToKvdxDuration(number));
+  static_cast<void>(MSPIUtilities::mppToMspdiDuration(number));
+  static_cast<void>(MSPIUtilities::hourMinSecFromDuration(number));
+  static_cast<void>(MSPIUtilities::mppToMspdiDateTime(platform::Instant{number}));
+  checkInstant(number);
+
+  const std::int64_t seconds = platform::integerValue(text);
+  const auto duration = MSPIUtilities::kvdxToMspdiDuration(text);
+  if (seconds >= 0) check(MSPIUtilities::mspdiToKvdxDuration(*duration) == std::to_string(seconds), *duration);
+}
+
+template <typename Operation>
+void callAny(Operation operation) {
+  static_cast<void>(fuzzOutcome([&] {
+    static_cast<void>(operation());
+    return std::string();
+  }));
+}
+
+inline void callDurations(std::string_view text) {
+  using U = MSPIUtilities;
+  callAny([&] { return U::mspdiDurationInSecs(text); });
+  callAny([&] { return U::mspdiToKvdxDuration(text); });
+  callAny([&] { return U::mspdiToMppDuration(text); });
+  callAny([&] { return U::mspdiToKvdxTimeOnly(text); });
+}
+
+inline void callConversions(std::string_view text) {
+  using U = MSPIUtilities;
+  callAny([&] { return U::isKvdxDateTime(text) && U::isMspdiDateTime(text); });
+  callAny([&] { return U::mspdiToKvdxDateTime(text); });
+  callAny([&] { return U::mspdiDateTimeToString(text); });
+  callAny([&] { return U::mspdiToMppDateTime(text); });
+  callAny([&] { return U::kvdxToMppDateTime(text); });
+  callAny([&] { return U::kvdxToMspdiDateTime(text); });
+}
+
+inline void callWithAnother(std::string_view text, std::string_view other) {
+  using U = MSPIUtilities;
+  callAny([&] {
+    check(U::compareMspdiDateTime(text, text) == 0, "equal to itself");
+    check(U::compareMspdiDateTime(text, other) == -U::compareMspdiDateTime(other, text), "one order");
+    return 0;
+  });
+  callAny([&] { return U::isWorkingDay(text, nullptr); });
+  // Advances go day by day, up to some 10,000 years: right, but too slow to be tried often.
+  if (std::abs(platform::doubleValue(other)) >= 1e9) return;
+  callAny([&] { return U::isoDateTime(text, other, true, nullptr); });
+  callAny([&] { return U::isoDateTime(text, other, false, nullptr); });
+}
+
+/// The second family, by date patterns. Several lines end the process on purpose.
+inline void callConverter(std::string_view text) {
+  using C = MSPCDateTimeConverter;
+  if (platform::splitAtNewlines(text).size() > 1) return;
+  for (const auto instant : {C::mppFromMspdiDateTime(text), C::mppFromKvdxDateTime(text), C::mppFromKvdxDateOnly(text)}) {
+    if (!instant) continue;
+    static_cast<void>(C::mspdiFromMppDateTime(*instant));
+    static_cast<void>(C::kvdxFromMppDateTime(*instant));
+    static_cast<void>(C::kvdxFromMppDateTime(*instant, true));
+    checkInstant(instant->seconds);
+  }
+}
+
+/// The input is the choice of a zone and of what is called, a text and, behind a bar, another one. Not all is called for
+/// each input: most conversions compile expressions, which takes far longer than all else.
+inline void fuzzDateTime(std::string_view input) {
+  if (input.empty()) return;
+  const auto choice = static_cast<unsigned char>(input[0]);
+  setFuzzZone(kFuzzZones[choice % kFuzzZones.size()]);
+  const std::string_view texts = input.substr(1);
+  const std::size_t bar = std::min(texts.find('|'), texts.size());
+  const std::string_view text = texts.substr(0, bar);
+  const std::string_view other = bar < texts.size() ? texts.substr(bar + 1) : std::string_view();
+  checkScan(text);
+  checkNumbers(text);
+  switch (choice / kFuzzZones.size() % 4) {
+    case 0: return callDurations(text);
+    case 1: return callConversions(text);
+    case 2: return callWithAnother(text, other);
+    default: return callConverter(text);
+  }
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Fuzz/Check.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/Exceptions.h"
+#include "Platform/Texts.h"
+#include "Platform/XMLTree.h"
+
+/// Parts the documents of one input: the plan, the table of contents, then the baselines. No XML document may hold it.
+inline constexpr char kDocumentSeparator = '\x1E';
+
+/// Reads a document as the exporter does.
+inline std::shared_ptr<xml::Document> fuzzDocument(std::string_view bytes) {
+  std::shared_ptr<xml::Document> document = xml::Document::parse(std::string(bytes));
+  return document ? document : xml::Document::parseRepaired(bytes);
+}
+
+/// The text with one of the two spellings of empty elements.
+inline std::string withShortEmptyElements(std::string text) {
+  for (std::size_t at = text.find("></"); at != std::string::npos; at = text.find("></", at)) {
+    text.replace(at, text.find('>', at + 1) + 1 - at, " />");
+  }
+  return text;
+}
+
+/// A whole export in memory, as in a new process. An export may fail only by a platform::Exception; what it makes must
+/// be UTF-8, must hold no character that XML forbids, and must read back as what was written.
+/// @return the output; "" when there is none.
+inline std::string fuzzExport(std::string_view input) {
+  std::vector<std::shared_ptr<xml::Document>> documents;
+  for (std::size_t at = 0; at <= input.size();) {
+    const std::size_t end = std::min(input.find(kDocumentSeparator, at), input.size());
+    documents.push_back(fuzzDocument(input.substr(at, end - at)));
+    if (!documents.back()) return "";  // the exporter ends here
+    at = end + 1;
+  }
+  if (documents.size() < 2) documents.push_back(fuzzDocument("<table-of-contents/>"));
+
+  MSPEMapper::resetCountersForTesting();
+  const MSPEInfo info = {{kInfoMSPDIProjectName, "Plan"}};
+  std::string output;
+  try {
+    MSPEMapper mapper(documents[0], documents[1], {documents.begin() + 2, documents.end()}, nullptr, info);
+    mapper.map();
+    if (mapper.mspdiXmlDoc() == nullptr) return "";
+    mapper.mspdiXmlDoc()->serialize([&output](std::string_view piece) { output += piece; });
+  } catch (const platform::Exception&) {
+    return "";
+  }
+
+  check(platform::isUTF8(output), "the output is UTF-8");
+  for (const char c : output) check(static_cast<unsigned char>(c) >= ' ' || c == '\n' || c == '\t', "no controls");
+  const auto document = xml::Document::parse(output);
+  check(document != nullptr, "the output can be parsed");
+  std::string again;
+  document->serialize([&again](std::string_view piece) { again += piece; });
+  // All but the exporter's comment, which is last and which readers leave out.
+  const std::size_t comment = output.rfind("  <!--");
+  const std::size_t end = std::min(output.find("-->\n", comment), output.size() - 4) + 4;
+  check(withShortEmptyElements(again) == withShortEmptyElements(std::string(output).erase(comment, end - comment)),
+        "the output reads back as it was written");
+  return output;
+}
