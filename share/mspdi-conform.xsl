@@ -1,0 +1,561 @@
+<?xml version="1.0" encoding="UTF-8"?>
+<!--
+  Makes of an exported Microsoft Project XML file the copy that the strictest readers open right: children in the
+  published order, outline numbers, custom fields with numbers that exist, no weekday twice in a work week.
+  The command mspdi-conform runs it; man/mspdi-conform.1 says what it changes. Run on its own output it changes nothing.
+
+  No step looks through all tasks for each task: the time grows with their number.
+-->
+<xsl:stylesheet version="1.0"
+    xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
+    xmlns:ms="http://schemas.microsoft.com/project"
+    xmlns:exsl="http://exslt.org/common"
+    xmlns="http://schemas.microsoft.com/project"
+    exclude-result-prefixes="ms exsl">
+
+  <xsl:output method="xml" encoding="UTF-8" indent="yes"/>
+
+  <!-- Names a project that has no title. -->
+  <xsl:param name="base-name" select="'Project'"/>
+
+  <!-- The published orders. Each name stands between blanks. -->
+  <xsl:variable name="project-order" select="concat(' ', normalize-space('
+      SaveVersion Name Title ScheduleFromStart StartDate FinishDate CurrencyDigits CurrencySymbol CurrencyCode
+      CurrencySymbolPosition CalendarUID HonorConstraints WeekStartDay NewTasksAreManual ProjectExternallyEdited
+      ExtendedAttributes Calendars Tasks Resources Assignments'), ' ')"/>
+  <xsl:variable name="definition-order" select="' FieldID FieldName Guid Alias '"/>
+  <xsl:variable name="calendar-order" select="concat(' ', normalize-space('
+      UID Name IsBaseCalendar BaseCalendarUID WeekDays Exceptions WorkWeeks'), ' ')"/>
+  <xsl:variable name="week-day-order" select="' DayType DayWorking TimePeriod WorkingTimes '"/>
+  <xsl:variable name="exception-order" select="concat(' ', normalize-space('
+      EnteredByOccurrences TimePeriod Occurrences Name Type DayWorking WorkingTimes'), ' ')"/>
+  <xsl:variable name="work-week-order" select="' TimePeriod Name WeekDays '"/>
+  <xsl:variable name="task-order" select="concat(' ', normalize-space('
+      UID ID Name Active Manual Type IsNull WBS OutlineNumber OutlineLevel Priority Start Finish Duration Work
+      EffortDriven Estimated Milestone Summary FixedCost PercentComplete PercentWorkComplete ActualStart ActualFinish
+      ConstraintType ConstraintDate LevelingCanSplit IgnoreResourceCalendar Notes PredecessorLink ExtendedAttribute
+      Baseline'), ' ')"/>
+  <xsl:variable name="link-order" select="' PredecessorUID Type LinkLag LagFormat '"/>
+  <xsl:variable name="baseline-order" select="' Number Start Finish Duration Work FixedCost '"/>
+  <xsl:variable name="resource-order" select="concat(' ', normalize-space('
+      UID ID Name Type IsNull Group EmailAddress MaxUnits StandardRate StandardRateFormat CostPerUse CalendarUID Notes
+      ExtendedAttribute Baseline'), ' ')"/>
+  <xsl:variable name="assignment-order" select="concat(' ', normalize-space('
+      UID TaskUID ResourceUID PercentWorkComplete ActualFinish ActualStart Finish Milestone RemainingWork Start Units
+      Work Baseline TimephasedData'), ' ')"/>
+  <xsl:variable name="timephased-order" select="' Type UID Start Finish Unit Value '"/>
+
+  <!-- The numbers of Text1 to Text30, ten characters each. -->
+  <xsl:variable name="task-fields" select="normalize-space('
+      188743731 188743734 188743737 188743740 188743743 188743746 188743747 188743748 188743749 188743750 188743997
+      188743998 188743999 188744000 188744001 188744002 188744003 188744004 188744005 188744006 188744007 188744008
+      188744009 188744010 188744011 188744012 188744013 188744014 188744015 188744016')"/>
+  <xsl:variable name="resource-fields" select="normalize-space('
+      205520904 205520905 205520926 205520927 205520928 205520993 205520994 205520995 205520996 205520997 205521121
+      205521122 205521123 205521124 205521125 205521126 205521127 205521128 205521129 205521130 205521131 205521132
+      205521133 205521134 205521135 205521136 205521137 205521138 205521139 205521140')"/>
+
+  <xsl:key name="definition" match="ms:ExtendedAttributes/ms:ExtendedAttribute" use="ms:FieldID"/>
+  <!-- The tasks and resources that have a value of the field. -->
+  <xsl:key name="holder" match="ms:Task | ms:Resource" use="ms:ExtendedAttribute/ms:FieldID"/>
+  <xsl:key name="done-task" match="ms:Task[ms:PercentComplete = 100]" use="ms:UID"/>
+  <xsl:key name="row" match="row" use="@at"/>
+
+  <!--
+    The definitions, and the first of each alias and of each number. Sorted, the first ones are those that differ from
+    the row in front of them; a key for each alias would copy all its definitions as often as there are any.
+    Aliases are told apart by object kind too; the numbers of resource fields are the higher ones.
+  -->
+  <xsl:variable name="definition-rows">
+    <xsl:for-each select="/ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute">
+      <definition is-resource="{ms:FieldID &gt;= 205520904}" alias="{ms:FieldID &gt;= 205520904} {ms:Alias}"
+                  number="{ms:FieldID}" id="{generate-id()}" position="{position()}" xmlns=""/>
+    </xsl:for-each>
+  </xsl:variable>
+  <xsl:variable name="rows-by-alias">
+    <xsl:for-each select="exsl:node-set($definition-rows)/definition">
+      <xsl:sort select="@alias"/>
+      <xsl:copy-of select="."/>
+    </xsl:for-each>
+  </xsl:variable>
+  <xsl:variable name="rows-by-number">
+    <xsl:for-each select="exsl:node-set($definition-rows)/definition">
+      <xsl:sort select="@number"/>
+      <xsl:copy-of select="."/>
+    </xsl:for-each>
+  </xsl:variable>
+  <xsl:variable name="first-of-alias" select="exsl:node-set($rows-by-alias)/definition
+                                              [not(@alias = preceding-sibling::definition[1]/@alias)]"/>
+  <xsl:variable name="first-of-number" select="exsl:node-set($rows-by-number)/definition
+                                               [not(@number = preceding-sibling::definition[1]/@number)]"/>
+  <xsl:variable name="source" select="/"/>
+
+  <!-- One row for each kind and alias, in order of first use: its field, or none past the thirtieth. -->
+  <xsl:variable name="field-rows">
+    <xsl:call-template name="field-rows-of-kind">
+      <xsl:with-param name="is-resource" select="false()"/>
+      <xsl:with-param name="numbers" select="$task-fields"/>
+    </xsl:call-template>
+    <xsl:call-template name="field-rows-of-kind">
+      <xsl:with-param name="is-resource" select="true()"/>
+      <xsl:with-param name="numbers" select="$resource-fields"/>
+    </xsl:call-template>
+  </xsl:variable>
+  <xsl:variable name="fields" select="exsl:node-set($field-rows)"/>
+
+  <xsl:template name="field-rows-of-kind">
+    <xsl:param name="is-resource"/>
+    <xsl:param name="numbers"/>
+    <xsl:for-each select="$first-of-alias[@is-resource = string($is-resource)]">
+      <xsl:sort select="@position" data-type="number"/>
+      <row at="{@alias}" definition="{@id}" xmlns="">
+        <xsl:if test="position() &lt;= 30">
+          <xsl:attribute name="id"><xsl:value-of select="substring($numbers, 10 * position() - 9, 9)"/></xsl:attribute>
+          <xsl:attribute name="name"><xsl:value-of select="concat('Text', position())"/></xsl:attribute>
+        </xsl:if>
+      </row>
+    </xsl:for-each>
+  </xsl:template>
+
+  <!--
+    Which alias a value has. The exporter numbers the fields anew for each task and resource and appends their
+    definitions in the same order, so the n-th definition of a number belongs to the n-th object that has a value of it:
+    rows at "number" (defined once), or at "object number", which lead to the row at "number #n".
+  -->
+  <xsl:variable name="alias-rows">
+    <xsl:for-each select="$first-of-number">
+      <xsl:variable name="number" select="string(@number)"/>
+      <xsl:variable name="alias" select="@alias"/>
+      <xsl:for-each select="$source">
+        <xsl:variable name="definitions" select="key('definition', $number)"/>
+        <xsl:variable name="holders" select="key('holder', $number)"/>
+        <xsl:choose>
+          <xsl:when test="count($definitions) = 1">
+            <row at="{$number}" alias="{$alias}" xmlns=""/>
+          </xsl:when>
+          <xsl:when test="count($definitions) = count($holders)">
+            <xsl:for-each select="$definitions">
+              <row at="{$number} #{position()}" alias="{$number &gt;= 205520904} {ms:Alias}" xmlns=""/>
+            </xsl:for-each>
+            <xsl:for-each select="$holders">
+              <row at="{generate-id()} {$number}" same-as="{$number} #{position()}" xmlns=""/>
+            </xsl:for-each>
+          </xsl:when>
+          <xsl:otherwise>
+            <xsl:message terminate="yes">
+              <xsl:value-of select="concat('custom field ', $number, ' is defined ', count($definitions), ' times but ',
+                                    count($holders), ' tasks and resources have it: no telling which is which')"/>
+            </xsl:message>
+          </xsl:otherwise>
+        </xsl:choose>
+      </xsl:for-each>
+    </xsl:for-each>
+  </xsl:variable>
+  <xsl:variable name="aliases" select="exsl:node-set($alias-rows)"/>
+
+  <xsl:template match="/">
+    <xsl:if test="not(ms:Project)">
+      <xsl:message terminate="yes">this is no Microsoft Project XML file</xsl:message>
+    </xsl:if>
+    <xsl:apply-templates/>
+  </xsl:template>
+
+  <!--
+    Copies the element with its children, and those of $added, in the order; what the order does not name goes last.
+    Here and below the blanks between elements are left behind (indent lays them out anew): only "*" is selected.
+  -->
+  <xsl:template name="in-order">
+    <xsl:param name="order"/>
+    <xsl:param name="added" select="/.."/>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="* | comment() | $added">
+        <xsl:sort data-type="number" select="string-length(substring-before(concat($order, local-name(), ' '),
+                                                                            concat(' ', local-name(), ' ')))"/>
+      </xsl:apply-templates>
+    </xsl:copy>
+  </xsl:template>
+
+  <xsl:template match="node()"><xsl:copy-of select="."/></xsl:template>
+
+  <xsl:template match="ms:Calendars | ms:WeekDays | ms:TimePeriod | ms:WorkingTimes | ms:WorkingTime | ms:WorkWeeks |
+                       ms:Resources | ms:Assignments">
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="*"/>
+    </xsl:copy>
+  </xsl:template>
+
+  <!-- An empty date-time is not valid. -->
+  <xsl:template match="ms:Start | ms:Finish | ms:StartDate | ms:FinishDate | ms:FromDate | ms:ToDate | ms:ActualStart |
+                       ms:ActualFinish | ms:ConstraintDate">
+    <xsl:if test="normalize-space()"><xsl:copy-of select="."/></xsl:if>
+  </xsl:template>
+
+  <!-- Project -->
+
+  <xsl:template match="ms:Project">
+    <xsl:variable name="added">
+      <xsl:if test="not(normalize-space(ms:Name))">
+        <Name>
+          <xsl:choose>
+            <xsl:when test="normalize-space(ms:Title)"><xsl:value-of select="ms:Title"/></xsl:when>
+            <xsl:otherwise><xsl:value-of select="$base-name"/></xsl:otherwise>
+          </xsl:choose>
+        </Name>
+      </xsl:if>
+    </xsl:variable>
+    <xsl:call-template name="in-order">
+      <xsl:with-param name="order" select="$project-order"/>
+      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
+    </xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:Project/ms:Name[not(normalize-space())]"/>
+
+  <!-- Custom fields -->
+
+  <xsl:template match="ms:Project/ms:ExtendedAttributes">
+    <xsl:call-template name="say-left-out">
+      <xsl:with-param name="is-resource" select="false()"/>
+      <xsl:with-param name="kind" select="'task'"/>
+      <xsl:with-param name="values" select="../ms:Tasks/ms:Task/ms:ExtendedAttribute"/>
+    </xsl:call-template>
+    <xsl:call-template name="say-left-out">
+      <xsl:with-param name="is-resource" select="true()"/>
+      <xsl:with-param name="kind" select="'resource'"/>
+      <xsl:with-param name="values" select="../ms:Resources/ms:Resource/ms:ExtendedAttribute"/>
+    </xsl:call-template>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="*"/>
+    </xsl:copy>
+  </xsl:template>
+
+  <!-- A definition is written where its alias comes first. -->
+  <xsl:template match="ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute">
+    <xsl:variable name="alias" select="concat(ms:FieldID &gt;= 205520904, ' ', ms:Alias)"/>
+    <xsl:variable name="definition" select="."/>
+    <xsl:variable name="id" select="generate-id()"/>
+    <xsl:for-each select="$fields">
+      <xsl:variable name="field" select="key('row', $alias)[@id and @definition = $id]"/>
+      <xsl:if test="$field">
+        <xsl:for-each select="$definition">
+          <xsl:call-template name="field-in-order">
+            <xsl:with-param name="field" select="$field"/>
+          </xsl:call-template>
+        </xsl:for-each>
+      </xsl:if>
+    </xsl:for-each>
+  </xsl:template>
+
+  <xsl:template name="field-in-order">
+    <xsl:param name="field"/>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <FieldID><xsl:value-of select="$field/@id"/></FieldID>
+      <FieldName><xsl:value-of select="$field/@name"/></FieldName>
+      <xsl:apply-templates select="*[not(self::ms:FieldID or self::ms:FieldName)]">
+        <xsl:sort data-type="number"
+                  select="string-length(substring-before(concat($definition-order, local-name(), ' '),
+                                                         concat(' ', local-name(), ' ')))"/>
+      </xsl:apply-templates>
+    </xsl:copy>
+  </xsl:template>
+
+  <xsl:template match="ms:Task/ms:ExtendedAttribute | ms:Resource/ms:ExtendedAttribute">
+    <xsl:variable name="number"><xsl:apply-templates select="." mode="number"/></xsl:variable>
+    <xsl:if test="$number != 'none'">
+      <xsl:copy>
+        <xsl:copy-of select="@*"/>
+        <FieldID><xsl:value-of select="$number"/></FieldID>
+        <xsl:apply-templates select="*[not(self::ms:FieldID)]"/>
+      </xsl:copy>
+    </xsl:if>
+  </xsl:template>
+
+  <!-- The number of a value's field: "none" past the thirtieth alias, the old one when nothing defines it. -->
+  <xsl:template match="ms:ExtendedAttribute" mode="number">
+    <xsl:variable name="old" select="ms:FieldID"/>
+    <xsl:variable name="place" select="concat(generate-id(..), ' ', ms:FieldID)"/>
+    <xsl:variable name="alias">
+      <xsl:for-each select="$aliases">
+        <xsl:value-of select="(key('row', $old) | key('row', key('row', $place)/@same-as))/@alias"/>
+      </xsl:for-each>
+    </xsl:variable>
+    <xsl:for-each select="$fields">
+      <xsl:variable name="field" select="key('row', $alias)"/>
+      <xsl:choose>
+        <xsl:when test="$field/@id"><xsl:value-of select="$field/@id"/></xsl:when>
+        <xsl:when test="$field">none</xsl:when>
+        <xsl:otherwise><xsl:value-of select="$old"/></xsl:otherwise>
+      </xsl:choose>
+    </xsl:for-each>
+  </xsl:template>
+
+  <xsl:template name="say-left-out">
+    <xsl:param name="is-resource"/>
+    <xsl:param name="kind"/>
+    <xsl:param name="values"/>
+    <xsl:variable name="fields-left-out" select="count($fields/row[not(@id)][starts-with(@at, $is-resource)])"/>
+    <xsl:if test="$fields-left-out">
+      <!-- One character for each value. -->
+      <xsl:variable name="values-left-out">
+        <xsl:for-each select="$values">
+          <xsl:variable name="number"><xsl:apply-templates select="." mode="number"/></xsl:variable>
+          <xsl:if test="$number = 'none'">x</xsl:if>
+        </xsl:for-each>
+      </xsl:variable>
+      <xsl:message>
+        <xsl:value-of select="concat($kind, ' fields past Text30 left out: ', $fields-left-out, ' fields with ',
+                              string-length($values-left-out), ' values')"/>
+      </xsl:message>
+    </xsl:if>
+  </xsl:template>
+
+  <!-- Calendars -->
+
+  <xsl:template match="ms:Calendar">
+    <xsl:variable name="added">
+      <xsl:if test="not(normalize-space(ms:Name))">
+        <Name><xsl:value-of select="concat('Calendar ', ms:UID)"/></Name>
+        <xsl:message>
+          <xsl:value-of select="concat('calendar ', ms:UID, ' without a name is now &quot;Calendar ', ms:UID,
+                                '&quot;')"/>
+        </xsl:message>
+      </xsl:if>
+    </xsl:variable>
+    <xsl:call-template name="in-order">
+      <xsl:with-param name="order" select="$calendar-order"/>
+      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
+    </xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:Calendar/ms:Name">
+    <xsl:choose>
+      <xsl:when test="string-length() &gt; 51">
+        <xsl:copy><xsl:value-of select="substring(., 1, 51)"/></xsl:copy>
+        <xsl:message>
+          <xsl:value-of select="concat('calendar ', ../ms:UID, ': &quot;', ., '&quot; is now &quot;',
+                                substring(., 1, 51), '&quot;')"/>
+        </xsl:message>
+      </xsl:when>
+      <xsl:when test="normalize-space()"><xsl:copy-of select="."/></xsl:when>
+    </xsl:choose>
+  </xsl:template>
+
+  <xsl:template match="ms:WeekDay">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$week-day-order"/></xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:Exceptions">
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="*">
+        <xsl:sort select="ms:TimePeriod/ms:FromDate"/>
+      </xsl:apply-templates>
+    </xsl:copy>
+  </xsl:template>
+
+  <xsl:template match="ms:Exception">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$exception-order"/></xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:WorkWeek">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$work-week-order"/></xsl:call-template>
+  </xsl:template>
+
+  <!-- All days of a work week say the same, so the first of a weekday stands for the others. -->
+  <xsl:template match="ms:WorkWeek/ms:WeekDays/ms:WeekDay[ms:DayType = preceding-sibling::ms:WeekDay/ms:DayType]"
+                priority="1"/>
+
+  <!-- Tasks -->
+
+  <!--
+    The outline number of a task follows from that of the task in front of it, which a loop cannot hand on; a recursion
+    from task to task would get too deep. So tasks go in runs of 200: a run is written, then walked again for the state
+    that the next run begins with. The state has an entry ";level=number of the parent.|count" for each level down to
+    the current one, such as ";1=|3;2=3.|2;" behind task 3.2.
+  -->
+  <xsl:template match="ms:Tasks">
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="ms:Task[1]" mode="run"/>
+      <xsl:apply-templates select="*[not(self::ms:Task)]"/>
+    </xsl:copy>
+  </xsl:template>
+
+  <xsl:template match="ms:Task" mode="run">
+    <xsl:param name="state"/>
+    <xsl:apply-templates select="." mode="walk">
+      <xsl:with-param name="state" select="$state"/>
+      <xsl:with-param name="writes" select="true()"/>
+    </xsl:apply-templates>
+    <xsl:variable name="next" select="following-sibling::ms:Task[200]"/>
+    <xsl:if test="$next">
+      <xsl:variable name="next-state">
+        <xsl:apply-templates select="." mode="walk">
+          <xsl:with-param name="state" select="$state"/>
+          <xsl:with-param name="writes" select="false()"/>
+        </xsl:apply-templates>
+      </xsl:variable>
+      <xsl:apply-templates select="$next" mode="run">
+        <xsl:with-param name="state" select="string($next-state)"/>
+      </xsl:apply-templates>
+    </xsl:if>
+  </xsl:template>
+
+  <!-- Writes the tasks of a run, or else its last state. -->
+  <xsl:template match="ms:Task" mode="walk">
+    <xsl:param name="state"/>
+    <xsl:param name="writes"/>
+    <xsl:param name="left" select="200"/>
+    <xsl:variable name="own-state">
+      <xsl:call-template name="state-after">
+        <xsl:with-param name="state" select="$state"/>
+        <xsl:with-param name="level" select="number(ms:OutlineLevel)"/>
+      </xsl:call-template>
+    </xsl:variable>
+    <xsl:if test="$writes">
+      <xsl:apply-templates select=".">
+        <xsl:with-param name="state" select="string($own-state)"/>
+      </xsl:apply-templates>
+    </xsl:if>
+    <xsl:choose>
+      <xsl:when test="$left &gt; 1">
+        <xsl:apply-templates select="following-sibling::ms:Task[1]" mode="walk">
+          <xsl:with-param name="state" select="string($own-state)"/>
+          <xsl:with-param name="writes" select="$writes"/>
+          <xsl:with-param name="left" select="$left - 1"/>
+        </xsl:apply-templates>
+      </xsl:when>
+      <xsl:when test="not($writes)"><xsl:value-of select="$own-state"/></xsl:when>
+    </xsl:choose>
+  </xsl:template>
+
+  <xsl:template name="state-after">
+    <xsl:param name="state"/>
+    <xsl:param name="level"/>
+    <xsl:param name="first" select="1"/>
+    <xsl:variable name="mark" select="concat(';', $level, '=')"/>
+    <xsl:variable name="entry" select="substring-before(substring-after($state, $mark), ';')"/>
+    <xsl:variable name="above" select="substring-before(substring-after($state, concat(';', $level - 1, '=')), ';')"/>
+    <xsl:choose>
+      <xsl:when test="not($level &gt;= 1)"/>
+      <xsl:when test="$entry">
+        <xsl:value-of select="concat(substring-before($state, $mark), $mark, substring-before($entry, '|'), '|',
+                              substring-after($entry, '|') + 1, ';')"/>
+      </xsl:when>
+      <xsl:when test="$level = 1"><xsl:value-of select="concat(';1=|', $first, ';')"/></xsl:when>
+      <xsl:when test="$above">
+        <xsl:value-of select="concat($state, $level, '=', translate($above, '|', ''), '.|', $first, ';')"/>
+      </xsl:when>
+      <!-- A level is skipped: its part of the number is 0. -->
+      <xsl:otherwise>
+        <xsl:variable name="filled">
+          <xsl:call-template name="state-after">
+            <xsl:with-param name="state" select="$state"/>
+            <xsl:with-param name="level" select="$level - 1"/>
+            <xsl:with-param name="first" select="0"/>
+          </xsl:call-template>
+        </xsl:variable>
+        <xsl:call-template name="state-after">
+          <xsl:with-param name="state" select="string($filled)"/>
+          <xsl:with-param name="level" select="$level"/>
+          <xsl:with-param name="first" select="$first"/>
+        </xsl:call-template>
+      </xsl:otherwise>
+    </xsl:choose>
+  </xsl:template>
+
+  <xsl:template match="ms:Task">
+    <xsl:param name="state"/>
+    <xsl:variable name="entry" select="substring-before(substring-after($state, concat(';', number(ms:OutlineLevel),
+                                                                                       '=')), ';')"/>
+    <xsl:variable name="added">
+      <xsl:variable name="number">
+        <xsl:choose>
+          <xsl:when test="$entry"><xsl:value-of select="translate($entry, '|', '')"/></xsl:when>
+          <xsl:otherwise>0</xsl:otherwise>
+        </xsl:choose>
+      </xsl:variable>
+      <WBS><xsl:value-of select="$number"/></WBS>
+      <OutlineNumber><xsl:value-of select="$number"/></OutlineNumber>
+      <xsl:if test="ms:PercentComplete = 100">
+        <xsl:call-template name="actual-dates">
+          <xsl:with-param name="start" select="ms:Start"/>
+          <xsl:with-param name="finish" select="ms:Finish"/>
+        </xsl:call-template>
+      </xsl:if>
+    </xsl:variable>
+    <xsl:call-template name="in-order">
+      <xsl:with-param name="order" select="$task-order"/>
+      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
+    </xsl:call-template>
+  </xsl:template>
+
+  <!-- The numbers worked out replace these; in $added they have no task above them and are copied. -->
+  <xsl:template match="ms:Task/ms:WBS | ms:Task/ms:OutlineNumber"/>
+
+  <xsl:template name="actual-dates">
+    <xsl:param name="start"/>
+    <xsl:param name="finish"/>
+    <xsl:if test="not(normalize-space(ms:ActualStart))">
+      <ActualStart><xsl:value-of select="$start"/></ActualStart>
+    </xsl:if>
+    <xsl:if test="not(normalize-space(ms:ActualFinish))">
+      <ActualFinish><xsl:value-of select="$finish"/></ActualFinish>
+    </xsl:if>
+  </xsl:template>
+
+  <xsl:template match="ms:PredecessorLink">
+    <xsl:variable name="added"><xsl:if test="not(ms:LinkLag)"><LinkLag>0</LinkLag></xsl:if></xsl:variable>
+    <xsl:call-template name="in-order">
+      <xsl:with-param name="order" select="$link-order"/>
+      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
+    </xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:Baseline">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$baseline-order"/></xsl:call-template>
+  </xsl:template>
+
+  <!-- Resources and assignments -->
+
+  <xsl:template match="ms:Resource">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$resource-order"/></xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:Resource/ms:Name">
+    <xsl:variable name="name" select="translate(., ',[]', ';()')"/>
+    <xsl:copy><xsl:value-of select="$name"/></xsl:copy>
+    <xsl:if test="$name != .">
+      <xsl:message>
+        <xsl:value-of select="concat('resource ', ../ms:UID, ': &quot;', ., '&quot; is now &quot;', $name, '&quot;')"/>
+      </xsl:message>
+    </xsl:if>
+  </xsl:template>
+
+  <xsl:template match="ms:Assignment">
+    <xsl:variable name="task" select="key('done-task', ms:TaskUID)[1]"/>
+    <xsl:variable name="added">
+      <xsl:if test="$task">
+        <!-- Its own dates, or else those of the task. -->
+        <xsl:call-template name="actual-dates">
+          <xsl:with-param name="start" select="(ms:Start | $task[not(normalize-space(current()/ms:Start))]/ms:Start)
+                                               [normalize-space()]"/>
+          <xsl:with-param name="finish" select="(ms:Finish | $task[not(normalize-space(current()/ms:Finish))]/ms:Finish)
+                                                [normalize-space()]"/>
+        </xsl:call-template>
+      </xsl:if>
+    </xsl:variable>
+    <xsl:call-template name="in-order">
+      <xsl:with-param name="order" select="$assignment-order"/>
+      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
+    </xsl:call-template>
+  </xsl:template>
+
+  <xsl:template match="ms:TimephasedData">
+    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$timephased-order"/></xsl:call-template>
+  </xsl:template>
+</xsl:stylesheet>
