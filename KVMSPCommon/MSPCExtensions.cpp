@@ -24,43 +24,46 @@ bool canBuildOn(xml::Node node) { return !node || node.isElement(); }
 
 }  // namespace
 
-std::vector<xml::Node> objectsForXQuery(xml::Node node, std::string_view query, XQueryError* /*error*/) {
-  return node.select(query);
+std::vector<xml::Node> objectsForXQuery(xml::Node node, const xml::Query& query, XQueryError* /*error*/) {
+  return query.all(node);
 }
 
-xml::Node singleObjectForXQuery(xml::Node node, std::string_view query, XQueryError* error) {
+xml::Node singleObjectForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   if (!node) return {};
-  const xml::Match match = node.selectLast(query);
+  const xml::Match match = query.last(node);
   if (match.count == 0) report(error, kXQueryErrorDomain, 1);
   if (match.count > 1) report(error, kXQueryErrorDomain, 2);
   return match.last;
 }
 
-std::optional<std::string> stringValueForXQuery(xml::Node node, std::string_view query, XQueryError* error) {
+std::optional<std::string> stringValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
   if (!found) return std::nullopt;
   return found.stringValue();
 }
 
-std::int64_t intValueForXQuery(xml::Node node, std::string_view query, XQueryError* error) {
+std::int64_t intValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
   if (!found) return 0;
-  const auto number = platform::scanInteger(found.stringValue());
+  std::string storage;
+  const auto number = platform::scanInteger(found.stringValue(storage));
   if (!number) require(false, "Failed to get int value from XML node: {}", found.markup());
   return number->value;
 }
 
-double floatValueForXQuery(xml::Node node, std::string_view query, XQueryError* error) {
+double floatValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
   if (!found) return 0.0;
-  const auto number = platform::scanDouble(found.stringValue());
+  std::string storage;
+  const auto number = platform::scanDouble(found.stringValue(storage));
   if (!number) require(false, "Failed to get float value from XML node: {}", found.markup());
   return number->value;
 }
 
-bool boolValueForXQuery(xml::Node node, std::string_view query, XQueryError* error) {
+bool boolValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
-  return found && boolFromString(found.stringValue(), error);
+  std::string storage;
+  return found && boolFromString(found.stringValue(storage), error);
 }
 
 bool boolAttributeForName(xml::Node element, std::string_view name, XQueryError* error) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/XMLQuery.h"
 #include "Platform/XMLTree.h"
 
 class MSPEMapper;
@@ -34,19 +35,19 @@ struct XQueryError {
 
 /// Every match of a path query (Platform/XMLQuery.h has the forms) in document order; empty when nothing matches.
 /// @param error for a query that cannot be evaluated; these can all, so that it is left alone.
-std::vector<xml::Node> objectsForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+std::vector<xml::Node> objectsForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The last match in document order, or an empty node.
-xml::Node singleObjectForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+xml::Node singleObjectForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The last match's string value; none when nothing matches.
-std::optional<std::string> stringValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+std::optional<std::string> stringValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The whole number that the last match's text begins with; 0 when nothing matches.
 /// @throws InvariantFailure when the text begins with no number.
-std::int64_t intValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+std::int64_t intValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The decimal number that the last match's text begins with; 0 when nothing matches.
 /// @throws InvariantFailure when the text begins with no number.
-double floatValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+double floatValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The last match's text as a truth value; false when nothing matches or the text is none.
-bool boolValueForXQuery(xml::Node node, std::string_view query, XQueryError* error = nullptr);
+bool boolValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The attribute's value as a truth value; false when there is no such attribute or its value is none.
 bool boolAttributeForName(xml::Node element, std::string_view name, XQueryError* error = nullptr);
 

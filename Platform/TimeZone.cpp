@@ -135,10 +135,14 @@ bool TimeZone::isKnown() const { return rules_->known; }
 
 const TimeZone::Span& TimeZone::spanAt(std::int64_t utcSeconds) const {
   const std::int64_t folded = foldedIntoRules(utcSeconds);
-  const auto next = std::upper_bound(spans_.begin(), spans_.end(), folded,
+  if (lastSpan_ < spans_.size() && spans_[lastSpan_].from <= folded && folded < spans_[lastSpan_].to) {
+    return spans_[lastSpan_];
+  }
+  auto next = std::upper_bound(spans_.begin(), spans_.end(), folded,
                                      [](std::int64_t seconds, const Span& span) { return seconds < span.from; });
-  if (next != spans_.begin() && folded < std::prev(next)->to) return *std::prev(next);
-  return *spans_.insert(next, rules_->spanAt(folded));
+  if (next == spans_.begin() || folded >= std::prev(next)->to) next = spans_.insert(next, rules_->spanAt(folded)) + 1;
+  lastSpan_ = static_cast<std::size_t>(next - spans_.begin()) - 1;
+  return spans_[lastSpan_];
 }
 
 std::int64_t TimeZone::secondsFromGMT(Instant instant) const { return spanAt(wholeSeconds(instant)).offset; }
@@ -147,10 +151,12 @@ std::int64_t TimeZone::daylightSavingOffset(Instant instant) const { return span
 
 std::int64_t TimeZone::utcFromCivilSeconds(std::int64_t civilSeconds) const {
   // The offsets a day before and a day after surround at most one change that matters to this clock reading.
-  const std::int64_t before = spanAt(civilSeconds - kDay).offset;
+  const Span& spanBefore = spanAt(civilSeconds - kDay);
+  const std::int64_t before = spanBefore.offset;
+  if (civilSeconds + kDay < spanBefore.to) return civilSeconds - before;  // nearly always
   const std::int64_t after = spanAt(civilSeconds + kDay).offset;
   if (before == after) {
-    // Nearly always; a change there and back within two days is looked at once more below.
+    // A change there and back within two days is looked at once more below.
     const std::int64_t utc = civilSeconds - before;
     if (spanAt(utc).offset == before) return utc;
   }
@@ -163,7 +169,11 @@ std::int64_t TimeZone::utcFromCivilSeconds(std::int64_t civilSeconds) const {
 }
 
 Instant TimeZone::instantFromCivil(const CivilTime& civil) const {
-  return {static_cast<double>(utcFromCivilSeconds(GregorianCalendar::secondsFromCivil(civil)))};
+  return instantFromCivilSeconds(GregorianCalendar::secondsFromCivil(civil));
+}
+
+Instant TimeZone::instantFromCivilSeconds(std::int64_t civilSeconds) const {
+  return {static_cast<double>(utcFromCivilSeconds(civilSeconds))};
 }
 
 std::int64_t TimeZone::civilSecondsFromInstant(Instant instant) const {

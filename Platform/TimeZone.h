@@ -38,6 +38,8 @@ class TimeZone {
   /// The instant at which the zone's clocks show the civil time. A time that a clock change repeats is the
   /// later one; one that it skips is taken with the offset before the change.
   [[nodiscard]] Instant instantFromCivil(const CivilTime& civil) const;
+  /// The same for seconds from 1970-01-01T00:00:00 on the zone's clocks.
+  [[nodiscard]] Instant instantFromCivilSeconds(std::int64_t civilSeconds) const;
   /// What the zone's clocks show at the instant; fractions of a second are cut off.
   [[nodiscard]] CivilTime civilFromInstant(Instant instant) const;
   /// The same as seconds from 1970-01-01T00:00:00 on the zone's clocks.
@@ -68,6 +70,7 @@ class TimeZone {
   /// The spans asked for so far, in order of time: the library's look-ups are dear, and a plan's dates lie
   /// in a few of them.
   mutable std::vector<Span> spans_;
+  mutable std::size_t lastSpan_ = 0;  ///< where the last answer lay: the next one mostly lies there too
 };
 
 }  // namespace platform

@@ -1,20 +1,10 @@
 #include "Platform/XMLQuery.h"
 
-#include <algorithm>
-
 #include "Platform/XMLTreeInternals.h"
 
 namespace xml {
 
 namespace {
-
-/// Splits at the separator: what stands before it, and the rest is left in `text`. The whole text when it is missing.
-std::string_view takeUntil(std::string_view& text, std::string_view separator) {
-  const std::size_t at = text.find(separator);
-  const std::string_view head = text.substr(0, at);
-  text.remove_prefix(at == std::string_view::npos ? text.size() : at + separator.size());
-  return head;
-}
 
 std::string_view attributeValue(pugi::xml_node node, std::string_view name, bool& found) {
   for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
@@ -28,40 +18,6 @@ std::string_view attributeValue(pugi::xml_node node, std::string_view name, bool
 }
 
 }  // namespace
-
-Query::Query(std::string_view text) {
-  // Nearly all questions are about a child's name.
-  if (std::none_of(text.begin(), text.end(), [](char c) { return c == '/' || c == '['; })) {
-    name_ = text;
-    return;
-  }
-  if (text.starts_with("//")) {
-    anywhere_ = true;
-    text.remove_prefix(2);
-  }
-  std::string_view path = takeUntil(text, "[@");
-  if (const std::size_t slash = path.rfind('/'); slash != std::string_view::npos) {
-    parentPath_ = path.substr(0, slash);
-    path.remove_prefix(slash + 1);
-  }
-  name_ = path;
-  if (text.empty()) return;
-
-  text.remove_suffix(1);  // the closing bracket
-  attribute_ = takeUntil(text, "='");
-  hasValue_ = !text.empty();
-  if (!hasValue_) return;
-  text.remove_suffix(1);  // the closing quote
-  if (!anywhere_) {
-    value_ = text;
-    return;
-  }
-  value_ = takeUntil(text, "' and ../@");
-  if (!text.empty()) {
-    parentAttribute_ = takeUntil(text, "='");
-    parentValue_ = text;
-  }
-}
 
 bool Query::holdsFor(Node node) const {
   const pugi::xml_node element(node.node_);
@@ -140,6 +96,7 @@ Match Query::last(Node context) const {
     });
     return match;
   }
+  context.document_->tree_->wasAsked = true;
   auto& lookups = context.document_->tree_->lookups;
   const auto [entry, isNew] = lookups.try_emplace({context.node_, std::string(name_).append("@").append(attribute_)});
   if (isNew) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,10 +16,20 @@ namespace xml {
 ///   flattened-schedule-day[@date]                     a child with that attribute
 ///   //project/currency-format                         anywhere in the document
 ///   //assignment[@idref='r1' and ../@id='t1']         anywhere, with a test on the parent's attribute
-/// Values are taken as they stand between the outermost quotes, so that a quote may be part of one.
+/// Values are taken as they stand between the outermost quotes, so that a quote may be part of one. The query points
+/// into its text.
 class Query {
  public:
-  explicit Query(std::string_view text);
+  /// A literal is taken apart when the program is compiled: a mapper asks some thirty questions of each object.
+  template <std::size_t N>
+  consteval Query(const char (&text)[N])  // NOLINT(google-explicit-constructor): mappers write queries as texts
+      : Query(std::string_view(text, N - 1)) {}
+  Query(const std::string& text)  // NOLINT(google-explicit-constructor)
+      : Query(std::string_view(text)) {}
+  constexpr Query(std::string_view text);  // NOLINT(google-explicit-constructor)
+
+  /// name[@attribute='value'], without its text being put together first.
+  static constexpr Query child(std::string_view name, std::string_view attribute, std::string_view value);
 
   /// Calls visit(node) for each match below the context, in document order.
   template <typename Visit>
@@ -25,10 +37,16 @@ class Query {
 
   /// Every match below the context, in document order.
   [[nodiscard]] std::vector<Node> all(Node context) const;
-  /// The last match below the context and whether there were several.
+  /// The last match below the context and whether there were several. A child named by an attribute's value is looked
+  /// up in an index that the document makes at the first such question.
   [[nodiscard]] Match last(Node context) const;
 
  private:
+  constexpr Query() = default;
+
+  /// Splits at the separator: what stands before it, and the rest is left in `text`. The whole text when it is missing.
+  static constexpr std::string_view takeUntil(std::string_view& text, std::string_view separator);
+
   /// Whether the query asks for children by their name alone.
   [[nodiscard]] bool isPlainName() const { return !anywhere_ && parentPath_.empty() && attribute_.empty(); }
   [[nodiscard]] bool holdsFor(Node node) const;
@@ -38,14 +56,59 @@ class Query {
     return !anywhere_ && parentPath_.empty() && hasValue_ && parentAttribute_.empty();
   }
 
-  bool anywhere_ = false;        ///< begins with "//"
-  std::string_view parentPath_;  ///< the steps before the last one, "a/b"
+  bool anywhere_ = false;  ///< begins with "//"
+  bool hasValue_ = false;
   std::string_view name_;        ///< the last step
+  std::string_view parentPath_;  ///< the steps before the last one, "a/b"
   std::string_view attribute_;   ///< of the predicate; empty without one
   std::string_view value_;
-  bool hasValue_ = false;
   std::string_view parentAttribute_;  ///< of the predicate's second test, on the parent
   std::string_view parentValue_;
 };
+
+constexpr std::string_view Query::takeUntil(std::string_view& text, std::string_view separator) {
+  const std::size_t at = text.find(separator);
+  const std::string_view head = text.substr(0, at);
+  text.remove_prefix(at == std::string_view::npos ? text.size() : at + separator.size());
+  return head;
+}
+
+constexpr Query::Query(std::string_view text) {
+  if (text.starts_with("//")) {
+    anywhere_ = true;
+    text.remove_prefix(2);
+  }
+  std::string_view path = takeUntil(text, "[@");
+  if (const std::size_t slash = path.rfind('/'); slash != std::string_view::npos) {
+    parentPath_ = path.substr(0, slash);
+    path.remove_prefix(slash + 1);
+  }
+  name_ = path;
+  if (text.empty()) return;
+
+  text.remove_suffix(1);  // the closing bracket
+  attribute_ = takeUntil(text, "='");
+  hasValue_ = !text.empty();
+  if (!hasValue_) return;
+  text.remove_suffix(1);  // the closing quote
+  if (!anywhere_) {
+    value_ = text;
+    return;
+  }
+  value_ = takeUntil(text, "' and ../@");
+  if (!text.empty()) {
+    parentAttribute_ = takeUntil(text, "='");
+    parentValue_ = text;
+  }
+}
+
+constexpr Query Query::child(std::string_view name, std::string_view attribute, std::string_view value) {
+  Query query;
+  query.name_ = name;
+  query.attribute_ = attribute;
+  query.hasValue_ = true;
+  query.value_ = value;
+  return query;
+}
 
 }  // namespace xml

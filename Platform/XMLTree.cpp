@@ -100,14 +100,20 @@ bool Node::isElement() const { return pugi::xml_node(node_).type() == pugi::node
 std::string_view Node::name() const { return pugi::xml_node(node_).name(); }
 
 std::string Node::stringValue() const {
+  std::string storage;
+  return std::string(stringValue(storage));
+}
+
+std::string_view Node::stringValue(std::string& storage) const {
   const pugi::xml_node top(node_);
-  std::string text(top.value());  // an element's first text is stored in the element
+  if (!top.first_child()) return top.value();  // an element's first text is stored in the element
+  storage = top.value();
   for (pugi::xml_node node = top.first_child(); node; node = nextInDocumentOrder(node, top)) {
     if (node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
-      text += node.value();
+      storage += node.value();
     }
   }
-  return text;
+  return storage;
 }
 
 Attribute Node::attribute(std::string_view name) const {
@@ -136,10 +142,6 @@ std::string Node::markup() const {
   pugi::xml_node(node_).print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
   return text;
 }
-
-std::vector<Node> Node::select(std::string_view query) const { return Query(query).all(*this); }
-
-Match Node::selectLast(std::string_view query) const { return Query(query).last(*this); }
 
 Node Node::appendChild(const char* name) const {
   if (node_ == nullptr) return {};

@@ -18,6 +18,7 @@ namespace xml {
 
 class Document;
 class Element;
+class Query;
 
 /// A borrowed view of an attribute; may be empty, and then reads as empty texts.
 class Attribute {
@@ -51,6 +52,8 @@ class Node {
   [[nodiscard]] std::string_view name() const;
   /// The texts of the node and its descendants, one after the other.
   [[nodiscard]] std::string stringValue() const;
+  /// The same; put together in the storage only when there are several texts.
+  [[nodiscard]] std::string_view stringValue(std::string& storage) const;
   /// The attribute with exactly this name.
   [[nodiscard]] Attribute attribute(std::string_view name) const;
   /// Its value; none when there is no such attribute.
@@ -60,12 +63,6 @@ class Node {
   [[nodiscard]] std::string markup() const;
   /// An address that tells this node from every other.
   [[nodiscard]] const void* identity() const { return node_; }
-
-  /// Every match of a path query (see XMLQuery.h for the forms), in document order.
-  [[nodiscard]] std::vector<Node> select(std::string_view query) const;
-  /// The last match and whether there were several, without collecting the others. A child named by its id is looked
-  /// up in an index that the document makes at the first such question.
-  [[nodiscard]] Match selectLast(std::string_view query) const;
 
   // Building. The view stays what it is, so that these are const.
 

@@ -80,15 +80,20 @@ struct Document::Tree {
   /// The texts of finished children, by their parent.
   std::unordered_map<const void*, GrowingText> finished;
 
+  bool wasAsked = false;  ///< whether there are tables or lookups to forget: a document that is made has none
+
   void changed() {
-    if (!lookups.empty()) lookups.clear();
+    if (!wasAsked) return;
+    lookups.clear();
     for (ChildTable& table : childTables) table.parent = nullptr;
+    wasAsked = false;
   }
 
   [[nodiscard]] const ChildTable& childTableOf(pugi::xml_node parent) {
     for (const ChildTable& table : childTables) {
       if (table.parent == parent.internal_object()) return table;
     }
+    wasAsked = true;
     ChildTable& table = childTables[nextChildTable++ % childTables.size()];
     table.parent = parent.internal_object();
     table.entries.clear();

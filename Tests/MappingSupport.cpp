@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/XMLQuery.h"
 
 static std::string childNames(const std::string& markup) {
   std::string names;
@@ -24,11 +25,11 @@ std::string Mapped::value(const std::string& path) const {
   const std::string step = path.substr(parent.size());
   std::string found;
   if (step == "." || step == "*") {
-    for (const xml::Node node : project.select(parent.substr(0, parent.size() - 1))) found = node.markup();
+    for (const xml::Node node : xml::Query(parent.substr(0, parent.size() - 1)).all(project)) found = node.markup();
     return step == "*" ? childNames(found) : found;
   }
   const std::size_t blank = path.find(' ');
-  for (const xml::Node node : project.select(path.substr(0, blank))) found += "," + node.stringValue();
+  for (const xml::Node node : xml::Query(path.substr(0, blank)).all(project)) found += "," + node.stringValue();
   found = found.empty() ? "-" : found.substr(1);
   return blank == std::string::npos ? found : found + " " + value(parent + path.substr(blank + 1));
 }

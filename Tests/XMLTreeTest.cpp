@@ -1,4 +1,5 @@
 #include "Platform/Texts.h"
+#include "Platform/XMLQuery.h"
 #include "Platform/XMLTree.h"
 #include "Tests/Tables.h"
 
@@ -19,13 +20,13 @@ std::string matches(std::string_view query) {
   const auto document = parsed(kPlan);
   xml::Node context = document->root();
   if (const std::size_t bar = query.find('|'); bar != query.npos) {
-    context = context.selectLast(query.substr(0, bar)).last;
+    context = xml::Query(query.substr(0, bar)).last(context).last;
     query.remove_prefix(bar + 1);
   }
   std::string names;
-  const auto all = context.select(query);
+  const auto all = xml::Query(query).all(context);
   for (const xml::Node node : all) names += fmt::format("{} ", node.attribute("n").value());
-  const xml::Match match = context.selectLast(query);
+  const xml::Match match = xml::Query(query).last(context);
   EXPECT_EQ(match.count, std::min<std::size_t>(all.size(), 2));
   EXPECT_EQ(match.last, all.empty() ? xml::Node() : all.back());
   return names;
@@ -60,7 +61,7 @@ std::string readBack(std::string_view text) {
   const std::size_t end = bytes.find("--", start);  // must not stand inside
   EXPECT_EQ(bytes.substr(end, 12), "-->\n  <e a=\"") << bytes;
   const auto again = parsed(bytes);
-  const auto elements = again->root().select("e");
+  const auto elements = xml::Query("e").all(again->root());
   EXPECT_EQ(elements.at(0).attribute("a").value(), elements.at(0).stringValue());
   EXPECT_EQ(elements.at(0).markup(), elements.at(1).markup());
   return elements.at(0).stringValue();
@@ -115,7 +116,7 @@ TEST(XMLTreeTest, OnlyCharactersAreWritten) {
 TEST(XMLTreeTest, Building) {
   const auto document = parsed("<s><t id='1'>x<u/></t></s>");
   const xml::Node root = document->root();
-  const auto found = [&root](const std::string& id) { return root.selectLast("t[@id='" + id + "']").last; };
+  const auto found = [&root](const std::string& id) { return xml::Query::child("t", "id", id).last(root).last; };
   const xml::Node first = found("1");
   xml::Element copy = first.copy();
   copy.node().setAttribute("id", "2");

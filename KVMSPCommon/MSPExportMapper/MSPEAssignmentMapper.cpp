@@ -1,7 +1,5 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEAssignmentMapper.h"
 
-#include <fmt/format.h>
-
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
@@ -63,7 +61,7 @@ MSPEAssignmentMapper::MSPEAssignmentMapper(MSPEMapper& mapper, xml::Node kvdxTas
 
 xml::Node MSPEAssignmentMapper::assignedResource(const std::string& resourceId) const {
   const xml::Node resource =
-      singleObjectForXQuery(mapper().projectMapper()->kvdxScenario(), fmt::format("resource[@id='{}']", resourceId));
+      singleObjectForXQuery(mapper().projectMapper()->kvdxScenario(), xml::Query::child("resource", "id", resourceId));
   require(static_cast<bool>(resource), "Failed to find assigned resourse (id='{}').", resourceId);
   return resource;
 }
@@ -95,10 +93,8 @@ xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvd
   const auto resourceType = stringValueForXQuery(resource, "type");
   const double work = workOfAssignment(resourceType, platform::doubleValue(units), info.effort());
   appendWork(assignment, info, work);  // Work, RemainingWork
-  const auto start = MSPIUtilities::mppToKvdxDateTime(info.startDate());
-  const auto finish = MSPIUtilities::mppToKvdxDateTime(info.endDate());
-  addChildElementWithName(assignment, "Start", MSPIUtilities::kvdxToMspdiDateTime(orEmpty(start)));
-  addChildElementWithName(assignment, "Finish", MSPIUtilities::kvdxToMspdiDateTime(orEmpty(finish)));
+  addChildElementWithName(assignment, "Start", MSPIUtilities::mppToMspdiDateTime(info.startDate()));
+  addChildElementWithName(assignment, "Finish", MSPIUtilities::mppToMspdiDateTime(info.endDate()));
 
   for (std::size_t n = 0; n < mapper().kvdxBaselines().size(); ++n) {
     const MSPEAssignmentBaselineMapper baselineMapper(static_cast<std::int64_t>(n), mapper());
@@ -107,6 +103,8 @@ xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvd
     }
   }
   if (resourceType == "Material") {
+    const auto start = MSPIUtilities::mppToKvdxDateTime(info.startDate());
+    const auto finish = MSPIUtilities::mppToKvdxDateTime(info.endDate());
     auto timephased = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromAssignment(
         kvdxAssignment, resource, orEmpty(start), orEmpty(finish), work);
     if (timephased) {

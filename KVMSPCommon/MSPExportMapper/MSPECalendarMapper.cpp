@@ -79,7 +79,7 @@ void MSPECalendarMapper::readSchedule(xml::Node schedule, bool isTop, MSPESchedu
 }
 
 void MSPECalendarMapper::readWeekDays(xml::Node schedule, MSPEScheduleInfo& info) {
-  const char* query = info.extendedFormat() ? "flattened-schedule-day[@day-of-week]" : "schedule-day";
+  const xml::Query query = info.extendedFormat() ? xml::Query("flattened-schedule-day[@day-of-week]") : "schedule-day";
   for (const xml::Node day : objectsForXQuery(schedule, query)) {
     const auto name = day.attributeText("day-of-week");
     const auto dayType = weekdayOfName(orEmpty(name));

@@ -29,7 +29,7 @@ constexpr std::int64_t kNoCalendarUID = -1;
 /// The scenario's last `resource` or `task` with the id; empty when there is none.
 xml::Node objectWithId(xml::Node scenario, std::string_view kind, const std::optional<std::string>& id) {
   if (!id) return {};
-  return singleObjectForXQuery(scenario, fmt::format("{}[@id='{}']", kind, *id));
+  return singleObjectForXQuery(scenario, xml::Query::child(kind, "id", *id));
 }
 
 /// Gives the assignment a copy of each element, with the assignment's UID in front.
@@ -105,7 +105,7 @@ void MSPEProjectMapper::appendHeader(xml::Node project, const std::optional<std:
 void MSPEProjectMapper::appendDates(xml::Node project) {
   const auto now = MSPIUtilities::mppToKvdxDateTime(platform::Clock::now());
   // The side that the plan is scheduled from is always written, from now when the scenario does not give it.
-  const auto append = [&](const char* query, const char* name, bool isNeeded, std::string& kvdxDate) {
+  const auto append = [&](const xml::Query& query, const char* name, bool isNeeded, std::string& kvdxDate) {
     const auto given = stringValueForXQuery(kvdxScenario_, query);
     kvdxDate = given ? *given : orEmpty(now);
     if (given || isNeeded) addChildElementWithName(project, name, MSPIUtilities::kvdxToMspdiDateTime(kvdxDate));

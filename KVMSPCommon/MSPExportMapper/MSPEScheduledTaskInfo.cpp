@@ -32,20 +32,26 @@ constexpr std::array<Code, 4> kPrerequisiteKinds = {{{"FS", Info::kFinishToStart
 
 /// The text's code; 0 for a missing or unknown text.
 template <std::size_t N>
-std::int32_t codeOf(const std::array<Code, N>& codes, const std::optional<std::string>& text) {
+std::int32_t codeOf(const std::array<Code, N>& codes, std::string_view text) {
   for (const Code& code : codes) {
-    if (text && *text == code.text) return code.value;
+    if (text == code.text) return code.value;
   }
   return 0;
 }
 
-std::optional<Instant> instantOf(const std::optional<std::string>& kvdx) {
-  const auto mspdi = MSPIUtilities::kvdxToMspdiDateTime(platform::orEmpty(kvdx));
-  return MSPIUtilities::mspdiToMppDateTime(platform::orEmpty(mspdi));
+template <std::size_t N>
+std::int32_t codeAt(xml::Node task, const xml::Query& query, const std::array<Code, N>& codes) {
+  std::string storage;
+  return codeOf(codes, singleObjectForXQuery(task, query).stringValue(storage));
 }
 
-std::optional<Instant> instantAt(xml::Node task, const char* query) {
-  return instantOf(stringValueForXQuery(task, query));
+std::optional<Instant> instantOf(xml::Node date) {
+  std::string storage;
+  return MSPIUtilities::kvdxToMppDateTimeByWallClock(date.stringValue(storage));
+}
+
+std::optional<Instant> instantAt(xml::Node task, const xml::Query& query) {
+  return instantOf(singleObjectForXQuery(task, query));
 }
 
 /// A date constraint: from the element about the task's start or, when there is none, the one about its end.
@@ -54,9 +60,9 @@ struct Constraint {
   std::int32_t constrainsEnd = 0;
 };
 
-Constraint constraintAt(xml::Node task, const char* startQuery, const char* endQuery) {
-  if (const auto start = stringValueForXQuery(task, startQuery)) return {instantOf(start), 0};
-  if (const auto end = stringValueForXQuery(task, endQuery)) return {instantOf(end), 1};
+Constraint constraintAt(xml::Node task, const xml::Query& startQuery, const xml::Query& endQuery) {
+  if (const xml::Node start = singleObjectForXQuery(task, startQuery)) return {instantOf(start), 0};
+  if (const xml::Node end = singleObjectForXQuery(task, endQuery)) return {instantOf(end), 1};
   return {};
 }
 
@@ -66,11 +72,11 @@ MSPEScheduledTaskInfo::MSPEScheduledTaskInfo(xml::Node kvdxTask, xml::Node /*kvd
   leveledStart_ = instantAt(kvdxTask, "leveled-start");
 
   XQueryError error;
-  const auto start = stringValueForXQuery(kvdxTask, "start-date", &error);
+  const xml::Node start = singleObjectForXQuery(kvdxTask, "start-date", &error);
   startDate_ = instantOf(start);
   require(start && !error, "Task element 'start-date' not found.");
   error = {};
-  const auto end = stringValueForXQuery(kvdxTask, "end-date", &error);
+  const xml::Node end = singleObjectForXQuery(kvdxTask, "end-date", &error);
   endDate_ = instantOf(end);
   require(end && !error, "Task element 'end-date' not found.");
   error = {};
@@ -81,16 +87,16 @@ MSPEScheduledTaskInfo::MSPEScheduledTaskInfo(xml::Node kvdxTask, xml::Node /*kvd
   require(id.has_value(), "Task attribute 'id' not found.");
   uid_ = *id;
 
-  scheduleType_ = codeOf(kScheduleTypes, stringValueForXQuery(kvdxTask, "schedule-type"));
+  scheduleType_ = codeAt(kvdxTask, "schedule-type", kScheduleTypes);
   priority_ = intValueForXQuery(kvdxTask, "priority");
   effort_ = static_cast<double>(intValueForXQuery(kvdxTask, "effort"));
   effortDone_ = static_cast<double>(intValueForXQuery(kvdxTask, "effort-done"));
-  taskType_ = codeOf(kTaskTypes, stringValueForXQuery(kvdxTask, "type"));
+  taskType_ = codeAt(kvdxTask, "type", kTaskTypes);
   completionPercentage_ = floatValueForXQuery(kvdxTask, "completion-percentage");
   lockedStartDate_ = instantAt(kvdxTask, "locked-start-date");
   lockedEndDate_ = instantAt(kvdxTask, "locked-end-date");
   readConstraints(kvdxTask);
-  recalculate_ = codeOf(kRecalculates, stringValueForXQuery(kvdxTask, "recalculate"));
+  recalculate_ = codeAt(kvdxTask, "recalculate", kRecalculates);
   readPrerequisites(kvdxTask);
   if (taskType_ == kGroup) {
     for (const xml::Node child : objectsForXQuery(kvdxTask, "child-task")) {
@@ -120,10 +126,11 @@ void MSPEScheduledTaskInfo::readPrerequisites(xml::Node kvdxTask) {
     Prerequisite& prerequisite = prerequisites_.emplace_back();
     prerequisite.predecessorId = element.attributeText("idref");
     prerequisite.external = element.attributeText("external");
-    prerequisite.kind = codeOf(kPrerequisiteKinds, element.attributeText("kind"));
+    prerequisite.kind = codeOf(kPrerequisiteKinds, element.attribute("kind").value());
     prerequisite.isResourceDependency = boolValueForXQuery(element, "is-resource-dependency");
     if (const xml::Node leadTime = singleObjectForXQuery(element, "lead-time")) {
-      prerequisite.leadTime = platform::doubleValue(leadTime.stringValue());
+      std::string storage;
+      prerequisite.leadTime = platform::doubleValue(leadTime.stringValue(storage));
       prerequisite.isPercentage = leadTime.attribute("is-percentage").value() == "true";
     }
   }

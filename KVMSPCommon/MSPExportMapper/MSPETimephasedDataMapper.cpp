@@ -1,7 +1,5 @@
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string>
 
@@ -28,7 +26,7 @@ std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephased
   std::optional<std::string> previousEnd;
   for (const xml::Node reference : pieces) {
     const auto id = reference.attributeText("idref");
-    const xml::Node piece = id ? singleObjectForXQuery(scenario, fmt::format("task[@id='{}']", *id)) : xml::Node();
+    const xml::Node piece = id ? singleObjectForXQuery(scenario, xml::Query::child("task", "id", *id)) : xml::Node();
     if (!piece) continue;
     const std::string start = stringValueForXQuery(piece, "start-date").value_or("");
     const std::string end = stringValueForXQuery(piece, "end-date").value_or("");

@@ -18,6 +18,7 @@ using platform::GregorianCalendar;
 using platform::Instant;
 using platform::InvariantFailure;
 using platform::MatchRange;
+using platform::orEmpty;
 using platform::PosixRegularExpression;
 using platform::require;
 using platform::TimeZone;
@@ -123,24 +124,47 @@ std::optional<MSPCUnitFlags> scanUsualDateTime(MSPCDateComponents& record, std::
   return flags;
 }
 
-/// Appends the number with at least two digits.
-void appendTwoDigits(std::string& text, std::int64_t number) {
-  const auto low = static_cast<std::int32_t>(number);
-  if (low >= 0 && low <= 99) {
-    text += static_cast<char>('0' + low / 10);
-    text += static_cast<char>('0' + low % 10);
-  } else {
-    fmt::format_to(std::back_inserter(text), "{:02d}", low);
-  }
+bool isWithin(std::int64_t number, std::int64_t lowest, std::int64_t highest) {
+  return number >= lowest && number <= highest;
 }
 
-void appendYear(std::string& text, std::int64_t number) {
-  const auto year = static_cast<std::int32_t>(number);
-  if (year >= 1000 && year <= 9999) {
-    appendTwoDigits(text, year / 100);
-    appendTwoDigits(text, year % 100);
+void putTwoDigits(char* at, std::int64_t number) {
+  at[0] = static_cast<char>('0' + number / 10);
+  at[1] = static_cast<char>('0' + number % 10);
+}
+
+/// YYYY-MM-DDThh:mm:ss, when the components are those of a real clock reading; "" otherwise.
+std::string usualDateTime(const platform::CivilTime& civil) {
+  if (!isWithin(civil.year, 1000, 9999) || !isWithin(civil.month, 0, 99) || !isWithin(civil.day, 0, 99) ||
+      !isWithin(civil.hour, 0, 99) || !isWithin(civil.minute, 0, 99) || !isWithin(civil.second, 0, 99)) {
+    return "";
+  }
+  std::string text = "0000-00-00T00:00:00";
+  putTwoDigits(&text[0], civil.year / 100);
+  putTwoDigits(&text[2], civil.year % 100);
+  putTwoDigits(&text[5], civil.month);
+  putTwoDigits(&text[8], civil.day);
+  putTwoDigits(&text[11], civil.hour);
+  putTwoDigits(&text[14], civil.minute);
+  putTwoDigits(&text[17], civil.second);
+  return text;
+}
+
+/// Whether a clock reading is in the years 1000 to 9999. Its text reads back as what it was printed from, so that the
+/// text can be left out between two conversions.
+bool isFourDigitYear(std::int64_t civilSeconds) {
+  static const std::int64_t first = GregorianCalendar::secondsFromCivil({1000, 1, 1, 0, 0, 0});
+  static const std::int64_t behind = GregorianCalendar::secondsFromCivil({10000, 1, 1, 0, 0, 0});
+  return civilSeconds >= first && civilSeconds < behind;
+}
+
+/// Appends the number with at least two digits.
+void appendTwoDigits(std::string& text, std::int64_t number) {
+  if (isWithin(number, 0, 99)) {
+    text.append(2, '0');
+    putTwoDigits(&text[text.size() - 2], number);
   } else {
-    fmt::format_to(std::back_inserter(text), "{}", year);
+    fmt::format_to(std::back_inserter(text), "{:02d}", static_cast<std::int32_t>(number));
   }
 }
 
@@ -268,9 +292,12 @@ std::optional<std::string> MSPIUtilities::stringFromComponents(const MSPCDateCom
                                                                MSPCUnitFlags unitFlags) {
   if (unitFlags == kMSPCUnitsError) return std::nullopt;
   std::string text;
-  text.reserve(32);
+  if ((unitFlags & (kMSPCDateTimeUnits | kMSPCTimeZoneUnits)) == kMSPCDateTimeUnits) {
+    text = usualDateTime({record.year, record.month, record.day, record.hour, record.minute, record.second});
+    if (!text.empty()) return text;
+  }
   if ((unitFlags & kMSPCDateUnits) != 0) {
-    if ((unitFlags & kMSPCYear) != 0) appendYear(text, record.year);
+    if ((unitFlags & kMSPCYear) != 0) text = std::to_string(static_cast<std::int32_t>(record.year));
     if (!text.empty()) text += '-';
     if ((unitFlags & kMSPCMonth) != 0) appendTwoDigits(text, record.month);
     if (!text.empty()) text += '-';
@@ -376,6 +403,16 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTime(std::string_view kvdx) {
       static_cast<double>(platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT()))};
 }
 
+std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_view kvdx) {
+  if (kvdx.empty()) return std::nullopt;
+  MSPCUnitFlags flags = 0;
+  MSPCDateComponents record = kvdxComponents(kvdx, flags);
+  record.convertToSystemTimezone();
+  const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
+  if (!isFourDigitYear(clock)) return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
+  return TimeZone::system().instantFromCivilSeconds(clock);
+}
+
 std::optional<std::string> MSPIUtilities::kvdxToMspdiDateTime(std::string_view kvdx, MSPCUnitFlags calendarUnits) {
   if (kvdx.empty()) return std::nullopt;
   MSPCUnitFlags flags = 0;
@@ -403,12 +440,15 @@ std::optional<std::string> MSPIUtilities::mppToKvdxDateTime(std::optional<Instan
 
 std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<Instant> mpp) {
   if (!mpp) return std::nullopt;
-  MSPCDateComponents record = systemComponents(*mpp);
-  // The text between the two forms can be left out where it gives back what it was printed from.
-  const bool readsBack = record.year >= 1000 && record.year <= 9999 && record.timeZoneMinute() >= 0;
-  if (!readsBack) return kvdxToMspdiDateTime(platform::orEmpty(stringFromComponents(record, kMSPCAllUnits)));
+  const TimeZone& zone = TimeZone::system();
+  const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
+  MSPCDateComponents record;
+  record.forceSystemTimezoneforDate(mpp);
+  if (!isFourDigitYear(clock) || record.timeZoneMinute() < 0) return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
   record.fixUTC();
-  return stringFromComponents(record, record.convertToSystemTimezone() & ~kMSPCTimeZoneUnits);
+  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
+  record.setCivil(GregorianCalendar::civilFromSeconds(clock - record.secondsFromGMT() + offset));
+  return stringFromComponents(record, kMSPCDateTimeUnits);
 }
 
 int MSPIUtilities::compareMspdiDateTime(std::string_view mspdi, std::string_view toMspdiDateTime) {
