@@ -162,23 +162,21 @@ Node Node::insertChild(const char* name, std::size_t index) const {
 
 Node Node::append(Element element) const {
   if (node_ == nullptr) return {};
-  document_->tree_->changed();
-  const Node child = element.release();
-  pugi::xml_node(node_).append_move(pugi::xml_node(child.node_));
-  return child;
+  return document_->place(std::move(element), *this, {});
 }
 
 Node Node::insert(Element element, std::size_t index) const {
+  if (node_ == nullptr) return {};
   const pugi::xml_node before = childAt(pugi::xml_node(node_), index);
-  if (!before) return append(std::move(element));
-  document_->tree_->changed();
-  const Node child = element.release();
-  pugi::xml_node(node_).insert_move_before(pugi::xml_node(child.node_), before);
-  return child;
+  return document_->place(std::move(element), *this, Node(before.internal_object(), document_));
 }
 
 void Node::appendFinished(Element element) const {
   if (node_ == nullptr) return;
+  if (document_->tree_->isPassing(pugi::xml_node(node_))) {
+    append(std::move(element));  // not worth it
+    return;
+  }
   GrowingText& texts = document_->tree_->finished[node_];
   const std::function<void(std::string_view)> sink = [&texts](std::string_view piece) { texts.append(piece); };
   SinkWriter writer(sink);
@@ -215,7 +213,10 @@ Attribute Node::setAttribute(const char* name, std::optional<std::string_view> v
 }
 
 Element Node::copy() const {
-  const pugi::xml_node copied = document_->tree_->apart.append_copy(pugi::xml_node(node_));
+  const pugi::xml_node original(node_);
+  Document::Tree& tree = *document_->tree_;
+  const bool passes = tree.isPassing(original);
+  const pugi::xml_node copied = passes ? tree.passing.append_copy(original) : tree.apart.append_copy(original);
   return Element(Node(copied.internal_object(), document_));
 }
 
@@ -224,17 +225,39 @@ Element Node::copy() const {
 Element& Element::operator=(Element&& other) noexcept {
   if (this != &other) {
     drop();
-    node_ = other.release();
+    node_ = std::exchange(other.node_, Node());
   }
   return *this;
 }
 
 Element::~Element() { drop(); }
 
+Element::Element(Node node) : node_(node) {
+  Document::Tree& tree = *node.document_->tree_;
+  if (tree.isPassing(pugi::xml_node(node.node_))) ++tree.passingOwners;
+}
+
+Node Element::release() {
+  const Node node = std::exchange(node_, Node());
+  if (!node) return node;
+  Document::Tree& tree = *node.document_->tree_;
+  if (tree.isPassing(pugi::xml_node(node.node_))) --tree.passingOwners;
+  return node;
+}
+
 void Element::drop() noexcept {
   if (!node_) return;
-  node_.document_->tree_->changed();
-  node_.document_->tree_->apart.remove_child(pugi::xml_node(node_.node_));
+  Document::Tree& tree = *node_.document_->tree_;
+  const pugi::xml_node node(node_.node_);
+  tree.changed();
+  if (!tree.isPassing(node)) {
+    tree.apart.remove_child(node);
+  } else if (--tree.passingOwners == 0) {
+    tree.passing.reset();
+  } else {
+    tree.passing.remove_child(node);
+  }
+  node_ = {};
 }
 
 // Document
@@ -279,11 +302,31 @@ Element Document::newElement(const char* name) {
   return Element(Node(tree_->apart.internal_object(), this).appendChild(name));
 }
 
+Element Document::newPassingElement(const char* name) {
+  return Element(Node(tree_->passing.internal_object(), this).appendChild(name));
+}
+
 Node Document::setRoot(Element element) {
-  tree_->changed();
-  const Node root = element.release();
-  tree_->root = tree_->document.append_move(pugi::xml_node(root.node_));
+  const Node root = place(std::move(element), Node(tree_->document.internal_object(), this), {});
+  tree_->root = pugi::xml_node(root.node_);
   return root;
+}
+
+Node Document::place(Element element, Node target, Node before) {
+  tree_->changed();
+  const bool mustCopy = tree_->isPassing(pugi::xml_node(element.node_.node_)) &&
+                        !tree_->isPassing(pugi::xml_node(target.node_));
+  const Node kept = mustCopy ? element.node_ : element.release();
+  pugi::xml_node parent(target.node_);
+  const pugi::xml_node child(kept.node_);
+  const pugi::xml_node next(before.node_);
+  pugi::xml_node placed;
+  if (mustCopy) {
+    placed = next ? parent.insert_copy_before(child, next) : parent.append_copy(child);
+  } else {
+    placed = next ? parent.insert_move_before(child, next) : parent.append_move(child);
+  }
+  return {placed.internal_object(), this};
 }
 
 void Document::serialize(const std::function<void(std::string_view)>& sink) const {

@@ -70,7 +70,8 @@ class Node {
   Node appendChild(const char* name) const;
   /// Inserts an element among the children; an index beyond the last appends.
   Node insertChild(const char* name, std::size_t index) const;
-  /// Moves an element that was made apart to the end of this node's children, with all it holds, without a copy.
+  /// Moves an element that was made apart to the end of this node's children, with all it holds; without a copy, unless
+  /// a passing element comes to lie in one that stays. Gives it where it is now.
   Node append(Element element) const;
   /// The same in front of the child at the index.
   Node insert(Element element, std::size_t index) const;
@@ -118,8 +119,8 @@ class Element {
  private:
   friend class Node;
   friend class Document;
-  explicit Element(Node node) : node_(node) {}
-  Node release() { return std::exchange(node_, Node()); }
+  explicit Element(Node node);
+  Node release();
   void drop() noexcept;
 
   Node node_;
@@ -144,6 +145,9 @@ class Document {
   [[nodiscard]] Node root() const;
   /// A new element of this document, not yet part of its tree.
   [[nodiscard]] Element newElement(const char* name);
+  /// The same for an element that will soon be dropped or finished (see appendFinished). As soon as no such element is
+  /// left, the memory of all of them is used anew, which is cheaper than to take each apart.
+  [[nodiscard]] Element newPassingElement(const char* name);
   /// Makes the element the document's root.
   Node setRoot(Element element);
 
@@ -157,6 +161,8 @@ class Document {
   struct Tree;
 
   [[nodiscard]] bool load(std::string bytes);
+  /// Puts the element below the target, behind its children or in front of one of them.
+  Node place(Element element, Node target, Node before);
 
   std::unique_ptr<Tree> tree_;
 };

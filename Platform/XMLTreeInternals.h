@@ -71,6 +71,8 @@ struct Document::Tree {
   pugi::xml_document document;
   pugi::xml_node root;
   pugi::xml_node apart;  ///< parent of the elements that are not part of the tree
+  pugi::xml_document passing;     ///< where the passing elements are
+  std::size_t passingOwners = 0;  ///< how many there are, without those that are part of others
   /// Children of one node by one attribute's value, made at the first question; dropped when anything changes.
   std::unordered_map<LookupKey, Lookup, LookupKeyHash> lookups;
 
@@ -131,6 +133,8 @@ struct Document::Tree {
     }
     return found;
   }
+
+  [[nodiscard]] bool isPassing(pugi::xml_node node) const { return node.root() == passing; }
 
   [[nodiscard]] unsigned depthOf(pugi::xml_node node) const {
     unsigned depth = 0;

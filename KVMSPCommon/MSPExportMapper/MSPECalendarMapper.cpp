@@ -13,7 +13,7 @@ using platform::require;
 
 MSPECalendarMapper::MSPECalendarMapper(MSPEMapper& mapper)
     : MSPEObjectMapperBase(mapper),
-      detachedCalendars_(elementWithName("Calendars", mapper)),
+      detachedCalendars_(mapper.newContainer("Calendars")),
       calendars_(*detachedCalendars_) {}
 
 xml::Element MSPECalendarMapper::takeCalendars() {

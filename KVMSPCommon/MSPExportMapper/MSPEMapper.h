@@ -58,7 +58,9 @@ class MSPEMapper {
   void setIdMapper(MSPEIdMapper idMapper) { idMapper_ = std::move(idMapper); }
 
   /// A new element of the output document, not yet part of its tree.
-  [[nodiscard]] xml::Element newElement(const char* name) const { return mspdiXmlDoc_.newElement(name); }
+  [[nodiscard]] xml::Element newElement(const char* name) const { return mspdiXmlDoc_.newPassingElement(name); }
+  /// The same for one that others are appended to as they are finished.
+  [[nodiscard]] xml::Element newContainer(const char* name) const { return mspdiXmlDoc_.newElement(name); }
 
   /// Counts the `TimephasedData` of the export as they are given to assignments.
   /// @throws InvariantFailure beyond a million: a plan that asks for so many would take all memory.

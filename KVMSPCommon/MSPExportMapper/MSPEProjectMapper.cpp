@@ -49,7 +49,7 @@ void appendTimephasedData(MSPEMapper& mapper, xml::Node assignment, std::int64_t
 MSPEProjectMapper::MSPEProjectMapper(MSPEMapper& mapper) : MSPEObjectMapperBase(mapper) {}
 
 xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenario) {
-  xml::Element element = elementWithName("Project", mapper());
+  xml::Element element = mapper().newContainer("Project");
   const xml::Node project = element;
   setAttributeWithName(project, "xmlns", kMSPDINamespace);
   mapper().setMspdiProject(project);
