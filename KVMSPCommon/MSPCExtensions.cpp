@@ -99,9 +99,9 @@ xml::Element elementWithName(const char* name, const MSPEMapper& mapper, std::op
 }
 
 xml::Node addChildElementWithName(xml::Node element, const char* name, std::optional<std::string_view> value) {
-  require(canBuildOn(element),
-          "Sent message addChildElementWithName:stringValue: to an object which is not NSXMLElementProxy.");
   xml::Node child = element.appendChild(name);
+  require(child || !element,
+          "Sent message addChildElementWithName:stringValue: to an object which is not NSXMLElementProxy.");
   if (value && !value->empty()) child.appendText(*value);
   return child;
 }

@@ -239,19 +239,26 @@ void AtomicFile::fail() {
 }
 
 void AtomicFile::append(std::string_view bytes) {
-  constexpr std::size_t kBufferSize = std::size_t{1} << 18;
-  buffer_.append(bytes);
-  if (buffer_.size() >= kBufferSize) flush();
+  constexpr std::size_t kBufferSize = std::size_t{1} << 16;
+  if (buffer_.size() + bytes.size() >= kBufferSize) flush();
+  if (bytes.size() >= kBufferSize) {
+    write(bytes);
+  } else {
+    buffer_.append(bytes);
+  }
 }
 
-bool AtomicFile::flush() {
-  std::string_view rest(buffer_);
+void AtomicFile::write(std::string_view rest) {
   while (error_ == 0 && !rest.empty()) {
     const ssize_t written = ::write(descriptor_, rest.data(), rest.size());
     if (written < 0 && errno == EINTR) continue;
     if (written < 0) fail();
     if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
   }
+}
+
+bool AtomicFile::flush() {
+  write(buffer_);
   buffer_.clear();
   return error_ == 0;
 }

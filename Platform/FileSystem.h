@@ -70,6 +70,7 @@ class AtomicFile {
   [[nodiscard]] std::string failureReason() const;
 
  private:
+  void write(std::string_view rest);
   bool flush();
   void fail();
 

@@ -147,6 +147,7 @@ Node Node::appendChild(const char* name) const {
   if (node_ == nullptr) return {};
   document_->tree_->changed();
   pugi::xml_node child = pugi::xml_node(node_).append_child(pugi::node_element);
+  if (!child) return {};
   child.set_name(name);
   return {child.internal_object(), document_};
 }

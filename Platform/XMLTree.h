@@ -66,7 +66,7 @@ class Node {
 
   // Building. The view stays what it is, so that these are const.
 
-  /// Appends an element; gives a view of it.
+  /// Appends an element; gives a view of it, an empty one when this is no element.
   Node appendChild(const char* name) const;
   /// Inserts an element among the children; an index beyond the last appends.
   Node insertChild(const char* name, std::size_t index) const;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <functional>
 #include <pugixml.hpp>
 #include <string>
@@ -58,12 +59,26 @@ struct Document::Tree {
   /// The children of one node by name. Mappers ask one element for its children one after the other.
   struct ChildTable {
     struct Entry {
-      std::string_view name;
+      const char* name;
       Found found;
+
+      [[nodiscard]] bool is(const char* other) const { return *name == *other && std::strcmp(name, other) == 0; }
+      [[nodiscard]] bool is(std::string_view other) const {
+        return *name == other.front() && std::strncmp(name, other.data(), other.size()) == 0 &&
+               name[other.size()] == '\0';
+      }
     };
     const void* parent = nullptr;
     std::vector<Entry> entries;
     bool isComplete = true;  ///< false when there are more names than a table is good for
+
+    template <typename Name>
+    [[nodiscard]] Entry* entryOf(Name name) {
+      for (Entry& entry : entries) {
+        if (entry.is(name)) return &entry;
+      }
+      return nullptr;
+    }
   };
   static constexpr std::size_t kMaximumNames = 100;
 
@@ -91,8 +106,8 @@ struct Document::Tree {
     wasAsked = false;
   }
 
-  [[nodiscard]] const ChildTable& childTableOf(pugi::xml_node parent) {
-    for (const ChildTable& table : childTables) {
+  [[nodiscard]] ChildTable& childTableOf(pugi::xml_node parent) {
+    for (ChildTable& table : childTables) {
       if (table.parent == parent.internal_object()) return table;
     }
     wasAsked = true;
@@ -102,14 +117,11 @@ struct Document::Tree {
     table.isComplete = true;
     for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
       if (child.type() != pugi::node_element) continue;
-      const std::string_view name = child.name();
-      auto entry = std::find_if(table.entries.rbegin(), table.entries.rend(),
-                                [name](const ChildTable::Entry& candidate) { return candidate.name == name; });
-      if (entry == table.entries.rend()) {
+      ChildTable::Entry* entry = table.entryOf(child.name());
+      if (entry == nullptr) {
         table.isComplete = table.entries.size() < kMaximumNames;
         if (!table.isComplete) break;
-        table.entries.push_back({name, {}});
-        entry = table.entries.rbegin();
+        entry = &table.entries.emplace_back(ChildTable::Entry{child.name(), Found()});
       }
       entry->found.last = child.internal_object();
       entry->found.count = entry->found.count == 0 ? 1 : 2;
@@ -118,14 +130,13 @@ struct Document::Tree {
   }
 
   [[nodiscard]] Found childByName(pugi::xml_node parent, std::string_view name) {
-    const ChildTable& table = childTableOf(parent);
-    Found found;
+    ChildTable& table = childTableOf(parent);
+    if (name.empty()) return {};
     if (table.isComplete) {
-      for (const ChildTable::Entry& entry : table.entries) {
-        if (entry.name == name) return entry.found;
-      }
-      return found;
+      const ChildTable::Entry* entry = table.entryOf(name);
+      return entry != nullptr ? entry->found : Found();
     }
+    Found found;
     for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
       if (child.type() != pugi::node_element || name != child.name()) continue;
       found.last = child.internal_object();
