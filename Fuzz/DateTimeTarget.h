@@ -127,7 +127,8 @@ inline void callWithAnother(std::string_view text, std::string_view other) {
 inline void callConverter(std::string_view text) {
   using C = MSPCDateTimeConverter;
   if (platform::splitAtNewlines(text).size() > 1) return;
-  for (const auto instant : {C::mppFromMspdiDateTime(text), C::mppFromKvdxDateTime(text), C::mppFromKvdxDateOnly(text)}) {
+  for (const auto instant :
+       {C::mppFromMspdiDateTime(text), C::mppFromKvdxDateTime(text), C::mppFromKvdxDateOnly(text)}) {
     if (!instant) continue;
     static_cast<void>(C::mspdiFromMppDateTime(*instant));
     static_cast<void>(C::kvdxFromMppDateTime(*instant));
@@ -136,8 +137,8 @@ inline void callConverter(std::string_view text) {
   }
 }
 
-/// The input is the choice of a zone and of what is called, a text and, behind a bar, another one. Not all is called for
-/// each input: most conversions compile expressions, which takes far longer than all else.
+/// The input is the choice of a zone and of what is called, a text and, behind a bar, another one. Not all is called
+/// for each input: most conversions compile expressions, which takes far longer than all else.
 inline void fuzzDateTime(std::string_view input) {
   if (input.empty()) return;
   const auto choice = static_cast<unsigned char>(input[0]);
@@ -149,9 +150,13 @@ inline void fuzzDateTime(std::string_view input) {
   checkScan(text);
   checkNumbers(text);
   switch (choice / kFuzzZones.size() % 4) {
-    case 0: return callDurations(text);
-    case 1: return callConversions(text);
-    case 2: return callWithAnother(text, other);
-    default: return callConverter(text);
+    case 0:
+      return callDurations(text);
+    case 1:
+      return callConversions(text);
+    case 2:
+      return callWithAnother(text, other);
+    default:
+      return callConverter(text);
   }
 }

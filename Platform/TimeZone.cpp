@@ -139,7 +139,7 @@ const TimeZone::Span& TimeZone::spanAt(std::int64_t utcSeconds) const {
     return spans_[lastSpan_];
   }
   auto next = std::upper_bound(spans_.begin(), spans_.end(), folded,
-                                     [](std::int64_t seconds, const Span& span) { return seconds < span.from; });
+                               [](std::int64_t seconds, const Span& span) { return seconds < span.from; });
   if (next == spans_.begin() || folded >= std::prev(next)->to) next = spans_.insert(next, rules_->spanAt(folded)) + 1;
   lastSpan_ = static_cast<std::size_t>(next - spans_.begin()) - 1;
   return spans_[lastSpan_];

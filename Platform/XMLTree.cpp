@@ -315,8 +315,8 @@ Node Document::setRoot(Element element) {
 
 Node Document::place(Element element, Node target, Node before) {
   tree_->changed();
-  const bool mustCopy = tree_->isPassing(pugi::xml_node(element.node_.node_)) &&
-                        !tree_->isPassing(pugi::xml_node(target.node_));
+  const bool mustCopy =
+      tree_->isPassing(pugi::xml_node(element.node_.node_)) && !tree_->isPassing(pugi::xml_node(target.node_));
   const Node kept = mustCopy ? element.node_ : element.release();
   pugi::xml_node parent(target.node_);
   const pugi::xml_node child(kept.node_);

@@ -85,7 +85,7 @@ struct Document::Tree {
   std::string bytes;  ///< what the parsed nodes' texts point into
   pugi::xml_document document;
   pugi::xml_node root;
-  pugi::xml_node apart;  ///< parent of the elements that are not part of the tree
+  pugi::xml_node apart;           ///< parent of the elements that are not part of the tree
   pugi::xml_document passing;     ///< where the passing elements are
   std::size_t passingOwners = 0;  ///< how many there are, without those that are part of others
   /// Children of one node by one attribute's value, made at the first question; dropped when anything changes.

@@ -32,8 +32,8 @@ TEST_P(FuzzRegressionTest, KeepsItsProperties) {
   const PinnedZone zone("UTC");
   const ScopedVariable settings("XDG_CONFIG_HOME", "/nonexistent");
   std::vector<std::filesystem::path> files;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(std::string(MSPDI_SOURCE_FOLDER) + "/Fuzz/regressions/" + GetParam().folder)) {
+  for (const auto& entry : std::filesystem::directory_iterator(std::string(MSPDI_SOURCE_FOLDER) + "/Fuzz/regressions/" +
+                                                               GetParam().folder)) {
     files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());

@@ -60,9 +60,7 @@ xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenari
 
   appendHeader(project, topResourceId, topTaskId);  // SaveVersion to CurrencySymbolPosition
   const std::size_t taskCount = readScheduledTasks();
-  if (singleObjectForXQuery(kvdxScenario, "task/prerequisite-task")) {
-    addChildElementWithName(project, "HonorConstraints", "1");
-  }
+  if (hasPrerequisites_) addChildElementWithName(project, "HonorConstraints", "1");
   addChildElementWithName(project, "NewTasksAreManual", "0");
   addChildElementWithName(project, "CalendarUID", "1");
   addChildElementWithName(project, "WeekStartDay", "0");
@@ -122,12 +120,14 @@ void MSPEProjectMapper::appendCurrency(xml::Node project) {
   addChildElementWithName(project, "CurrencySymbolPosition", std::to_string(currency.currencySymbolPosition()));
 }
 
-/// Makes the record of each task and finds the bounds of their priorities; gives the number of tasks.
+/// Makes the record of each task, finds the bounds of their priorities and whether there are links; gives the number of
+/// tasks.
 std::size_t MSPEProjectMapper::readScheduledTasks() {
   const auto tasks = objectsForXQuery(kvdxScenario_, "task");
-  scheduledTasks_.emplace();
+  scheduledTasks_.emplace().reserve(tasks.size());
   for (const xml::Node task : tasks) {
     MSPEScheduledTaskInfo info(task, kvdxScenario_);
+    hasPrerequisites_ = hasPrerequisites_ || !info.prerequisites().empty();
     const std::string uid = info.uid();
     scheduledTasks_->insert_or_assign(uid, std::move(info));
   }

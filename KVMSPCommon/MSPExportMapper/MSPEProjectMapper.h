@@ -92,6 +92,7 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   std::int64_t minTaskPriortiy_ = 0;
   std::int64_t maxTaskPriortiy_ = 0;
   std::optional<ScheduledTasks> scheduledTasks_;
+  bool hasPrerequisites_ = false;
   UidToId taskUidToIdMap_;
   UidToId resourceUidToIdMap_;
   std::int64_t unnamedGroupsCount_ = 0;

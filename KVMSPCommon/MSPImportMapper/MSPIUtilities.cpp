@@ -444,7 +444,8 @@ std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<Insta
   const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
   MSPCDateComponents record;
   record.forceSystemTimezoneforDate(mpp);
-  if (!isFourDigitYear(clock) || record.timeZoneMinute() < 0) return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
+  if (!isFourDigitYear(clock) || record.timeZoneMinute() < 0)
+    return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
   record.fixUTC();
   const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
   record.setCivil(GregorianCalendar::civilFromSeconds(clock - record.secondsFromGMT() + offset));

@@ -77,8 +77,8 @@ class MSPIUtilities {
   static std::optional<platform::Instant> mspdiToMppDateTime(std::string_view mspdi);
   /// Without a zone the text is wall-clock time of the system zone.
   static std::optional<platform::Instant> kvdxToMppDateTime(std::string_view kvdx);
-  /// The instant that the text's MSPDI form names: mspdiToMppDateTime(kvdxToMspdiDateTime(kvdx)). Near a clock change it
-  /// may be another one than kvdxToMppDateTime gives.
+  /// The instant that the text's MSPDI form names: mspdiToMppDateTime(kvdxToMspdiDateTime(kvdx)). Near a clock change
+  /// it may be another one than kvdxToMppDateTime gives.
   static std::optional<platform::Instant> kvdxToMppDateTimeByWallClock(std::string_view kvdx);
   /// Without a zone the text is UTC (unlike kvdxToMppDateTime).
   /// @param calendarUnits the units to print; 0 for date and time. A zone is never printed.
