@@ -102,17 +102,12 @@ Match Query::last(Node context) const {
   if (isNew) {
     Query all = *this;
     all.hasValue_ = false;
-    all.forEach(context, [this, &byValue = entry->second](Node node) {
-      auto& found = byValue[node.attribute(attribute_).value()];
-      found.last = node.node_;
-      found.count = found.count == 0 ? 1 : 2;
+    all.forEach(context, [this, &lookup = entry->second](Node node) {
+      lookup.add(node.attribute(attribute_).value(), node.node_);
     });
   }
-  if (const auto found = entry->second.find(value_); found != entry->second.end()) {
-    match.last = Node(found->second.last, context.document_);
-    match.count = found->second.count;
-  }
-  return match;
+  const auto found = entry->second.find(value_);
+  return {Node(found.last, found.last != nullptr ? context.document_ : nullptr), found.count};
 }
 
 }  // namespace xml

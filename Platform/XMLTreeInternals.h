@@ -44,7 +44,37 @@ struct Document::Tree {
     pugi::xml_node_struct* last = nullptr;
     int count = 0;
   };
-  using Lookup = std::unordered_map<std::string_view, Found>;
+
+  /// Children of one node by the value of one attribute. Nearly all questions come in document order, so the value
+  /// behind the last one asked for is tried first: in a large plan each look into the table waits for memory.
+  class Lookup {
+   public:
+    void add(std::string_view value, pugi::xml_node_struct* node) {
+      const auto [position, isNew] = positions_.try_emplace(value, entries_.size());
+      if (isNew) entries_.push_back({value, {}});
+      Found& found = entries_[position->second].found;
+      found.last = node;
+      found.count = found.count == 0 ? 1 : 2;
+    }
+    [[nodiscard]] Found find(std::string_view value) {
+      if (next_ >= entries_.size() || entries_[next_].value != value) {
+        const auto position = positions_.find(value);
+        if (position == positions_.end()) return {};
+        next_ = position->second;
+      }
+      return entries_[next_++].found;
+    }
+
+   private:
+    struct Entry {
+      std::string_view value;
+      Found found;
+    };
+    std::vector<Entry> entries_;  ///< each value once, in document order
+    std::unordered_map<std::string_view, std::size_t> positions_;
+    std::size_t next_ = 0;
+  };
+
   struct LookupKey {
     const void* parent;
     std::string name;

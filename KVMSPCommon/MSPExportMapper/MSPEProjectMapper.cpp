@@ -125,6 +125,7 @@ void MSPEProjectMapper::appendCurrency(xml::Node project) {
 std::size_t MSPEProjectMapper::readScheduledTasks() {
   const auto tasks = objectsForXQuery(kvdxScenario_, "task");
   scheduledTasks_.emplace().reserve(tasks.size());
+  taskUidToIdMap_.reserve(tasks.size());
   for (const xml::Node task : tasks) {
     MSPEScheduledTaskInfo info(task, kvdxScenario_);
     hasPrerequisites_ = hasPrerequisites_ || !info.prerequisites().empty();
