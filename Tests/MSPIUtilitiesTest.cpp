@@ -178,6 +178,29 @@ TEST(MSPIUtilitiesTest, DateTimeConversions) {
   EXPECT_EQ(Utilities::compareMspdiDateTime("2011-10-01", "2011-9-1"), 1);  // instants, not texts
 }
 
+/// Conversions that leave out the text between two others give what those give, near clock changes and at the ends of
+/// the years with four digits, too.
+TEST(MSPIUtilitiesTest, ConversionsWithoutATextBetweenAgree) {
+  std::mt19937 random(8);  // NOLINT: the same numbers each time
+  std::set<std::string> years;
+  for (const char* name : {"UTC", "Europe/Berlin", "America/St_Johns", "Australia/Lord_Howe", "Africa/Monrovia"}) {
+    const PinnedZone zone(name);
+    for (int i = 0; i < 3000; ++i) {
+      const int year = std::array{999, 1000, 1910, 1972, 2011, 2026, 9999, 10000}[random() % 8];
+      const std::string zoneText = std::array{"", "Z", "+05:30", "-11:00"}[random() % 4];
+      const std::string kvdx = fmt::format("{:04d}-{:02d}-{:02d}T{:02d}:{:02d}:00{}", year, random() % 13,
+                                           random() % 33, random() % 25, random() % 60, zoneText);
+      const auto mspdi = Utilities::kvdxToMspdiDateTime(kvdx);
+      const auto instant = Utilities::kvdxToMppDateTimeByWallClock(kvdx);
+      EXPECT_EQ(shown(instant), shown(Utilities::mspdiToMppDateTime(*mspdi))) << kvdx << " in " << name;
+      const auto longWay = Utilities::kvdxToMspdiDateTime(*Utilities::mppToKvdxDateTime(instant));
+      EXPECT_EQ(Utilities::mppToMspdiDateTime(instant), longWay) << kvdx << " in " << name;
+      years.insert(mspdi->substr(0, mspdi->find('-')));
+    }
+  }
+  EXPECT_GE(years.size(), 8U);
+}
+
 TEST(MSPIUtilitiesTest, DumpsDocuments) {
   const ScratchFolder folder;
   const auto dump = [document = parsed("<a/>")](const std::string& url, std::optional<std::string_view> name) {

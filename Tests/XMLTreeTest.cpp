@@ -129,3 +129,28 @@ TEST(XMLTreeTest, Building) {
   EXPECT_EQ(found("1"), first);
   EXPECT_EQ(root.markup(), "<s><t id=\"2\">x<u/></t><t id=\"1\">x<u/></t><t id=\"3\">x<u/></t></s>");
 }
+
+/// Elements that share memory stay whole as long as one of them has an owner, and are copied into what stays.
+TEST(XMLTreeTest, PassingElements) {
+  xml::Document document;
+  const xml::Node root = document.setRoot(document.newElement("r"));
+  for (int round = 0; round < 3; ++round) {
+    xml::Element outer = document.newPassingElement("outer");
+    {
+      xml::Element inner = document.newPassingElement("inner");
+      inner.node().appendText("text");
+      xml::Element copy = inner.node().copy();
+      outer.node().appendFinished(std::move(inner));  // one passing element in another is moved
+      outer.node().insert(std::move(copy), 0);
+    }
+    xml::Element other = document.newPassingElement("other");
+    const xml::Node kept = root.append(std::move(other));
+    kept.setAttribute("n", std::to_string(round));
+    EXPECT_EQ(outer.node().markup(), "<outer><inner>text</inner><inner>text</inner></outer>");
+    root.appendFinished(std::move(outer));
+  }
+  EXPECT_EQ(root.markup(), "<r><other n=\"0\"/><other n=\"1\"/><other n=\"2\"/></r>");
+  std::string bytes;
+  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
+  EXPECT_EQ(xml::Query("outer/inner").all(parsed(bytes)->root()).size(), 6U);
+}
