@@ -3,6 +3,7 @@
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 
@@ -16,10 +17,27 @@ void refuseDefault(void* parser, const xmlChar*, const xmlChar*, int, int, const
   if (value != nullptr) xmlStopParser(static_cast<xmlParserCtxt*>(parser));
 }
 
+/// The most attributes that one tag seems to have. NULs are skipped: they are every other byte in UTF-16.
+std::size_t mostAttributes(std::string_view bytes) {
+  std::size_t most = 0;
+  std::size_t count = 0;
+  char previous = '\0';
+  for (const char c : bytes) {
+    if (c == '\0') continue;
+    if (c == '<') count = 0;
+    if (previous == '=' && (c == '"' || c == '\'')) most = std::max(most, ++count);
+    previous = c;
+  }
+  return most;
+}
+
 }  // namespace
 
 std::optional<std::string> repaired(std::string_view bytes) {
   if (bytes.empty() || bytes.size() > INT_MAX) return std::nullopt;
+  // The parser compares each attribute of a tag with each other.
+  constexpr std::size_t kMaximumAttributes = 10'000;
+  if (mostAttributes(bytes) > kMaximumAttributes) return std::nullopt;
   // What is behind the parser's limits on depth and size would be lost, so they are off. They are there against
   // declarations that make much out of little: entities, which are not taken in, and attributes' defaults.
   constexpr int kOptions =

@@ -96,6 +96,8 @@ void expectAll(std::initializer_list<Bad> rows) {
 
 TEST(BadInput, DocumentsThatAreNoXML) {
   const std::string wide = plan("Cafe");
+  std::string attributes;
+  for (int i = 0; i < 100'000; ++i) attributes += fmt::format(" a{}=''", i);
   const std::string controls = "a&#1;&#x1F;\x01&#xD800;&#xDFFF;&#xFFFE;&#x110000;b";
   expectAll({
       {__LINE__, "", kNoDocument},
@@ -109,6 +111,8 @@ TEST(BadInput, DocumentsThatAreNoXML) {
       {__LINE__, "<scenario>" + repeated("<x>", 200000), kRepaired + failed(kNoTop)},
       {__LINE__, plan(repeated("<x>", 200000) + "a" + repeated("</x>", 200000)), "", "<Name>a</Name>"},
       {__LINE__, plan("a</title><title x='" + std::string(50'000'000, 'b') + "'>"), "", "<Name />"},
+      {__LINE__, plan("a</title><title" + attributes + ">b"), "", "<Name>b</Name>"},
+      {__LINE__, plan("a</title><title" + attributes + "><b>"), kNoDocument},
       {__LINE__, plan(controls), "", "<Name>ab</Name>"},
   });
 }
