@@ -21,7 +21,7 @@ std::string_view attributeValue(pugi::xml_node node, std::string_view name, bool
 
 bool Query::holdsFor(Node node) const {
   const pugi::xml_node element(node.node_);
-  if (name_ != element.name()) return false;
+  if (element.type() != pugi::node_element || name_ != element.name()) return false;
   if (attribute_.empty()) return true;
   bool found = false;
   const std::string_view value = attributeValue(element, attribute_, found);
@@ -51,7 +51,7 @@ void Query::forEach(Node context, Visit visit) const {
     const pugi::xml_node top = context.document_->tree_->root;
     for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
       const Node candidate(node.internal_object(), context.document_);
-      if (node.type() == pugi::node_element && holdsFor(candidate) && endsPath(candidate)) visit(candidate);
+      if (holdsFor(candidate) && endsPath(candidate)) visit(candidate);
     }
     return;
   }
@@ -67,18 +67,25 @@ void Query::forEach(Node context, Visit visit) const {
   }
   for (const pugi::xml_node child : pugi::xml_node(context.node_).children()) {
     const Node candidate(child.internal_object(), context.document_);
-    if (child.type() == pugi::node_element && holdsFor(candidate)) visit(candidate);
+    if (holdsFor(candidate)) visit(candidate);
   }
 }
 
 std::vector<Node> Query::all(Node context) const {
   std::vector<Node> matches;
   if (!context) return matches;
-  // Most questions for lists are about what an object has none of.
-  if (isPlainName() && context.document_->tree_->childByName(pugi::xml_node(context.node_), name_).count == 0) {
+  if (!isPlainName()) {
+    forEach(context, [&matches](Node node) { matches.push_back(node); });
     return matches;
   }
-  forEach(context, [&matches](Node node) { matches.push_back(node); });
+  // Most questions for lists are about what an object has none or one of.
+  const auto found = context.document_->tree_->childByName(pugi::xml_node(context.node_), name_);
+  for (pugi::xml_node child(found.first); child; child = child.next_sibling()) {
+    const bool isLast = child.internal_object() == found.last;
+    const Node candidate(child.internal_object(), context.document_);
+    if (isLast || holdsFor(candidate)) matches.push_back(candidate);
+    if (isLast) break;
+  }
   return matches;
 }
 

@@ -41,8 +41,15 @@ inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node to
 
 struct Document::Tree {
   struct Found {
+    pugi::xml_node_struct* first = nullptr;
     pugi::xml_node_struct* last = nullptr;
-    int count = 0;
+    int count = 0;  ///< 2 stands for several
+
+    void add(pugi::xml_node_struct* node) {
+      if (count == 0) first = node;
+      last = node;
+      count = count == 0 ? 1 : 2;
+    }
   };
 
   /// Children of one node by the value of one attribute. Nearly all questions come in document order, so the value
@@ -52,9 +59,7 @@ struct Document::Tree {
     void add(std::string_view value, pugi::xml_node_struct* node) {
       const auto [position, isNew] = positions_.try_emplace(value, entries_.size());
       if (isNew) entries_.push_back({value, {}});
-      Found& found = entries_[position->second].found;
-      found.last = node;
-      found.count = found.count == 0 ? 1 : 2;
+      entries_[position->second].found.add(node);
     }
     [[nodiscard]] Found find(std::string_view value) {
       if (next_ >= entries_.size() || entries_[next_].value != value) {
@@ -153,8 +158,7 @@ struct Document::Tree {
         if (!table.isComplete) break;
         entry = &table.entries.emplace_back(ChildTable::Entry{child.name(), Found()});
       }
-      entry->found.last = child.internal_object();
-      entry->found.count = entry->found.count == 0 ? 1 : 2;
+      entry->found.add(child.internal_object());
     }
     return table;
   }
@@ -169,8 +173,7 @@ struct Document::Tree {
     Found found;
     for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
       if (child.type() != pugi::node_element || name != child.name()) continue;
-      found.last = child.internal_object();
-      found.count = found.count == 0 ? 1 : 2;
+      found.add(child.internal_object());
     }
     return found;
   }
