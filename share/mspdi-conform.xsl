@@ -10,15 +10,16 @@
     xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
     xmlns:ms="http://schemas.microsoft.com/project"
     xmlns:exsl="http://exslt.org/common"
+    xmlns:str="http://exslt.org/strings"
     xmlns="http://schemas.microsoft.com/project"
-    exclude-result-prefixes="ms exsl">
+    exclude-result-prefixes="ms exsl str">
 
   <xsl:output method="xml" encoding="UTF-8" indent="yes"/>
 
   <!-- Names a project that has no title. -->
   <xsl:param name="base-name" select="'Project'"/>
 
-  <!-- The published orders. Each name stands between blanks. -->
+  <!-- The published orders, but for those of which there are many. Each name stands between blanks. -->
   <xsl:variable name="project-order" select="concat(' ', normalize-space('
       SaveVersion Name Title ScheduleFromStart StartDate FinishDate CurrencyDigits CurrencySymbol CurrencyCode
       CurrencySymbolPosition CalendarUID HonorConstraints WeekStartDay NewTasksAreManual ProjectExternallyEdited
@@ -30,19 +31,9 @@
   <xsl:variable name="exception-order" select="concat(' ', normalize-space('
       EnteredByOccurrences TimePeriod Occurrences Name Type DayWorking WorkingTimes'), ' ')"/>
   <xsl:variable name="work-week-order" select="' TimePeriod Name WeekDays '"/>
-  <xsl:variable name="task-order" select="concat(' ', normalize-space('
-      UID ID Name Active Manual Type IsNull WBS OutlineNumber OutlineLevel Priority Start Finish Duration Work
-      EffortDriven Estimated Milestone Summary FixedCost PercentComplete PercentWorkComplete ActualStart ActualFinish
-      ConstraintType ConstraintDate LevelingCanSplit IgnoreResourceCalendar Notes PredecessorLink ExtendedAttribute
-      Baseline'), ' ')"/>
-  <xsl:variable name="link-order" select="' PredecessorUID Type LinkLag LagFormat '"/>
-  <xsl:variable name="baseline-order" select="' Number Start Finish Duration Work FixedCost '"/>
   <xsl:variable name="resource-order" select="concat(' ', normalize-space('
       UID ID Name Type IsNull Group EmailAddress MaxUnits StandardRate StandardRateFormat CostPerUse CalendarUID Notes
       ExtendedAttribute Baseline'), ' ')"/>
-  <xsl:variable name="assignment-order" select="concat(' ', normalize-space('
-      UID TaskUID ResourceUID PercentWorkComplete ActualFinish ActualStart Finish Milestone RemainingWork Start Units
-      Work Baseline TimephasedData'), ' ')"/>
   <xsl:variable name="timephased-order" select="' Type UID Start Finish Unit Value '"/>
 
   <!-- The numbers of Text1 to Text30, ten characters each. -->
@@ -55,11 +46,14 @@
       205521122 205521123 205521124 205521125 205521126 205521127 205521128 205521129 205521130 205521131 205521132
       205521133 205521134 205521135 205521136 205521137 205521138 205521139 205521140')"/>
 
-  <xsl:key name="definition" match="ms:ExtendedAttributes/ms:ExtendedAttribute" use="ms:FieldID"/>
+  <!-- With whole paths, so that they are not looked for in all of the tree. -->
+  <xsl:key name="definition" match="/ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute" use="ms:FieldID"/>
   <!-- The tasks and resources that have a value of the field. -->
-  <xsl:key name="holder" match="ms:Task | ms:Resource" use="ms:ExtendedAttribute/ms:FieldID"/>
-  <xsl:key name="done-task" match="ms:Task[ms:PercentComplete = 100]" use="ms:UID"/>
-  <xsl:key name="row" match="row" use="@at"/>
+  <xsl:key name="holder" match="/ms:Project/ms:Tasks/ms:Task | /ms:Project/ms:Resources/ms:Resource"
+           use="ms:ExtendedAttribute/ms:FieldID"/>
+  <xsl:key name="calendar" match="/ms:Project/ms:Calendars/ms:Calendar" use="substring(ms:Name, 1, 51)"/>
+  <xsl:key name="done-task" match="/ms:Project/ms:Tasks/ms:Task[ms:PercentComplete = 100]" use="ms:UID"/>
+  <xsl:key name="row" match="/row" use="@at"/>
 
   <!--
     The definitions, and the first of each alias and of each number. Sorted, the first ones are those that differ from
@@ -179,7 +173,7 @@
   <xsl:template match="node()"><xsl:copy-of select="."/></xsl:template>
 
   <xsl:template match="ms:Calendars | ms:WeekDays | ms:TimePeriod | ms:WorkingTimes | ms:WorkingTime | ms:WorkWeeks |
-                       ms:Resources | ms:Assignments">
+                       ms:Tasks | ms:Resources | ms:Assignments">
     <xsl:copy>
       <xsl:copy-of select="@*"/>
       <xsl:apply-templates select="*"/>
@@ -219,12 +213,12 @@
     <xsl:call-template name="say-left-out">
       <xsl:with-param name="is-resource" select="false()"/>
       <xsl:with-param name="kind" select="'task'"/>
-      <xsl:with-param name="values" select="../ms:Tasks/ms:Task/ms:ExtendedAttribute"/>
+      <xsl:with-param name="objects" select="../ms:Tasks/ms:Task"/>
     </xsl:call-template>
     <xsl:call-template name="say-left-out">
       <xsl:with-param name="is-resource" select="true()"/>
       <xsl:with-param name="kind" select="'resource'"/>
-      <xsl:with-param name="values" select="../ms:Resources/ms:Resource/ms:ExtendedAttribute"/>
+      <xsl:with-param name="objects" select="../ms:Resources/ms:Resource"/>
     </xsl:call-template>
     <xsl:copy>
       <xsl:copy-of select="@*"/>
@@ -296,12 +290,12 @@
   <xsl:template name="say-left-out">
     <xsl:param name="is-resource"/>
     <xsl:param name="kind"/>
-    <xsl:param name="values"/>
+    <xsl:param name="objects"/>
     <xsl:variable name="fields-left-out" select="count($fields/row[not(@id)][starts-with(@at, $is-resource)])"/>
     <xsl:if test="$fields-left-out">
       <!-- One character for each value. -->
       <xsl:variable name="values-left-out">
-        <xsl:for-each select="$values">
+        <xsl:for-each select="$objects/ms:ExtendedAttribute">
           <xsl:variable name="number"><xsl:apply-templates select="." mode="number"/></xsl:variable>
           <xsl:if test="$number = 'none'">x</xsl:if>
         </xsl:for-each>
@@ -334,10 +328,17 @@
   <xsl:template match="ms:Calendar/ms:Name">
     <xsl:choose>
       <xsl:when test="string-length() &gt; 51">
-        <xsl:copy><xsl:value-of select="substring(., 1, 51)"/></xsl:copy>
+        <!-- When another one begins with the same 51 characters, the UID tells them apart. -->
+        <xsl:variable name="end">
+          <xsl:if test="key('calendar', substring(., 1, 51))[2]">
+            <xsl:value-of select="concat(' (', ../ms:UID, ')')"/>
+          </xsl:if>
+        </xsl:variable>
+        <xsl:variable name="name" select="concat(substring(., 1, 51 - string-length($end)), $end)"/>
+        <xsl:copy><xsl:value-of select="$name"/></xsl:copy>
         <xsl:message>
-          <xsl:value-of select="concat('calendar ', ../ms:UID, ': &quot;', ., '&quot; is now &quot;',
-                                substring(., 1, 51), '&quot;')"/>
+          <xsl:value-of select="concat('calendar ', ../ms:UID, ': &quot;', ., '&quot; is now &quot;', $name,
+                                '&quot;')"/>
         </xsl:message>
       </xsl:when>
       <xsl:when test="normalize-space()"><xsl:copy-of select="."/></xsl:when>
@@ -366,159 +367,247 @@
   </xsl:template>
 
   <!-- All days of a work week say the same, so the first of a weekday stands for the others. -->
-  <xsl:template match="ms:WorkWeek/ms:WeekDays/ms:WeekDay[ms:DayType = preceding-sibling::ms:WeekDay/ms:DayType]"
-                priority="1"/>
+  <xsl:template match="ms:WorkWeek/ms:WeekDays">
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:apply-templates select="ms:WeekDay[ms:DayType = 1][1] | ms:WeekDay[ms:DayType = 2][1] |
+                                   ms:WeekDay[ms:DayType = 3][1] | ms:WeekDay[ms:DayType = 4][1] |
+                                   ms:WeekDay[ms:DayType = 5][1] | ms:WeekDay[ms:DayType = 6][1] |
+                                   ms:WeekDay[ms:DayType = 7][1]"/>
+    </xsl:copy>
+  </xsl:template>
 
   <!-- Tasks -->
 
   <!--
     The outline number of a task follows from that of the task in front of it, which a loop cannot hand on; a recursion
-    from task to task would get too deep. So tasks go in runs of 200: a run is written, then walked again for the state
-    that the next run begins with. The state has an entry ";level=number of the parent.|count" for each level down to
-    the current one, such as ";1=|3;2=3.|2;" behind task 3.2.
+    from task to task would get too deep. So tasks go in runs of 200, and the next run begins with the end of the last.
+    A row for each task says its number, such as 3.2.5: in the recursion that is $parent "3.2.", $count 5, $depth 3.
   -->
-  <xsl:template match="ms:Tasks">
-    <xsl:copy>
-      <xsl:copy-of select="@*"/>
-      <xsl:apply-templates select="ms:Task[1]" mode="run"/>
-      <xsl:apply-templates select="*[not(self::ms:Task)]"/>
-    </xsl:copy>
-  </xsl:template>
+  <xsl:variable name="outline-rows">
+    <xsl:apply-templates select="/ms:Project/ms:Tasks/ms:Task[1]" mode="run"/>
+  </xsl:variable>
+  <xsl:variable name="outline" select="exsl:node-set($outline-rows)"/>
 
   <xsl:template match="ms:Task" mode="run">
-    <xsl:param name="state"/>
-    <xsl:apply-templates select="." mode="walk">
-      <xsl:with-param name="state" select="$state"/>
-      <xsl:with-param name="writes" select="true()"/>
-    </xsl:apply-templates>
-    <xsl:variable name="next" select="following-sibling::ms:Task[200]"/>
-    <xsl:if test="$next">
-      <xsl:variable name="next-state">
-        <xsl:apply-templates select="." mode="walk">
-          <xsl:with-param name="state" select="$state"/>
-          <xsl:with-param name="writes" select="false()"/>
-        </xsl:apply-templates>
-      </xsl:variable>
-      <xsl:apply-templates select="$next" mode="run">
-        <xsl:with-param name="state" select="string($next-state)"/>
+    <xsl:param name="parent"/>
+    <xsl:param name="count" select="0"/>
+    <xsl:param name="depth" select="1"/>
+    <xsl:variable name="rows">
+      <xsl:apply-templates select="." mode="outline">
+        <xsl:with-param name="parent" select="$parent"/>
+        <xsl:with-param name="count" select="$count"/>
+        <xsl:with-param name="depth" select="$depth"/>
+        <xsl:with-param name="left" select="200"/>
       </xsl:apply-templates>
-    </xsl:if>
-  </xsl:template>
-
-  <!-- Writes the tasks of a run, or else its last state. -->
-  <xsl:template match="ms:Task" mode="walk">
-    <xsl:param name="state"/>
-    <xsl:param name="writes"/>
-    <xsl:param name="left" select="200"/>
-    <xsl:variable name="own-state">
-      <xsl:call-template name="state-after">
-        <xsl:with-param name="state" select="$state"/>
-        <xsl:with-param name="level" select="number(ms:OutlineLevel)"/>
-      </xsl:call-template>
     </xsl:variable>
-    <xsl:if test="$writes">
-      <xsl:apply-templates select=".">
-        <xsl:with-param name="state" select="string($own-state)"/>
-      </xsl:apply-templates>
-    </xsl:if>
-    <xsl:choose>
-      <xsl:when test="$left &gt; 1">
-        <xsl:apply-templates select="following-sibling::ms:Task[1]" mode="walk">
-          <xsl:with-param name="state" select="string($own-state)"/>
-          <xsl:with-param name="writes" select="$writes"/>
-          <xsl:with-param name="left" select="$left - 1"/>
-        </xsl:apply-templates>
-      </xsl:when>
-      <xsl:when test="not($writes)"><xsl:value-of select="$own-state"/></xsl:when>
-    </xsl:choose>
+    <xsl:copy-of select="exsl:node-set($rows)/row"/>
+    <xsl:variable name="end" select="exsl:node-set($rows)/end"/>
+    <xsl:apply-templates select="following-sibling::ms:Task[200]" mode="run">
+      <xsl:with-param name="parent" select="string($end/@parent)"/>
+      <xsl:with-param name="count" select="number($end/@count)"/>
+      <xsl:with-param name="depth" select="number($end/@depth)"/>
+    </xsl:apply-templates>
   </xsl:template>
 
-  <xsl:template name="state-after">
-    <xsl:param name="state"/>
-    <xsl:param name="level"/>
-    <xsl:param name="first" select="1"/>
-    <xsl:variable name="mark" select="concat(';', $level, '=')"/>
-    <xsl:variable name="entry" select="substring-before(substring-after($state, $mark), ';')"/>
-    <xsl:variable name="above" select="substring-before(substring-after($state, concat(';', $level - 1, '=')), ';')"/>
+  <!-- The parameters are those of the task in front. -->
+  <xsl:template match="ms:Task" mode="outline">
+    <xsl:param name="parent"/>
+    <xsl:param name="count"/>
+    <xsl:param name="depth"/>
+    <xsl:param name="left"/>
+    <xsl:variable name="level" select="floor(ms:OutlineLevel)"/>
     <xsl:choose>
-      <xsl:when test="not($level &gt;= 1)"/>
-      <xsl:when test="$entry">
-        <xsl:value-of select="concat(substring-before($state, $mark), $mark, substring-before($entry, '|'), '|',
-                              substring-after($entry, '|') + 1, ';')"/>
+      <xsl:when test="$level = $depth">
+        <xsl:call-template name="outline-from">
+          <xsl:with-param name="parent" select="$parent"/>
+          <xsl:with-param name="count" select="$count + 1"/>
+          <xsl:with-param name="depth" select="$level"/>
+          <xsl:with-param name="left" select="$left"/>
+        </xsl:call-template>
       </xsl:when>
-      <xsl:when test="$level = 1"><xsl:value-of select="concat(';1=|', $first, ';')"/></xsl:when>
-      <xsl:when test="$above">
-        <xsl:value-of select="concat($state, $level, '=', translate($above, '|', ''), '.|', $first, ';')"/>
+      <!-- A task that is missing above, because a level is skipped, counts as the first one. -->
+      <xsl:when test="$level &gt; $depth">
+        <xsl:call-template name="outline-from">
+          <xsl:with-param name="parent" select="concat($parent, $count + not($count), '.',
+                                                       str:padding(2 * ($level - $depth - 1), '1.'))"/>
+          <xsl:with-param name="count" select="1"/>
+          <xsl:with-param name="depth" select="$level"/>
+          <xsl:with-param name="left" select="$left"/>
+        </xsl:call-template>
       </xsl:when>
-      <!-- A level is skipped: its part of the number is 0. -->
-      <xsl:otherwise>
-        <xsl:variable name="filled">
-          <xsl:call-template name="state-after">
-            <xsl:with-param name="state" select="$state"/>
-            <xsl:with-param name="level" select="$level - 1"/>
-            <xsl:with-param name="first" select="0"/>
+      <xsl:when test="$level &gt;= 1">
+        <xsl:variable name="rest">
+          <xsl:call-template name="behind-parts">
+            <xsl:with-param name="number" select="$parent"/>
+            <xsl:with-param name="parts" select="$level - 1"/>
           </xsl:call-template>
         </xsl:variable>
-        <xsl:call-template name="state-after">
-          <xsl:with-param name="state" select="string($filled)"/>
-          <xsl:with-param name="level" select="$level"/>
-          <xsl:with-param name="first" select="$first"/>
+        <xsl:call-template name="outline-from">
+          <xsl:with-param name="parent" select="substring($parent, 1, string-length($parent) - string-length($rest))"/>
+          <xsl:with-param name="count" select="substring-before($rest, '.') + 1"/>
+          <xsl:with-param name="depth" select="$level"/>
+          <xsl:with-param name="left" select="$left"/>
+        </xsl:call-template>
+      </xsl:when>
+      <!-- The project's own task. -->
+      <xsl:otherwise>
+        <xsl:call-template name="outline-from">
+          <xsl:with-param name="number" select="0"/>
+          <xsl:with-param name="parent" select="$parent"/>
+          <xsl:with-param name="count" select="$count"/>
+          <xsl:with-param name="depth" select="$depth"/>
+          <xsl:with-param name="left" select="$left"/>
         </xsl:call-template>
       </xsl:otherwise>
     </xsl:choose>
   </xsl:template>
 
-  <xsl:template match="ms:Task">
-    <xsl:param name="state"/>
-    <xsl:variable name="entry" select="substring-before(substring-after($state, concat(';', number(ms:OutlineLevel),
-                                                                                       '=')), ';')"/>
-    <xsl:variable name="added">
-      <xsl:variable name="number">
-        <xsl:choose>
-          <xsl:when test="$entry"><xsl:value-of select="translate($entry, '|', '')"/></xsl:when>
-          <xsl:otherwise>0</xsl:otherwise>
-        </xsl:choose>
-      </xsl:variable>
-      <WBS><xsl:value-of select="$number"/></WBS>
-      <OutlineNumber><xsl:value-of select="$number"/></OutlineNumber>
-      <xsl:if test="ms:PercentComplete = 100">
-        <xsl:call-template name="actual-dates">
-          <xsl:with-param name="start" select="ms:Start"/>
-          <xsl:with-param name="finish" select="ms:Finish"/>
-        </xsl:call-template>
-      </xsl:if>
-    </xsl:variable>
-    <xsl:call-template name="in-order">
-      <xsl:with-param name="order" select="$task-order"/>
-      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
-    </xsl:call-template>
+  <xsl:template name="outline-from">
+    <xsl:param name="parent"/>
+    <xsl:param name="count"/>
+    <xsl:param name="depth"/>
+    <xsl:param name="left"/>
+    <xsl:param name="number" select="concat($parent, $count)"/>
+    <row at="{generate-id()}" number="{$number}" xmlns=""/>
+    <xsl:choose>
+      <xsl:when test="$left = 1"><end parent="{$parent}" count="{$count}" depth="{$depth}" xmlns=""/></xsl:when>
+      <xsl:otherwise>
+        <xsl:apply-templates select="following-sibling::ms:Task[1]" mode="outline">
+          <xsl:with-param name="parent" select="$parent"/>
+          <xsl:with-param name="count" select="$count"/>
+          <xsl:with-param name="depth" select="$depth"/>
+          <xsl:with-param name="left" select="$left - 1"/>
+        </xsl:apply-templates>
+      </xsl:otherwise>
+    </xsl:choose>
   </xsl:template>
 
-  <!-- The numbers worked out replace these; in $added they have no task above them and are copied. -->
-  <xsl:template match="ms:Task/ms:WBS | ms:Task/ms:OutlineNumber"/>
+  <!-- What stands in a number behind its first parts: "5." in "3.2.5." behind two. -->
+  <xsl:template name="behind-parts">
+    <xsl:param name="number"/>
+    <xsl:param name="parts"/>
+    <xsl:choose>
+      <xsl:when test="$parts = 0"><xsl:value-of select="$number"/></xsl:when>
+      <xsl:otherwise>
+        <xsl:call-template name="behind-parts">
+          <xsl:with-param name="number" select="substring-after($number, '.')"/>
+          <xsl:with-param name="parts" select="$parts - 1"/>
+        </xsl:call-template>
+      </xsl:otherwise>
+    </xsl:choose>
+  </xsl:template>
 
-  <xsl:template name="actual-dates">
-    <xsl:param name="start"/>
-    <xsl:param name="finish"/>
-    <xsl:if test="not(normalize-space(ms:ActualStart))">
-      <ActualStart><xsl:value-of select="$start"/></ActualStart>
-    </xsl:if>
-    <xsl:if test="not(normalize-space(ms:ActualFinish))">
-      <ActualFinish><xsl:value-of select="$finish"/></ActualFinish>
-    </xsl:if>
+  <!-- Tasks, and what else there are many of, have the published order here: sorting their children would take long.
+       What the order does not name goes last. -->
+  <xsl:template match="ms:Task">
+    <xsl:variable name="id" select="generate-id()"/>
+    <xsl:variable name="done" select="self::*[ms:PercentComplete = 100]"/>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:copy-of select="ms:UID"/>
+      <xsl:copy-of select="ms:ID"/>
+      <xsl:copy-of select="ms:Name"/>
+      <xsl:copy-of select="ms:Active"/>
+      <xsl:copy-of select="ms:Manual"/>
+      <xsl:copy-of select="ms:Type"/>
+      <xsl:copy-of select="ms:IsNull"/>
+      <xsl:for-each select="$outline">
+        <xsl:variable name="number" select="key('row', $id)/@number"/>
+        <WBS><xsl:value-of select="$number"/></WBS>
+        <OutlineNumber><xsl:value-of select="$number"/></OutlineNumber>
+      </xsl:for-each>
+      <xsl:copy-of select="ms:OutlineLevel"/>
+      <xsl:copy-of select="ms:Priority"/>
+      <xsl:copy-of select="ms:Start[normalize-space()]"/>
+      <xsl:copy-of select="ms:Finish[normalize-space()]"/>
+      <xsl:copy-of select="ms:Duration"/>
+      <xsl:copy-of select="ms:Work"/>
+      <xsl:copy-of select="ms:EffortDriven"/>
+      <xsl:copy-of select="ms:Estimated"/>
+      <xsl:copy-of select="ms:Milestone"/>
+      <xsl:copy-of select="ms:Summary"/>
+      <xsl:copy-of select="ms:FixedCost"/>
+      <xsl:copy-of select="ms:PercentComplete"/>
+      <xsl:copy-of select="ms:PercentWorkComplete"/>
+      <xsl:call-template name="actual-start"><xsl:with-param name="done" select="$done"/></xsl:call-template>
+      <xsl:call-template name="actual-finish"><xsl:with-param name="done" select="$done"/></xsl:call-template>
+      <xsl:copy-of select="ms:ConstraintType"/>
+      <xsl:copy-of select="ms:ConstraintDate[normalize-space()]"/>
+      <xsl:copy-of select="ms:LevelingCanSplit"/>
+      <xsl:copy-of select="ms:IgnoreResourceCalendar"/>
+      <xsl:copy-of select="ms:Notes"/>
+      <xsl:apply-templates select="ms:PredecessorLink"/>
+      <xsl:apply-templates select="ms:ExtendedAttribute"/>
+      <xsl:apply-templates select="ms:Baseline"/>
+      <xsl:apply-templates select="* | comment()" mode="others-of-task"/>
+    </xsl:copy>
+  </xsl:template>
+  <xsl:template match="ms:UID | ms:ID | ms:Name | ms:Active | ms:Manual | ms:Type | ms:IsNull | ms:WBS |
+                       ms:OutlineNumber | ms:OutlineLevel | ms:Priority | ms:Start | ms:Finish | ms:Duration |
+                       ms:Work | ms:EffortDriven | ms:Estimated | ms:Milestone | ms:Summary | ms:FixedCost |
+                       ms:PercentComplete | ms:PercentWorkComplete | ms:ActualStart | ms:ActualFinish |
+                       ms:ConstraintType | ms:ConstraintDate | ms:LevelingCanSplit | ms:IgnoreResourceCalendar |
+                       ms:Notes | ms:PredecessorLink | ms:ExtendedAttribute | ms:Baseline"
+                mode="others-of-task"/>
+  <xsl:template match="node()" mode="others-of-task"><xsl:copy-of select="."/></xsl:template>
+
+  <!-- In $done is the task when it is 100 percent complete. -->
+  <xsl:template name="actual-start">
+    <xsl:param name="done"/>
+    <xsl:choose>
+      <xsl:when test="normalize-space(ms:ActualStart)"><xsl:copy-of select="ms:ActualStart"/></xsl:when>
+      <xsl:when test="not($done)"/>
+      <xsl:when test="normalize-space(ms:Start)"><ActualStart><xsl:value-of select="ms:Start"/></ActualStart></xsl:when>
+      <xsl:when test="normalize-space($done/ms:Start)">
+        <ActualStart><xsl:value-of select="$done/ms:Start"/></ActualStart>
+      </xsl:when>
+    </xsl:choose>
+  </xsl:template>
+
+  <xsl:template name="actual-finish">
+    <xsl:param name="done"/>
+    <xsl:choose>
+      <xsl:when test="normalize-space(ms:ActualFinish)"><xsl:copy-of select="ms:ActualFinish"/></xsl:when>
+      <xsl:when test="not($done)"/>
+      <xsl:when test="normalize-space(ms:Finish)">
+        <ActualFinish><xsl:value-of select="ms:Finish"/></ActualFinish>
+      </xsl:when>
+      <xsl:when test="normalize-space($done/ms:Finish)">
+        <ActualFinish><xsl:value-of select="$done/ms:Finish"/></ActualFinish>
+      </xsl:when>
+    </xsl:choose>
   </xsl:template>
 
   <xsl:template match="ms:PredecessorLink">
-    <xsl:variable name="added"><xsl:if test="not(ms:LinkLag)"><LinkLag>0</LinkLag></xsl:if></xsl:variable>
-    <xsl:call-template name="in-order">
-      <xsl:with-param name="order" select="$link-order"/>
-      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
-    </xsl:call-template>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:copy-of select="ms:PredecessorUID"/>
+      <xsl:copy-of select="ms:Type"/>
+      <xsl:copy-of select="ms:LinkLag"/>
+      <xsl:if test="not(ms:LinkLag)"><LinkLag>0</LinkLag></xsl:if>
+      <xsl:copy-of select="ms:LagFormat"/>
+      <xsl:apply-templates select="* | comment()" mode="others-of-link"/>
+    </xsl:copy>
   </xsl:template>
+  <xsl:template match="ms:PredecessorUID | ms:Type | ms:LinkLag | ms:LagFormat" mode="others-of-link"/>
+  <xsl:template match="node()" mode="others-of-link"><xsl:copy-of select="."/></xsl:template>
 
   <xsl:template match="ms:Baseline">
-    <xsl:call-template name="in-order"><xsl:with-param name="order" select="$baseline-order"/></xsl:call-template>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:copy-of select="ms:Number"/>
+      <xsl:copy-of select="ms:Start[normalize-space()]"/>
+      <xsl:copy-of select="ms:Finish[normalize-space()]"/>
+      <xsl:copy-of select="ms:Duration"/>
+      <xsl:copy-of select="ms:Work"/>
+      <xsl:copy-of select="ms:FixedCost"/>
+      <xsl:apply-templates select="* | comment()" mode="others-of-baseline"/>
+    </xsl:copy>
   </xsl:template>
+  <xsl:template match="ms:Number | ms:Start | ms:Finish | ms:Duration | ms:Work | ms:FixedCost"
+                mode="others-of-baseline"/>
+  <xsl:template match="node()" mode="others-of-baseline"><xsl:copy-of select="."/></xsl:template>
 
   <!-- Resources and assignments -->
 
@@ -537,23 +626,31 @@
   </xsl:template>
 
   <xsl:template match="ms:Assignment">
-    <xsl:variable name="task" select="key('done-task', ms:TaskUID)[1]"/>
-    <xsl:variable name="added">
-      <xsl:if test="$task">
-        <!-- Its own dates, or else those of the task. -->
-        <xsl:call-template name="actual-dates">
-          <xsl:with-param name="start" select="(ms:Start | $task[not(normalize-space(current()/ms:Start))]/ms:Start)
-                                               [normalize-space()]"/>
-          <xsl:with-param name="finish" select="(ms:Finish | $task[not(normalize-space(current()/ms:Finish))]/ms:Finish)
-                                                [normalize-space()]"/>
-        </xsl:call-template>
-      </xsl:if>
-    </xsl:variable>
-    <xsl:call-template name="in-order">
-      <xsl:with-param name="order" select="$assignment-order"/>
-      <xsl:with-param name="added" select="exsl:node-set($added)/*"/>
-    </xsl:call-template>
+    <xsl:variable name="done" select="key('done-task', ms:TaskUID)[1]"/>
+    <xsl:copy>
+      <xsl:copy-of select="@*"/>
+      <xsl:copy-of select="ms:UID"/>
+      <xsl:copy-of select="ms:TaskUID"/>
+      <xsl:copy-of select="ms:ResourceUID"/>
+      <xsl:copy-of select="ms:PercentWorkComplete"/>
+      <xsl:call-template name="actual-finish"><xsl:with-param name="done" select="$done"/></xsl:call-template>
+      <xsl:call-template name="actual-start"><xsl:with-param name="done" select="$done"/></xsl:call-template>
+      <xsl:copy-of select="ms:Finish[normalize-space()]"/>
+      <xsl:copy-of select="ms:Milestone"/>
+      <xsl:copy-of select="ms:RemainingWork"/>
+      <xsl:copy-of select="ms:Start[normalize-space()]"/>
+      <xsl:copy-of select="ms:Units"/>
+      <xsl:copy-of select="ms:Work"/>
+      <xsl:apply-templates select="ms:Baseline"/>
+      <xsl:apply-templates select="ms:TimephasedData"/>
+      <xsl:apply-templates select="* | comment()" mode="others-of-assignment"/>
+    </xsl:copy>
   </xsl:template>
+  <xsl:template match="ms:UID | ms:TaskUID | ms:ResourceUID | ms:PercentWorkComplete | ms:ActualFinish |
+                       ms:ActualStart | ms:Finish | ms:Milestone | ms:RemainingWork | ms:Start | ms:Units |
+                       ms:Work | ms:Baseline | ms:TimephasedData"
+                mode="others-of-assignment"/>
+  <xsl:template match="node()" mode="others-of-assignment"><xsl:copy-of select="."/></xsl:template>
 
   <xsl:template match="ms:TimephasedData">
     <xsl:call-template name="in-order"><xsl:with-param name="order" select="$timephased-order"/></xsl:call-template>

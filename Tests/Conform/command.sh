@@ -55,6 +55,30 @@ grep -qF "<Name>My 100%25 'own' 'plan'</Name>" "50%41.xml" || { cat "50%41.xml";
 mode=$(stat -c %a "50%41.xml")
 [ "$mode" = 640 ] || { echo "written with mode $mode"; failures=$((failures + 1)); }
 
+# Outline numbers where levels are skipped, which Planner shows nothing of: "LEVEL NUMBER", task by task.
+numbers='0 0,2 1.1,1 2,3 2.1.1,3 2.1.2,2 2.2,5 2.2.1.1.1,4 2.2.1.2,1 3'
+{
+  echo '<Project xmlns="http://schemas.microsoft.com/project"><Tasks>'
+  tr , '\n' <<<"$numbers" | sed 's|\(.*\) .*|<Task><OutlineLevel>\1</OutlineLevel></Task>|'
+  echo '</Tasks></Project>'
+} >levels.xml
+"$conform" levels.xml numbered.xml
+numbered=$(sed -n 's|.*<OutlineNumber>\(.*\)<.*|\1|p' numbered.xml | paste -sd ' ')
+[ "$numbered" = "$(tr , '\n' <<<"$numbers" | cut -d ' ' -f 2 | paste -sd ' ')" ] || {
+  echo "outline numbers: $numbered"
+  failures=$((failures + 1))
+}
+
+# Elements that no order names are kept.
+more='<Hyperlink>kept</Hyperlink>'
+cat >more.xml <<END
+<Project xmlns="http://schemas.microsoft.com/project">
+<Tasks><Task>$more<PredecessorLink>$more</PredecessorLink><Baseline>$more</Baseline></Task></Tasks>
+<Resources><Resource>$more</Resource></Resources><Assignments><Assignment>$more</Assignment></Assignments></Project>
+END
+"$conform" more.xml kept.xml
+[ "$(grep -c "$more" kept.xml)" -eq 5 ] || { cat kept.xml; failures=$((failures + 1)); }
+
 # Installed, the command stands in bin and the stylesheet in share.
 mkdir -p usr/bin usr/share/mspdi-export
 cp "$conform" usr/bin/

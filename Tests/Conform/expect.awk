@@ -102,15 +102,26 @@ function outline_number(level,    i, number) {
   ++counts[level]
   for (i = level + 1; i <= deepest; ++i) counts[i] = 0
   if (level > deepest) deepest = level
-  number = counts[1] + 0
-  for (i = 2; i <= level; ++i) number = number "." (counts[i] + 0)
+  number = counts[1]
+  for (i = 2; i <= level; ++i) number = number "." counts[i]
   return number
+}
+
+# A cut name gets the UID at its end when another calendar begins with the same characters.
+function calendar_name(node,    name, end) {
+  name = value(node, "Name")
+  if (first_characters(name, 51) == name) return name
+  if (beginnings[first_characters(name, 51)] > 1) end = " (" value(node, "UID") ")"
+  return first_characters(name, 51 - length(end)) end
 }
 
 END {
   read_fields()
   project = child(0, "Project")
   ensure(project, "Name", value(project, "Title") ~ /[^ \t\r\n]/ ? value(project, "Title") : base)
+  for (node = 1; node <= nodes; ++node) {
+    if (tag[node] == "Calendar") ++beginnings[first_characters(value(node, "Name"), 51)]
+  }
   for (node = 1; node <= written_nodes(); ++node) {
     name = tag[node]
     parent = tag[up[node]]
@@ -133,7 +144,7 @@ END {
       gsub(/,/, ";", text[node]); gsub(/\[/, "(", text[node]); gsub(/\]/, ")", text[node])
     } else if (name == "Calendar") {
       ensure(node, "Name", "Calendar " value(node, "UID"))
-      text[child(node, "Name")] = first_characters(value(node, "Name"), 51)
+      text[child(node, "Name")] = calendar_name(node)
     } else if (name == "Exceptions") {
       sort_by_date(node)
     } else if (name == "WeekDays" && parent == "WorkWeek") {
