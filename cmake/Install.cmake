@@ -9,8 +9,11 @@ set(MSPDI_DOCUMENTS ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MSPDI_PACKAGE})
 # --- The program ---
 install(TARGETS MSPDIExport COMPONENT program)
 install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME mspdi-export-all COMPONENT program)
-install(FILES man/MSPDIExport.1 man/mspdi-export-all.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
-foreach(command MSPDIExport mspdi-export-all)
+install(PROGRAMS scripts/mspdi-conform DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+# The command looks there, from its own place.
+install(FILES share/mspdi-conform.xsl DESTINATION ${CMAKE_INSTALL_BINDIR}/../share/${MSPDI_PACKAGE} COMPONENT program)
+foreach(command MSPDIExport mspdi-export-all mspdi-conform)
+  install(FILES man/${command}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
   install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME ${command} COMPONENT program)
 endforeach()
@@ -86,9 +89,10 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${MSPDI_PACKAGE})
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "Export Korvella plans to Microsoft Project XML
 MSPDIExport reads a Korvella document bundle (.kvdx) and writes one Microsoft
-Project XML file; mspdi-export-all does so for many bundles at a time.")
-# mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS parallel)
+Project XML file; mspdi-export-all does so for many bundles at a time, and
+mspdi-conform makes of such a file the copy that strict readers open right.")
+# mspdi-export-all runs the exports through GNU parallel, mspdi-conform xsltproc; shlibdeps knows nothing of scripts.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel, xsltproc")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libmspdi-dev)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)

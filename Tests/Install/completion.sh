@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What bash offers, for words typed in a folder of two bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
-for command in MSPDIExport mspdi-export-all; do
+for command in MSPDIExport mspdi-export-all mspdi-conform; do
   # shellcheck disable=SC1090
   source "$1/share/bash-completion/completions/$command"
 done
@@ -30,3 +30,6 @@ offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
 offers '' mspdi-export-all --jobs ''
 offers '--resume' mspdi-export-all --log run --r
+offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
+offers 'Plan.xml' mspdi-conform Plan.xml P
+offers '' mspdi-conform Plan.xml copy.xml ''
