@@ -12,7 +12,7 @@ _mspdi_export_all() {
       ;;
   esac
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--jobs --output --sshlogin --log --resume --help' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W '--conform --jobs --output --sshlogin --log --resume --help' -- "$current")
     return
   fi
   compopt -o filenames -o nosort 2>/dev/null

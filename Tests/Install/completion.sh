@@ -30,6 +30,7 @@ offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
 offers '' mspdi-export-all --jobs ''
 offers '--resume' mspdi-export-all --log run --r
+offers '--conform' mspdi-export-all --c
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
 offers 'Plan.xml' mspdi-conform Plan.xml P
 offers '' mspdi-conform Plan.xml copy.xml ''

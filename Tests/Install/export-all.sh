@@ -60,6 +60,39 @@ failed_bundles_are_told_and_resumed() {
   expect_same 'outputs' "$(printf '%s\n' Broken.xml "it's north/Plan.xml" south/Plan.xml)" "$(files_below some)"
 }
 
+conforming_copies_are_made_beside_the_exports() {
+  local plan
+  mkdir -p bin plans/{Bolts,Old,Unlucky}.kvdx
+  for plan in plans/*.kvdx; do
+    make_bundle "$plan" "$plan"
+  done
+  sed -i 's|</type></resource>|</type><child-resource idref="r1"/></resource>|
+          s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' plans/Bolts.kvdx/Plan.xml
+  echo old >'plans/Old (conforming).xml'
+  # Stands for an xsltproc that runs out of memory over one plan.
+  printf '%s\n' '#!/bin/bash' 'in=$(cat)' "[[ \$in != *Unlucky* ]] || { echo out of memory >&2; exit 5; }" \
+    "exec $(command -v xsltproc) \"\$@\" <<<\"\$in\"" >bin/xsltproc
+  chmod +x bin/xsltproc
+  PATH=$scratch/bin:$PATH run 1 --conform --log conform-log plans
+  expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  expect_same 'told as failed' "Failed: $scratch/plans/Unlucky.kvdx" "$(grep ^Failed errors)"
+  grep -q '    out of memory' errors || fail "the log of the failed copy is missing"
+  # Plans come in order of their names, so Bolts is number 1.
+  grep -q '"Nuts, bolts" is now "Nuts; bolts"' conform-log/1.log || fail "$(cat conform-log/1.log)"
+  expect_same 'an old copy' old "$(cat 'plans/Old (conforming).xml')"
+  run 2 --log conform-log --resume --conform
+  run 0 --log conform-log --resume
+  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+  expect_same outputs "$(printf '%s\n' {Bolts,Old,Unlucky}'.xml' {Bolts,Old,Unlucky}' (conforming).xml' \
+    'Old (conforming)-1.xml' | LC_ALL=C sort)" "$(files_below plans)"
+  expect_same 'copies of the new exports' $'Bolts (conforming).xml\nOld (conforming)-1.xml\nUnlucky (conforming).xml' \
+    "$(cd plans && grep -l '<OutlineNumber>' -- *.xml | LC_ALL=C sort)"
+  # A run without copies makes none when it is resumed.
+  run 0 --log plain-log --output plain plans/Old.kvdx
+  run 0 --log plain-log --resume
+  expect_same outputs Old.xml "$(files_below plain)"
+}
+
 arguments_of_one_name_stay_apart() {
   mkdir -p a/plans/Plan.kvdx b/plans/Plan.kvdx
   make_bundle a/plans/Plan.kvdx a
