@@ -12,8 +12,17 @@ install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME m
 install(PROGRAMS scripts/mspdi-conform DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 # The command looks there, from its own place.
 install(FILES share/mspdi-conform.xsl DESTINATION ${CMAKE_INSTALL_BINDIR}/../share/${MSPDI_PACKAGE} COMPONENT program)
+# Compressed as Debian has them, while configuring: no target needs to be built for them.
+find_program(MSPDI_GZIP gzip REQUIRED)
+function(mspdi_compress file compressed)
+  execute_process(COMMAND ${MSPDI_GZIP} -9n INPUT_FILE ${file} OUTPUT_FILE ${compressed} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+foreach(page MSPDIExport.1 mspdi-export-all.1 mspdi-conform.1)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS man/${page})
+  mspdi_compress(${PROJECT_SOURCE_DIR}/man/${page} ${PROJECT_BINARY_DIR}/${page}.gz)
+  install(FILES ${PROJECT_BINARY_DIR}/${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+endforeach()
 foreach(command MSPDIExport mspdi-export-all mspdi-conform)
-  install(FILES man/${command}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
   install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME ${command} COMPONENT program)
 endforeach()
@@ -28,7 +37,7 @@ install(FILES completions/_MSPDIExport DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/
 
 # The folders keep their places beside the README, whose links then hold. Of the examples the bundles, not what was
 # exported beside them.
-install(FILES README.md CHANGELOG.md DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 install(DIRECTORY docs DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 file(GLOB MSPDI_EXAMPLES CONFIGURE_DEPENDS Examples/*.kvdx)
 install(DIRECTORY ${MSPDI_EXAMPLES} DESTINATION ${MSPDI_DOCUMENTS}/Examples COMPONENT program)
@@ -83,6 +92,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL program library)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${MSPDI_PACKAGE})
@@ -101,4 +111,18 @@ The static library of MSPDIExport with its headers and CMake package, for
 programs that export a Korvella document bundle themselves.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
   "libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
+
+# What Debian wants of each package.
+string(TIMESTAMP MSPDI_NOW "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(MSPDI_PACKAGES ${CPACK_DEBIAN_PROGRAM_PACKAGE_NAME} ${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME})
+foreach(component package IN ZIP_LISTS CPACK_COMPONENTS_ALL MSPDI_PACKAGES)
+  set(changelog ${PROJECT_BINARY_DIR}/${package}.changelog)
+  file(WRITE ${changelog} "${package} (${PROJECT_VERSION}) UNRELEASED; urgency=medium\n\n"
+    "  * See CHANGELOG.md in the source or in the package ${MSPDI_PACKAGE}.\n\n"
+    " -- ${CPACK_PACKAGE_CONTACT}  ${MSPDI_NOW}\n")
+  mspdi_compress(${changelog} ${changelog}.gz)
+  set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package})
+  install(FILES ${changelog}.gz DESTINATION ${folder} RENAME changelog.gz COMPONENT ${component})
+  install(FILES COPYRIGHT DESTINATION ${folder} RENAME copyright COMPONENT ${component})
+endforeach()
 include(CPack)
