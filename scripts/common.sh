@@ -3,10 +3,10 @@
 set -euo pipefail
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# Everything that building and testing needs on Debian 12 or a later Debian or Ubuntu.
+# Everything that building needs on Debian 12 or a later Debian or Ubuntu, and what testing needs besides.
 PACKAGES=(build-essential cmake ninja-build libpugixml-dev libxml2-dev libicu-dev libfmt-dev libtomlplusplus-dev
-  libgtest-dev libgmock-dev libxml2-utils parallel planner-data tzdata
-  xsltproc)
+  libgtest-dev libgmock-dev tzdata)
+TEST_PACKAGES=(libxml2-utils parallel planner-data xsltproc)
 
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then
@@ -31,11 +31,13 @@ ensure_packages() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures a preset once and brings its targets up to date; says something only when that fails.
+# Configures a preset once and brings its targets up to date; says something only the first time, for it takes minutes,
+# and when that fails.
 build_preset() {
   local preset=$1 output
   shift
   ensure_packages "${PACKAGES[@]}"
+  [ -x "$ROOT/build/$preset/MSPDIExport" ] || echo "Building in build/$preset ..." >&2
   output=$(
     exec 2>&1
     cd "$ROOT"
