@@ -35,7 +35,8 @@ thousand_bundles_arrive_each_with_its_own_plan() {
   done
   run 0 --output arrived --log many-log many
   expect_same counts '1000 of 1000 bundles exported, 0 failed, 0 not run' "$counts"
-  expect_same errors '' "$(cat errors)"
+  # Where /sys is missing, parallel's lscpu complains.
+  expect_same errors '' "$(grep -v ^lscpu: errors)"
   expected=$(printf '%s\n' folder-{01..20}/Plan-{01..50} | sed 's|.*|&.xml:<Name>Task of &.kvdx</Name>|')
   expect_same outputs "$expected" "$(cd arrived && grep -ro '<Name>Task of .*</Name>' | LC_ALL=C sort)"
   expect_same 'job log' 1001 "$(wc -l <many-log/joblog)"
