@@ -1,5 +1,6 @@
 #include "Platform/XMLTree.h"
 
+#include <new>
 #include <utility>
 
 #include "Platform/Texts.h"
@@ -263,7 +264,11 @@ void Element::drop() noexcept {
 
 // Document
 
-Document::Document() : tree_(std::make_unique<Tree>()) { tree_->apart = tree_->document.append_child("apart"); }
+Document::Document() : tree_(std::make_unique<Tree>()) {
+  // By itself pugixml leaves out what it has no memory for.
+  pugi::set_memory_management_functions(&::operator new, &::operator delete);
+  tree_->apart = tree_->document.append_child("apart");
+}
 
 Document::~Document() = default;
 

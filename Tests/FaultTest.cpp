@@ -158,6 +158,27 @@ TEST(Fault, NowhereToLog) {
   }
 }
 
+TEST(Fault, LackOfMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer reserves terabytes";
+#endif
+  const Place place;
+  const std::string note(5'000'000, 'a');
+  place.makeBundle("Plan.kvdx",
+                   scenario(task("t1", "<note><text><p><run><lit>" + note + "</lit></run></p></text></note>")));
+  const std::string reference = place.reference();
+  int status = -1;
+  for (int megabytes = 30; status != 0 && megabytes < 300; ++megabytes) {
+    const std::string limits = "ulimit -c 0; ulimit -v " + std::to_string(megabytes * 1000);
+    const ProcessResult result = place.run("Plan.kvdx", limits + "; exec \"$@\"");
+    status = result.status;
+    // 127: it could not even start.
+    EXPECT_TRUE(status == 0 || status == 128 + SIGABRT || status == 127) << status << result.log;
+    EXPECT_EQ(place.exists("Plan.xml"), status == 0);
+  }
+  EXPECT_TRUE(contentsOf(place.folder / "Plan.xml") == reference);
+}
+
 TEST(Fault, Paths) {
   const Place place;
   const std::string longest(250, 'a');
