@@ -135,7 +135,7 @@ int main(int argc, char **argv) {
       "floor | wall / floor | CPU / xmllint |\n"
       "|---|---|---|---|---|---|---|---|---|\n");
   std::vector<Plan> plans;
-  for (const std::size_t tasks : {500, 10'000, 100'000}) {
+  for (const std::size_t tasks : {500U, 10'000U, 100'000U}) {
     const Plan &plan = plans.emplace_back(timePlan(exporter, floor, folder, tasks));
     fmt::print(
         "| {} | {:.3f} | {:.3f} | {:.1f} | {:.1f} | {:.1f} | {:.2f} | "

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -143,8 +142,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
     }
   }
   if (text.empty() || text.size() > maximum) return LLVMFuzzerMutate(data, size, maximum);
-  std::memcpy(data, text.data(), text.size());
-  return text.size();
+  return text.copy(reinterpret_cast<char*>(data), maximum);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -127,7 +127,7 @@ std::string MSPDIExport::outputPath(const std::string& parentFolder, const std::
   fileName.append(".").append(kOutputExtension);
   if (arguments_.size() <= outputArgumentIndex_) return platform::appendPathComponent(parentFolder, fileName);
 
-  const std::string path = platform::standardizePath(arguments_[outputArgumentIndex_]);
+  std::string path = platform::standardizePath(arguments_[outputArgumentIndex_]);
   if (platform::isDirectory(path)) return platform::appendPathComponent(path, fileName);
   if (platform::pathExtension(path) != kOutputExtension) {
     commandLineError(fmt::format("Output file extension is not 'xml': {}.", path));

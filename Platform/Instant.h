@@ -11,6 +11,7 @@ inline constexpr double kSecondsPerDay = 86400.0;
 struct Instant {
   double seconds = 0;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): taken for a comparison of pointers, by clang-tidy 14
   friend auto operator<=>(const Instant&, const Instant&) = default;
 };
 

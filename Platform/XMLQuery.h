@@ -17,16 +17,15 @@ namespace xml {
 ///   //project/currency-format                         anywhere in the document
 ///   //assignment[@idref='r1' and ../@id='t1']         anywhere, with a test on the parent's attribute
 /// Values are taken as they stand between the outermost quotes, so that a quote may be part of one. The query points
-/// into its text.
+/// into its text. Mappers write queries as texts, so that none of the constructors is explicit.
 class Query {
  public:
   /// A literal is taken apart when the program is compiled: a mapper asks some thirty questions of each object.
   template <std::size_t N>
-  consteval Query(const char (&text)[N])  // NOLINT(google-explicit-constructor): mappers write queries as texts
-      : Query(std::string_view(text, N - 1)) {}
-  Query(const std::string& text)  // NOLINT(google-explicit-constructor)
-      : Query(std::string_view(text)) {}
-  constexpr Query(std::string_view text);  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(cppcoreguidelines-avoid-c-arrays,modernize-avoid-c-arrays): a literal is one
+  consteval Query(const char (&text)[N]) : Query(std::string_view(text, N - 1)) {}
+  Query(const std::string& text) : Query(std::string_view(text)) {}
+  constexpr Query(std::string_view text);
 
   /// name[@attribute='value'], without its text being put together first.
   static constexpr Query child(std::string_view name, std::string_view attribute, std::string_view value);

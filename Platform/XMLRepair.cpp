@@ -11,8 +11,8 @@ namespace xml {
 namespace {
 
 /// Ends the parsing at an attribute with a default: the parser would add it to each element.
-void refuseDefault(void* parser, const xmlChar*, const xmlChar*, int, int, const xmlChar* value,
-                   xmlEnumeration* names) {
+void refuseDefault(void* parser, const xmlChar* /*element*/, const xmlChar* /*name*/, int /*type*/, int /*kind*/,
+                   const xmlChar* value, xmlEnumeration* names) {
   xmlFreeEnumeration(names);
   if (value != nullptr) xmlStopParser(static_cast<xmlParserCtxt*>(parser));
 }

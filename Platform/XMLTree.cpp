@@ -235,6 +235,7 @@ Element& Element::operator=(Element&& other) noexcept {
 Element::~Element() { drop(); }
 
 Element::Element(Node node) : node_(node) {
+  if (!node) return;
   Document::Tree& tree = *node.document_->tree_;
   if (tree.isPassing(pugi::xml_node(node.node_))) ++tree.passingOwners;
 }

@@ -114,7 +114,7 @@ class Element {
 
   /// The element to read and to build on; valid also after it was appended.
   [[nodiscard]] Node node() const { return node_; }
-  operator Node() const { return node_; }  // NOLINT(google-explicit-constructor): an owned element is a node
+  operator Node() const { return node_; }
 
  private:
   friend class Node;

@@ -123,7 +123,7 @@ TEST(Fault, EndedAmidAWrite) {
       const Files before = place.files();
       RunningProcess exporter = place.start("Plan.kvdx");
       exporter.waitForLog("Mapping Task id='t1'");
-      while (exporter.isRunning() && place.files() == before) continue;
+      while (exporter.isRunning() && place.files() == before) std::this_thread::yield();
       std::this_thread::sleep_for(std::chrono::microseconds(400 * point));
       const int status = exporter.end(signal).status;
       if (place.exists("Plan.xml")) {

@@ -17,8 +17,10 @@
 inline platform::Instant utc(std::string_view text) {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
   std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
-  const std::chrono::sys_seconds date = std::chrono::sys_days{std::chrono::year(year) / month / day};
-  return {static_cast<double>(date.time_since_epoch().count() + hour * 3600 + minute * 60 + second)};
+  const std::chrono::sys_seconds instant = std::chrono::sys_days{std::chrono::year(year) / month / day} +
+                                           std::chrono::hours(hour) + std::chrono::minutes(minute) +
+                                           std::chrono::seconds(second);
+  return {static_cast<double>(instant.time_since_epoch().count())};
 }
 inline std::string shown(platform::Instant instant) {
   const auto seconds = static_cast<std::time_t>(instant.seconds);

@@ -52,7 +52,8 @@ TEST(TimeZoneTest, CalendarAgreesWithTheStandardLibrary) {
   for (int i = 0; i < 20000; ++i) {
     const std::chrono::sys_days day{std::chrono::days(static_cast<int>(random() % 20'000'000) - 10'000'000)};
     const std::chrono::year_month_day date(day);
-    const std::int64_t seconds = std::chrono::sys_seconds(day).time_since_epoch().count() + random() % 86400;
+    const std::int64_t seconds =
+        std::chrono::sys_seconds(day).time_since_epoch().count() + static_cast<std::int64_t>(random() % 86400);
     const CivilTime civil = GregorianCalendar::civilFromSeconds(seconds);
     ASSERT_EQ(civil.year, int{date.year()});
     ASSERT_EQ(civil.month * 100 + civil.day, unsigned{date.month()} * 100 + unsigned{date.day()}) << seconds;

@@ -19,7 +19,7 @@ constexpr const char* kPlan = R"(<scenario xmlns="http://korvella/1" id="s">
 std::string matches(std::string_view query) {
   const auto document = parsed(kPlan);
   xml::Node context = document->root();
-  if (const std::size_t bar = query.find('|'); bar != query.npos) {
+  if (const std::size_t bar = query.find('|'); bar != std::string_view::npos) {
     context = xml::Query(query.substr(0, bar)).last(context).last;
     query.remove_prefix(bar + 1);
   }

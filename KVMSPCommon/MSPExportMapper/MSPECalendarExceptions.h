@@ -17,7 +17,7 @@ class MSPECalendarExceptions {
   struct Period {
     platform::Instant fromDate;
     platform::Instant toDate;
-    std::int64_t numberOfDays;  ///< the length in days of 86400 seconds, rounded up
+    std::int64_t numberOfDays = 0;  ///< the length in days of 86400 seconds, rounded up
   };
 
   /// From a source `calendar` element of a classic schedule: `name`, `overtime`, and its `event` children.

@@ -18,7 +18,6 @@
 
 using platform::log;
 using platform::orEmpty;
-using platform::orNull;
 using platform::require;
 
 namespace {

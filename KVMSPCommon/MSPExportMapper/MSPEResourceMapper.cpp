@@ -40,7 +40,7 @@ std::optional<std::string_view> mspdiType(const std::optional<std::string>& kvdx
 
 }  // namespace
 
-xml::Element MSPEResourceMapper::newDummyResourceWithMapper(MSPEMapper& mapper) {
+xml::Element MSPEResourceMapper::newDummyResourceWithMapper(const MSPEMapper& mapper) {
   xml::Element resource = elementWithName("Resource", mapper);
   const std::string number = std::to_string(MSPEMapper::nextResourceID());
   addChildElementWithName(resource, "UID", number);

@@ -14,7 +14,7 @@ class MSPEResourceMapper final : public MSPEObjectMapperBase {
 
   /// The nameless placeholder that opens the list of resources and takes the first resource number. (Assignments of
   /// tasks without resources refer to the fixed UID -65535 instead.)
-  [[nodiscard]] static xml::Element newDummyResourceWithMapper(MSPEMapper& mapper);
+  [[nodiscard]] static xml::Element newDummyResourceWithMapper(const MSPEMapper& mapper);
 
   /// The children stand in the order of the calls in this function's body; the project mapper appends Group.
   /// @param parentResource empty for the top resource.

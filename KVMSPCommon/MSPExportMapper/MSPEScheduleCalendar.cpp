@@ -247,7 +247,7 @@ class MSPEScheduleCalendar::Countdown {
   /// seconds can pass a weekday by where clocks change, so that one week tells nothing.
   [[nodiscard]] bool isStuck() {
     if (daysStepped_ > kMaximumDays) return true;
-    if (daysStepped_ - checkedAtDay_ < 3 * kDaysPerWeek) return false;
+    if (daysStepped_ - checkedAtDay_ < std::int64_t{3} * kDaysPerWeek) return false;
     const bool stuck = remaining_ >= remainingAtCheck_;
     checkedAtDay_ = daysStepped_;
     remainingAtCheck_ = remaining_;

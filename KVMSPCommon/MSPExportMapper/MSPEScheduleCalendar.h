@@ -38,16 +38,16 @@ class MSPEScheduleCalendar {
 
   /// A time of day.
   struct TimeOfDay {
-    std::int64_t hour;
-    std::int64_t minute;
-    std::int64_t second;
+    std::int64_t hour = 0;
+    std::int64_t minute = 0;
+    std::int64_t second = 0;
   };
 
   /// Where work can start.
   struct Start {
     platform::Instant date;
-    double duration;          ///< seconds from the day's midnight
-    std::int64_t timePeriod;  ///< index of the period within its day
+    double duration = 0;          ///< seconds from the day's midnight
+    std::int64_t timePeriod = 0;  ///< index of the period within its day
   };
 
   static constexpr std::int64_t kNotFound = std::numeric_limits<std::int64_t>::max();

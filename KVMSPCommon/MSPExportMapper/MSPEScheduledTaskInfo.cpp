@@ -68,9 +68,8 @@ Constraint constraintAt(xml::Node task, const xml::Query& startQuery, const xml:
 
 }  // namespace
 
-MSPEScheduledTaskInfo::MSPEScheduledTaskInfo(xml::Node kvdxTask, xml::Node /*kvdxScenario*/) {
-  leveledStart_ = instantAt(kvdxTask, "leveled-start");
-
+MSPEScheduledTaskInfo::MSPEScheduledTaskInfo(xml::Node kvdxTask, xml::Node /*kvdxScenario*/)
+    : leveledStart_(instantAt(kvdxTask, "leveled-start")) {
   XQueryError error;
   const xml::Node start = singleObjectForXQuery(kvdxTask, "start-date", &error);
   startDate_ = instantOf(start);

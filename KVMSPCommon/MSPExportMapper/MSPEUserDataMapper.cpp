@@ -26,7 +26,7 @@ std::optional<std::vector<xml::Element>> MSPEUserDataMapper::newExtendedAttribut
     const std::string key = keys[i].stringValue();
     auto fieldId = getExtendedAttributeIdByName(key);
     if (!fieldId) fieldId = addExtendedAttribute(key);
-    xml::Element& attribute = attributes.emplace_back(elementWithName("ExtendedAttribute", mapper()));
+    const xml::Element& attribute = attributes.emplace_back(elementWithName("ExtendedAttribute", mapper()));
     addChildElementWithName(attribute, "FieldID", *fieldId);
     addChildElementWithName(attribute, "Value", stringByReplacingOccurrencesOfNewline(values[i].stringValue()));
   }
@@ -54,7 +54,7 @@ std::string MSPEUserDataMapper::addExtendedAttribute(const std::string& key) {
   if (!definitions) definitions = addChildElementWithName(project, "ExtendedAttributes");
 
   const std::size_t n = extendedAttributeIds_.size();
-  const std::string fieldId = std::to_string(isTask_ ? kFirstTaskField + kTaskFieldStep * n : kFirstOtherField + n);
+  std::string fieldId = std::to_string(isTask_ ? kFirstTaskField + kTaskFieldStep * n : kFirstOtherField + n);
   extendedAttributeIds_.emplace(key, fieldId);
 
   xml::Element definition = elementWithName("ExtendedAttribute", mapper());

@@ -16,7 +16,6 @@
 
 using platform::GregorianCalendar;
 using platform::Instant;
-using platform::InvariantFailure;
 using platform::MatchRange;
 using platform::orEmpty;
 using platform::PosixRegularExpression;
@@ -140,7 +139,7 @@ std::string usualDateTime(const platform::CivilTime& civil) {
     return "";
   }
   std::string text = "0000-00-00T00:00:00";
-  putTwoDigits(&text[0], civil.year / 100);
+  putTwoDigits(text.data(), civil.year / 100);
   putTwoDigits(&text[2], civil.year % 100);
   putTwoDigits(&text[5], civil.month);
   putTwoDigits(&text[8], civil.day);
