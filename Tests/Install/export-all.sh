@@ -25,6 +25,12 @@ run() {
   [ "$status" -eq "$expected" ] || fail "status $status instead of $expected: $* $(cat errors)"
 }
 
+# refused MESSAGE ARGUMENT...
+refused() {
+  run 2 "${@:2}"
+  grep -q -- "$1" errors || fail "'$1' is not in: $(cat errors)"
+}
+
 files_below() { (cd "$1" && find . -iname '*.kvdx' -prune -o -name '*.xml' -printf '%P\n' | LC_ALL=C sort); }
 
 thousand_bundles_arrive_each_with_its_own_plan() {
@@ -55,7 +61,9 @@ failed_bundles_are_told_and_resumed() {
   grep -q '    .*### Exporter FAILED' errors || fail "the log of the failed export is missing"
   run 2 --log some-log some
   make_bundle some/Broken.KVDX mended
+  touch some-log/mine.{seq,err}
   run 0 --log some-log --resume
+  expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
   # What was exported is not exported again, under a number.
   expect_same 'outputs' "$(printf '%s\n' Broken.xml "it's north/Plan.xml" south/Plan.xml)" "$(files_below some)"
@@ -129,7 +137,8 @@ a_file_that_did_not_arrive_is_a_failure() {
 }
 
 wrong_arguments_run_nothing() {
-  mkdir -p empty twins/{Plan.kvdx,Plan.KVDX}
+  mkdir -p empty notes twins/{Plan.kvdx,Plan.KVDX} copies/{Plan,'Plan (conforming)'}.kvdx lines/$'two\nlines.kvdx'
+  echo mine >notes/joblog
   run 2
   run 2 --job 3 empty
   run 2 --output
@@ -137,8 +146,12 @@ wrong_arguments_run_nothing() {
   run 2 empty
   run 2 --resume
   run 2 --log empty --resume
-  run 2 twins
-  grep -q "one file: $scratch/twins/Plan" errors || fail "$(cat errors)"
+  refused "one file: $scratch/twins/Plan" twins
+  refused "one file: $scratch/copies/Plan (conforming)" --conform copies
+  refused 'line break: .*two' lines
+  refused 'not empty' --log notes copies
+  expect_same 'files after refusals' "$scratch/notes/joblog mine" \
+    "$(find "$scratch"/{empty,notes} -type f) $(cat notes/joblog)"
 }
 
 "$case"
