@@ -62,7 +62,7 @@ failed_bundles_are_told_and_resumed() {
   run 2 --log some-log some
   make_bundle some/Broken.KVDX mended
   touch some-log/mine.{seq,err}
-  run 0 --log some-log --resume
+  run 0 --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
   # What was exported is not exported again, under a number.
@@ -149,6 +149,7 @@ wrong_arguments_run_nothing() {
   refused "one file: $scratch/twins/Plan" twins
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
   refused 'line break: .*two' lines
+  refused 'jobs takes' --jobs 0x --log empty copies
   refused 'not empty' --log notes copies
   expect_same 'files after refusals' "$scratch/notes/joblog mine" \
     "$(find "$scratch"/{empty,notes} -type f) $(cat notes/joblog)"
