@@ -10,9 +10,10 @@
     xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
     xmlns:ms="http://schemas.microsoft.com/project"
     xmlns:exsl="http://exslt.org/common"
+    xmlns:set="http://exslt.org/sets"
     xmlns:str="http://exslt.org/strings"
     xmlns="http://schemas.microsoft.com/project"
-    exclude-result-prefixes="ms exsl str">
+    exclude-result-prefixes="ms exsl set str">
 
   <xsl:output method="xml" encoding="UTF-8" indent="yes"/>
 
@@ -55,97 +56,91 @@
   <xsl:key name="done-task" match="/ms:Project/ms:Tasks/ms:Task[ms:PercentComplete = 100]" use="ms:UID"/>
   <xsl:key name="row" match="/row" use="@at"/>
 
-  <!--
-    The definitions, and the first of each alias and of each number. Sorted, the first ones are those that differ from
-    the row in front of them; a key for each alias would copy all its definitions as often as there are any.
-    Aliases are told apart by object kind too; the numbers of resource fields are the higher ones.
-  -->
-  <xsl:variable name="definition-rows">
-    <xsl:for-each select="/ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute">
-      <definition is-resource="{ms:FieldID &gt;= 205520904}" alias="{ms:FieldID &gt;= 205520904} {ms:Alias}"
-                  number="{ms:FieldID}" id="{generate-id()}" position="{position()}" xmlns=""/>
-    </xsl:for-each>
-  </xsl:variable>
-  <xsl:variable name="rows-by-alias">
-    <xsl:for-each select="exsl:node-set($definition-rows)/definition">
-      <xsl:sort select="@alias"/>
-      <xsl:copy-of select="."/>
-    </xsl:for-each>
-  </xsl:variable>
-  <xsl:variable name="rows-by-number">
-    <xsl:for-each select="exsl:node-set($definition-rows)/definition">
-      <xsl:sort select="@number"/>
-      <xsl:copy-of select="."/>
-    </xsl:for-each>
-  </xsl:variable>
-  <xsl:variable name="first-of-alias" select="exsl:node-set($rows-by-alias)/definition
-                                              [not(@alias = preceding-sibling::definition[1]/@alias)]"/>
-  <xsl:variable name="first-of-number" select="exsl:node-set($rows-by-number)/definition
-                                               [not(@number = preceding-sibling::definition[1]/@number)]"/>
-  <xsl:variable name="source" select="/"/>
+  <!-- The numbers of resource fields are the higher ones. -->
+  <xsl:variable name="definitions" select="/ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute"/>
+  <xsl:variable name="task-definitions" select="$definitions[not(ms:FieldID &gt;= 205520904)]"/>
+  <xsl:variable name="resource-definitions" select="$definitions[ms:FieldID &gt;= 205520904]"/>
 
-  <!-- One row for each kind and alias, in order of first use: its field, or none past the thirtieth. -->
+  <!--
+    The first use of each alias: the alias or, without one, the definition. Told apart by object kind; a key would copy
+    all definitions of an alias as often as there are any.
+  -->
+  <xsl:variable name="task-aliases" select="set:distinct($task-definitions/ms:Alias[text()]) |
+                                            $task-definitions[not(string(ms:Alias))][1]"/>
+  <xsl:variable name="resource-aliases" select="set:distinct($resource-definitions/ms:Alias[text()]) |
+                                                $resource-definitions[not(string(ms:Alias))][1]"/>
+
+  <!-- One row for each kind and alias, up to the thirtieth. -->
   <xsl:variable name="field-rows">
     <xsl:call-template name="field-rows-of-kind">
-      <xsl:with-param name="is-resource" select="false()"/>
+      <xsl:with-param name="aliases" select="$task-aliases"/>
       <xsl:with-param name="numbers" select="$task-fields"/>
     </xsl:call-template>
     <xsl:call-template name="field-rows-of-kind">
-      <xsl:with-param name="is-resource" select="true()"/>
+      <xsl:with-param name="aliases" select="$resource-aliases"/>
       <xsl:with-param name="numbers" select="$resource-fields"/>
     </xsl:call-template>
   </xsl:variable>
   <xsl:variable name="fields" select="exsl:node-set($field-rows)"/>
 
   <xsl:template name="field-rows-of-kind">
-    <xsl:param name="is-resource"/>
+    <xsl:param name="aliases"/>
     <xsl:param name="numbers"/>
-    <xsl:for-each select="$first-of-alias[@is-resource = string($is-resource)]">
-      <xsl:sort select="@position" data-type="number"/>
-      <row at="{@alias}" definition="{@id}" xmlns="">
-        <xsl:if test="position() &lt;= 30">
-          <xsl:attribute name="id"><xsl:value-of select="substring($numbers, 10 * position() - 9, 9)"/></xsl:attribute>
-          <xsl:attribute name="name"><xsl:value-of select="concat('Text', position())"/></xsl:attribute>
-        </xsl:if>
-      </row>
+    <xsl:for-each select="$aliases[position() &lt;= 30]/ancestor-or-self::ms:ExtendedAttribute">
+      <row at="{ms:FieldID &gt;= 205520904} {ms:Alias}" definition="{generate-id()}"
+           id="{substring($numbers, 10 * position() - 9, 9)}" name="Text{position()}" xmlns=""/>
     </xsl:for-each>
   </xsl:template>
 
   <!--
-    Which alias a value has. The exporter numbers the fields anew for each task and resource and appends their
-    definitions in the same order, so the n-th definition of a number belongs to the n-th object that has a value of it:
-    rows at "number" (defined once), or at "object number", which lead to the row at "number #n".
+    The new number of each value. The exporter numbers the fields anew for each task and resource and appends their
+    definitions in the same order, so the n-th definition of a number belongs to the n-th object that has a value of it,
+    and the only definition to all of them. First the rows of the definitions, at "number #n", then those of the values,
+    at "object number"; "none" is the new number past the thirtieth alias.
   -->
-  <xsl:variable name="alias-rows">
-    <xsl:for-each select="$first-of-number">
-      <xsl:variable name="number" select="string(@number)"/>
-      <xsl:variable name="alias" select="@alias"/>
-      <xsl:for-each select="$source">
-        <xsl:variable name="definitions" select="key('definition', $number)"/>
-        <xsl:variable name="holders" select="key('holder', $number)"/>
-        <xsl:choose>
-          <xsl:when test="count($definitions) = 1">
-            <row at="{$number}" alias="{$alias}" xmlns=""/>
-          </xsl:when>
-          <xsl:when test="count($definitions) = count($holders)">
-            <xsl:for-each select="$definitions">
-              <row at="{$number} #{position()}" alias="{$number &gt;= 205520904} {ms:Alias}" xmlns=""/>
-            </xsl:for-each>
-            <xsl:for-each select="$holders">
-              <row at="{generate-id()} {$number}" same-as="{$number} #{position()}" xmlns=""/>
-            </xsl:for-each>
-          </xsl:when>
-          <xsl:otherwise>
-            <xsl:message terminate="yes">
-              <xsl:value-of select="concat('custom field ', $number, ' is defined ', count($definitions), ' times but ',
-                                    count($holders), ' tasks and resources have it: no telling which is which')"/>
-            </xsl:message>
-          </xsl:otherwise>
-        </xsl:choose>
+  <xsl:variable name="definition-rows">
+    <xsl:for-each select="set:distinct($definitions/ms:FieldID)">
+      <xsl:for-each select="key('definition', .)">
+        <xsl:variable name="numbered" select="concat(ms:FieldID, ' #', position())"/>
+        <xsl:variable name="alias" select="concat(ms:FieldID &gt;= 205520904, ' ', ms:Alias)"/>
+        <xsl:for-each select="$fields">
+          <xsl:variable name="field" select="key('row', $alias)"/>
+          <row at="{$numbered}" new="{$field/@id}{substring('none', 1, 4 * not($field))}" xmlns=""/>
+        </xsl:for-each>
       </xsl:for-each>
     </xsl:for-each>
   </xsl:variable>
-  <xsl:variable name="aliases" select="exsl:node-set($alias-rows)"/>
+  <xsl:variable name="numbered-definitions" select="exsl:node-set($definition-rows)"/>
+
+  <xsl:variable name="value-rows">
+    <xsl:for-each select="set:distinct($definitions/ms:FieldID)">
+      <xsl:variable name="number" select="string()"/>
+      <xsl:variable name="defined" select="count(key('definition', $number))"/>
+      <xsl:variable name="holders" select="key('holder', $number)"/>
+      <xsl:if test="$defined != 1 and $defined != count($holders)">
+        <xsl:message terminate="yes">
+          <xsl:value-of select="concat('custom field ', $number, ' is defined ', $defined, ' times but ',
+                                  count($holders), ' tasks and resources have it: no telling which is which')"/>
+        </xsl:message>
+      </xsl:if>
+      <xsl:for-each select="$holders">
+        <xsl:variable name="place" select="concat(generate-id(), ' ', $number)"/>
+        <xsl:variable name="definition" select="concat($number, ' #', 1 + ($defined != 1) * (position() - 1))"/>
+        <xsl:variable name="holder" select="."/>
+        <xsl:for-each select="$numbered-definitions">
+          <xsl:variable name="new" select="key('row', $definition)/@new"/>
+          <row at="{$place}" new="{$new}" xmlns="">
+            <xsl:if test="$new = 'none'">
+              <xsl:attribute name="{local-name($holder)}">
+                <xsl:value-of select="count($holder/ms:ExtendedAttribute[ms:FieldID = $number])"/>
+              </xsl:attribute>
+            </xsl:if>
+          </row>
+        </xsl:for-each>
+      </xsl:for-each>
+    </xsl:for-each>
+  </xsl:variable>
+  <xsl:variable name="numbered-values" select="exsl:node-set($value-rows)"/>
 
   <xsl:template match="/">
     <xsl:if test="not(ms:Project)">
@@ -156,14 +151,14 @@
 
   <!--
     Copies the element with its children, and those of $added, in the order; what the order does not name goes last.
-    Here and below the blanks between elements are left behind (indent lays them out anew): only "*" is selected.
+    Here and below the blanks between elements are left behind (indent lays them out anew): text is not selected.
   -->
   <xsl:template name="in-order">
     <xsl:param name="order"/>
     <xsl:param name="added" select="/.."/>
     <xsl:copy>
       <xsl:copy-of select="@*"/>
-      <xsl:apply-templates select="* | comment() | $added">
+      <xsl:apply-templates select="* | comment() | processing-instruction() | $added">
         <xsl:sort data-type="number" select="string-length(substring-before(concat($order, local-name(), ' '),
                                                                             concat(' ', local-name(), ' ')))"/>
       </xsl:apply-templates>
@@ -176,7 +171,7 @@
                        ms:Tasks | ms:Resources | ms:Assignments">
     <xsl:copy>
       <xsl:copy-of select="@*"/>
-      <xsl:apply-templates select="*"/>
+      <xsl:apply-templates select="* | comment() | processing-instruction()"/>
     </xsl:copy>
   </xsl:template>
 
@@ -209,47 +204,46 @@
 
   <!-- Custom fields -->
 
+  <!-- A definition is written where its alias comes first. -->
   <xsl:template match="ms:Project/ms:ExtendedAttributes">
     <xsl:call-template name="say-left-out">
-      <xsl:with-param name="is-resource" select="false()"/>
       <xsl:with-param name="kind" select="'task'"/>
-      <xsl:with-param name="objects" select="../ms:Tasks/ms:Task"/>
+      <xsl:with-param name="fields" select="count($task-aliases) - 30"/>
+      <xsl:with-param name="values" select="sum($numbered-values/row/@Task)"/>
     </xsl:call-template>
     <xsl:call-template name="say-left-out">
-      <xsl:with-param name="is-resource" select="true()"/>
       <xsl:with-param name="kind" select="'resource'"/>
-      <xsl:with-param name="objects" select="../ms:Resources/ms:Resource"/>
+      <xsl:with-param name="fields" select="count($resource-aliases) - 30"/>
+      <xsl:with-param name="values" select="sum($numbered-values/row/@Resource)"/>
     </xsl:call-template>
     <xsl:copy>
       <xsl:copy-of select="@*"/>
-      <xsl:apply-templates select="*"/>
+      <xsl:apply-templates select="$task-aliases[position() &lt;= 30]/ancestor-or-self::ms:ExtendedAttribute |
+                                   $resource-aliases[position() &lt;= 30]/ancestor-or-self::ms:ExtendedAttribute |
+                                   *[not(self::ms:ExtendedAttribute)] | comment() | processing-instruction()"/>
     </xsl:copy>
   </xsl:template>
 
-  <!-- A definition is written where its alias comes first. -->
-  <xsl:template match="ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute">
-    <xsl:variable name="alias" select="concat(ms:FieldID &gt;= 205520904, ' ', ms:Alias)"/>
-    <xsl:variable name="definition" select="."/>
-    <xsl:variable name="id" select="generate-id()"/>
-    <xsl:for-each select="$fields">
-      <xsl:variable name="field" select="key('row', $alias)[@id and @definition = $id]"/>
-      <xsl:if test="$field">
-        <xsl:for-each select="$definition">
-          <xsl:call-template name="field-in-order">
-            <xsl:with-param name="field" select="$field"/>
-          </xsl:call-template>
-        </xsl:for-each>
-      </xsl:if>
-    </xsl:for-each>
+  <xsl:template name="say-left-out">
+    <xsl:param name="kind"/>
+    <xsl:param name="fields"/>
+    <xsl:param name="values"/>
+    <xsl:if test="$fields &gt; 0">
+      <xsl:message>
+        <xsl:value-of select="concat($kind, ' fields past Text30 left out: ', $fields, ' fields with ', $values,
+                                     ' values')"/>
+      </xsl:message>
+    </xsl:if>
   </xsl:template>
 
-  <xsl:template name="field-in-order">
-    <xsl:param name="field"/>
+  <xsl:template match="ms:Project/ms:ExtendedAttributes/ms:ExtendedAttribute">
+    <xsl:variable name="field" select="$fields/row[@definition = generate-id(current())]"/>
     <xsl:copy>
       <xsl:copy-of select="@*"/>
       <FieldID><xsl:value-of select="$field/@id"/></FieldID>
       <FieldName><xsl:value-of select="$field/@name"/></FieldName>
-      <xsl:apply-templates select="*[not(self::ms:FieldID or self::ms:FieldName)]">
+      <xsl:apply-templates select="*[not(self::ms:FieldID or self::ms:FieldName)] | comment() |
+                                   processing-instruction()">
         <xsl:sort data-type="number"
                   select="string-length(substring-before(concat($definition-order, local-name(), ' '),
                                                          concat(' ', local-name(), ' ')))"/>
@@ -257,61 +251,30 @@
     </xsl:copy>
   </xsl:template>
 
+  <!-- A value keeps its number when nothing defines that. -->
   <xsl:template match="ms:Task/ms:ExtendedAttribute | ms:Resource/ms:ExtendedAttribute">
-    <xsl:variable name="number"><xsl:apply-templates select="." mode="number"/></xsl:variable>
-    <xsl:if test="$number != 'none'">
-      <xsl:copy>
-        <xsl:copy-of select="@*"/>
-        <FieldID><xsl:value-of select="$number"/></FieldID>
-        <xsl:apply-templates select="*[not(self::ms:FieldID)]"/>
-      </xsl:copy>
-    </xsl:if>
-  </xsl:template>
-
-  <!-- The number of a value's field: "none" past the thirtieth alias, the old one when nothing defines it. -->
-  <xsl:template match="ms:ExtendedAttribute" mode="number">
-    <xsl:variable name="old" select="ms:FieldID"/>
-    <xsl:variable name="place" select="concat(generate-id(..), ' ', ms:FieldID)"/>
-    <xsl:variable name="alias">
-      <xsl:for-each select="$aliases">
-        <xsl:value-of select="(key('row', $old) | key('row', key('row', $place)/@same-as))/@alias"/>
-      </xsl:for-each>
-    </xsl:variable>
-    <xsl:for-each select="$fields">
-      <xsl:variable name="field" select="key('row', $alias)"/>
-      <xsl:choose>
-        <xsl:when test="$field/@id"><xsl:value-of select="$field/@id"/></xsl:when>
-        <xsl:when test="$field">none</xsl:when>
-        <xsl:otherwise><xsl:value-of select="$old"/></xsl:otherwise>
-      </xsl:choose>
+    <xsl:variable name="value" select="."/>
+    <xsl:variable name="at" select="concat(generate-id(..), ' ', ms:FieldID)"/>
+    <xsl:for-each select="$numbered-values">
+      <xsl:variable name="row" select="key('row', $at)"/>
+      <xsl:if test="not($row/@new = 'none')">
+        <ExtendedAttribute>
+          <xsl:copy-of select="$value/@*"/>
+          <FieldID>
+            <xsl:value-of select="$row/@new"/>
+            <xsl:if test="not($row)"><xsl:value-of select="$value/ms:FieldID"/></xsl:if>
+          </FieldID>
+          <xsl:copy-of select="$value/*[not(self::ms:FieldID)] | $value/comment() | $value/processing-instruction()"/>
+        </ExtendedAttribute>
+      </xsl:if>
     </xsl:for-each>
-  </xsl:template>
-
-  <xsl:template name="say-left-out">
-    <xsl:param name="is-resource"/>
-    <xsl:param name="kind"/>
-    <xsl:param name="objects"/>
-    <xsl:variable name="fields-left-out" select="count($fields/row[not(@id)][starts-with(@at, $is-resource)])"/>
-    <xsl:if test="$fields-left-out">
-      <!-- One character for each value. -->
-      <xsl:variable name="values-left-out">
-        <xsl:for-each select="$objects/ms:ExtendedAttribute">
-          <xsl:variable name="number"><xsl:apply-templates select="." mode="number"/></xsl:variable>
-          <xsl:if test="$number = 'none'">x</xsl:if>
-        </xsl:for-each>
-      </xsl:variable>
-      <xsl:message>
-        <xsl:value-of select="concat($kind, ' fields past Text30 left out: ', $fields-left-out, ' fields with ',
-                              string-length($values-left-out), ' values')"/>
-      </xsl:message>
-    </xsl:if>
   </xsl:template>
 
   <!-- Calendars -->
 
   <xsl:template match="ms:Calendar">
     <xsl:variable name="added">
-      <xsl:if test="not(normalize-space(ms:Name))">
+      <xsl:if test="not(normalize-space(substring(ms:Name, 1, 51)))">
         <Name><xsl:value-of select="concat('Calendar ', ms:UID)"/></Name>
         <xsl:message>
           <xsl:value-of select="concat('calendar ', ms:UID, ' without a name is now &quot;Calendar ', ms:UID,
@@ -327,6 +290,7 @@
 
   <xsl:template match="ms:Calendar/ms:Name">
     <xsl:choose>
+      <xsl:when test="not(normalize-space(substring(., 1, 51)))"/>
       <xsl:when test="string-length() &gt; 51">
         <!-- When another one begins with the same 51 characters, the UID tells them apart. -->
         <xsl:variable name="end">
@@ -341,7 +305,7 @@
                                 '&quot;')"/>
         </xsl:message>
       </xsl:when>
-      <xsl:when test="normalize-space()"><xsl:copy-of select="."/></xsl:when>
+      <xsl:otherwise><xsl:copy-of select="."/></xsl:otherwise>
     </xsl:choose>
   </xsl:template>
 
@@ -352,7 +316,7 @@
   <xsl:template match="ms:Exceptions">
     <xsl:copy>
       <xsl:copy-of select="@*"/>
-      <xsl:apply-templates select="*">
+      <xsl:apply-templates select="* | comment() | processing-instruction()">
         <xsl:sort select="ms:TimePeriod/ms:FromDate"/>
       </xsl:apply-templates>
     </xsl:copy>
@@ -373,7 +337,9 @@
       <xsl:apply-templates select="ms:WeekDay[ms:DayType = 1][1] | ms:WeekDay[ms:DayType = 2][1] |
                                    ms:WeekDay[ms:DayType = 3][1] | ms:WeekDay[ms:DayType = 4][1] |
                                    ms:WeekDay[ms:DayType = 5][1] | ms:WeekDay[ms:DayType = 6][1] |
-                                   ms:WeekDay[ms:DayType = 7][1]"/>
+                                   ms:WeekDay[ms:DayType = 7][1] |
+                                   *[not(self::ms:WeekDay and ms:DayType &gt;= 1 and ms:DayType &lt;= 7)] |
+                                   comment() | processing-instruction()"/>
     </xsl:copy>
   </xsl:template>
 
@@ -540,7 +506,7 @@
       <xsl:apply-templates select="ms:PredecessorLink"/>
       <xsl:apply-templates select="ms:ExtendedAttribute"/>
       <xsl:apply-templates select="ms:Baseline"/>
-      <xsl:apply-templates select="* | comment()" mode="others-of-task"/>
+      <xsl:apply-templates select="* | comment() | processing-instruction()" mode="others-of-task"/>
     </xsl:copy>
   </xsl:template>
   <xsl:template match="ms:UID | ms:ID | ms:Name | ms:Active | ms:Manual | ms:Type | ms:IsNull | ms:WBS |
@@ -584,10 +550,10 @@
       <xsl:copy-of select="@*"/>
       <xsl:copy-of select="ms:PredecessorUID"/>
       <xsl:copy-of select="ms:Type"/>
-      <xsl:copy-of select="ms:LinkLag"/>
-      <xsl:if test="not(ms:LinkLag)"><LinkLag>0</LinkLag></xsl:if>
+      <xsl:copy-of select="ms:LinkLag[normalize-space()]"/>
+      <xsl:if test="not(normalize-space(ms:LinkLag))"><LinkLag>0</LinkLag></xsl:if>
       <xsl:copy-of select="ms:LagFormat"/>
-      <xsl:apply-templates select="* | comment()" mode="others-of-link"/>
+      <xsl:apply-templates select="* | comment() | processing-instruction()" mode="others-of-link"/>
     </xsl:copy>
   </xsl:template>
   <xsl:template match="ms:PredecessorUID | ms:Type | ms:LinkLag | ms:LagFormat" mode="others-of-link"/>
@@ -602,7 +568,7 @@
       <xsl:copy-of select="ms:Duration"/>
       <xsl:copy-of select="ms:Work"/>
       <xsl:copy-of select="ms:FixedCost"/>
-      <xsl:apply-templates select="* | comment()" mode="others-of-baseline"/>
+      <xsl:apply-templates select="* | comment() | processing-instruction()" mode="others-of-baseline"/>
     </xsl:copy>
   </xsl:template>
   <xsl:template match="ms:Number | ms:Start | ms:Finish | ms:Duration | ms:Work | ms:FixedCost"
@@ -643,7 +609,7 @@
       <xsl:copy-of select="ms:Work"/>
       <xsl:apply-templates select="ms:Baseline"/>
       <xsl:apply-templates select="ms:TimephasedData"/>
-      <xsl:apply-templates select="* | comment()" mode="others-of-assignment"/>
+      <xsl:apply-templates select="* | comment() | processing-instruction()" mode="others-of-assignment"/>
     </xsl:copy>
   </xsl:template>
   <xsl:template match="ms:UID | ms:TaskUID | ms:ResourceUID | ms:PercentWorkComplete | ms:ActualFinish |

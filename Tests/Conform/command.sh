@@ -11,6 +11,8 @@ echo "$untitled" >"My 100%25 'own' \"plan\".xml"
 echo "$untitled" >plan.xml
 echo '<Plan/>' >other.xml
 echo "${untitled%</Project>}" >cut.xml
+echo "<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${untitled/14/&e;}" >entity.xml
+iconv -t UTF-16 entity.xml >entity16.xml
 echo kept >existing.xml
 ln -s nowhere link.xml
 mkdir folder
@@ -45,6 +47,10 @@ refused "a link to nothing"       "link.xml exists"                     plan.xml
 refused "a folder as output"      "folder exists"                       plan.xml folder
 refused "no folder for the output" "no folder absent"                   plan.xml absent/out.xml
 refused "another kind of XML"     "this is no Microsoft Project XML"    other.xml out.xml
+refused "an entity"               "has a document type"                 entity.xml out.xml
+refused "an entity in UTF-16"     "has a document type"                 entity16.xml out.xml
+refused "an output without a name" "has no name"                        plan.xml ""
+refused "a name that is too long" "cannot write"                        plan.xml "$(printf '%0300d' 0)"
 refused "a file cut short"        "cut.xml cannot be copied"            cut.xml out.xml
 [ "$(cat existing.xml)" = kept ] || { echo "an existing file was changed"; failures=$((failures + 1)); }
 
@@ -69,15 +75,29 @@ numbered=$(sed -n 's|.*<OutlineNumber>\(.*\)<.*|\1|p' numbered.xml | paste -sd '
   failures=$((failures + 1))
 }
 
-# Elements that no order names are kept.
-more='<Hyperlink>kept</Hyperlink>'
+# Elements that no order names are kept, comments and processing instructions too, and days of no weekday.
+more='<Hyperlink>kept</Hyperlink><!--kept--><?kept?>'
 cat >more.xml <<END
-<Project xmlns="http://schemas.microsoft.com/project">
-<Tasks><Task>$more<PredecessorLink>$more</PredecessorLink><Baseline>$more</Baseline></Task></Tasks>
-<Resources><Resource>$more</Resource></Resources><Assignments><Assignment>$more</Assignment></Assignments></Project>
+<Project xmlns="http://schemas.microsoft.com/project">$more
+<ExtendedAttributes>$more<ExtendedAttribute><FieldID>188743731</FieldID>$more</ExtendedAttribute></ExtendedAttributes>
+<Calendars>$more<Calendar><UID>7</UID><Name>$(printf '%51s' '')blank</Name>$more<WeekDays>$more</WeekDays>
+<Exceptions>$more</Exceptions><WorkWeeks>$more<WorkWeek>$more<WeekDays>$more
+<WeekDay><DayType>0</DayType>$more</WeekDay></WeekDays></WorkWeek></WorkWeeks></Calendar></Calendars>
+<Tasks>$more<Task>$more<PredecessorLink><LinkLag/>$more</PredecessorLink>
+<ExtendedAttribute><FieldID>188743731</FieldID>$more</ExtendedAttribute><Baseline>$more</Baseline></Task></Tasks>
+<Resources>$more<Resource>$more</Resource></Resources>
+<Assignments>$more<Assignment>$more</Assignment></Assignments></Project>
 END
-"$conform" more.xml kept.xml
-[ "$(grep -c "$more" kept.xml)" -eq 5 ] || { cat kept.xml; failures=$((failures + 1)); }
+"$conform" more.xml kept.xml 2>/dev/null
+"$conform" kept.xml again.xml
+for one in '<Hyperlink>kept</Hyperlink>' '<!--kept-->' '<?kept?>'; do
+  count=$(grep -oF -- "$one" kept.xml | wc -l)
+  [ "$count" -eq 20 ] || { echo "$one: $count of 20 kept"; failures=$((failures + 1)); }
+done
+for one in '<Name>Calendar 7</Name>' '<LinkLag>0</LinkLag>'; do
+  grep -qF "$one" kept.xml || { echo "not there: $one"; failures=$((failures + 1)); }
+done
+cmp kept.xml again.xml || failures=$((failures + 1))
 
 # Installed, the command stands in bin and the stylesheet in share.
 mkdir -p usr/bin usr/share/mspdi-export
