@@ -116,15 +116,6 @@ TEST(MSPECalendarExceptions, SweepsAsTheSlowFormDoes) {
   EXPECT_GE(mostActive, 20U);
 }
 
-TEST(MSPECalendarExceptions, GivesTheExceptionsByIndex) {
-  MSPECalendarExceptions set("", true, {units(kDay, 1, 5, {{9, 10}}), units(kDay, 3, 4, {{9, 11}})});
-  set.mapEvents();
-  EXPECT_TRUE(set.exception(2) && set.exception(1)->numberOfDays == 2 && set.exceptionWorkingTimesCount(1) == 2);
-  EXPECT_EQ(set.exception(1, 1), MSPEWorkingTime(9 * 3600, 11 * 3600));
-  EXPECT_FALSE(set.exception(1, 2) || set.exception(1, -1) || set.exception(3, 0) || set.exception(-1, 0));
-  EXPECT_FALSE(set.exception(3) || set.exception(-1) || set.exceptionWorkingTimesCount(3));
-}
-
 TEST(MSPECalendarExceptions, ReadsEvents) {
   const std::string late = "Incoorrect calendar event start (17:00:00) and end (09:00:00) time.";
   const std::string close = "Calendar event start and end days are too close.";

@@ -17,9 +17,3 @@ TEST(MSPEIdMapper, PassesOnWhatFollowsTheFirstCharacter) {
   }
   EXPECT_EQ(mapper.resourceUIDFromKvdxResourceId("") + mapper.taskUIDFromKvdxId(""), "");
 }
-
-TEST(MSPEIdMapper, RefusesAnotherFirstCharacterAtTheTop) {
-  const std::string format = "Invalid format of KVDX ";
-  EXPECT_EQ(failureOf([] { MSPEIdMapper("t", "r"); }), format + "top Resource ID (must begin with 'r'): t");
-  EXPECT_EQ(failureOf([] { MSPEIdMapper("r", {}); }), format + "top Task ID (must begin with 't'): (null)");
-}
