@@ -20,7 +20,7 @@ void report(XQueryError* error, std::string_view domain, int code, std::string d
 }
 
 /// Building on nothing does nothing; building on a comment or a text is a mistake.
-bool canBuildOn(xml::Node node) { return !node || node.isElement(); }
+bool canBuildOn(xml::OutputNode node) { return !node || node.isElement(); }
 
 }  // namespace
 
@@ -85,38 +85,42 @@ bool boolFromString(std::string_view text, XQueryError* error) {
   return false;
 }
 
-xml::Attribute setAttributeWithName(xml::Node element, const char* name, std::optional<std::string_view> value) {
+const xml::OutputAttribute* setAttributeWithName(xml::OutputNode element, std::string_view name,
+                                                 std::optional<std::string_view> value) {
   require(canBuildOn(element),
           "Sent message setAttributeWithName:stringValue: "
           "to an object which is not NSXMLElementProxy.");
   return element.setAttribute(name, value);
 }
 
-xml::Element elementWithName(const char* name, const MSPEMapper& mapper, std::optional<std::string_view> value) {
+xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper, std::optional<std::string_view> value) {
   xml::Element element = mapper.newElement(name);
-  if (value && !value->empty()) element.node().appendText(*value);
+  if (value) element.node().setText(*value);
   return element;
 }
 
-xml::Node addChildElementWithName(xml::Node element, const char* name, std::optional<std::string_view> value) {
-  xml::Node child = element.appendChild(name);
-  require(child || !element,
+xml::OutputNode addChildElementWithName(xml::OutputNode element, std::string_view name,
+                                        std::optional<std::string_view> value) {
+  require(canBuildOn(element),
           "Sent message addChildElementWithName:stringValue: to an object which is not NSXMLElementProxy.");
-  if (value && !value->empty()) child.appendText(*value);
-  return child;
+  return element.appendChild(name, value.value_or(""));
 }
 
-xml::Node insertChildElementWithName(xml::Node element, const char* name, std::optional<std::string_view> value,
-                                     std::int32_t atIndex) {
-  xml::Node child = element.insertChild(name, static_cast<std::size_t>(atIndex));
-  if (value && !value->empty()) child.appendText(*value);
-  return child;
+void addChildElementWithName(xml::Section& section, std::string_view name, std::optional<std::string_view> value) {
+  section.appendChild(name, value.value_or(""));
 }
 
-void addComment(xml::Node element, std::optional<std::string_view> text) { element.appendComment(text.value_or("")); }
+xml::OutputNode insertChildElementWithName(xml::OutputNode element, std::string_view name,
+                                           std::optional<std::string_view> value, std::int32_t atIndex) {
+  return element.insertChild(name, value.value_or(""), static_cast<std::size_t>(atIndex));
+}
 
-void insertComment(xml::Node element, std::optional<std::string_view> text, std::int32_t atIndex) {
-  element.insertComment(text.value_or(""), static_cast<std::size_t>(atIndex));
+xml::OutputNode addComment(xml::OutputNode element, std::optional<std::string_view> text) {
+  return element.appendComment(text.value_or(""));
+}
+
+xml::OutputNode insertComment(xml::OutputNode element, std::optional<std::string_view> text, std::int32_t atIndex) {
+  return element.insertComment(text.value_or(""), static_cast<std::size_t>(atIndex));
 }
 
 std::string stringByReplacingOccurrencesOfNewline(std::string_view text) {

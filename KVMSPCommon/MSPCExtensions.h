@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/XMLOutput.h"
 #include "Platform/XMLQuery.h"
 #include "Platform/XMLTree.h"
 
@@ -58,23 +59,26 @@ bool boolFromString(std::string_view text, XQueryError* error = nullptr);
 /// Gives the element's attribute the value, appending the attribute when it has none of that name.
 /// @param value none leaves an existing value alone; a new attribute is then empty.
 /// @throws InvariantFailure when the node is no element.
-xml::Attribute setAttributeWithName(xml::Node element, const char* name,
-                                    std::optional<std::string_view> value = std::nullopt);
+const xml::OutputAttribute* setAttributeWithName(xml::OutputNode element, std::string_view name,
+                                                 std::optional<std::string_view> value = std::nullopt);
 
 /// A new element that belongs to the context's output document and is not yet part of it.
-xml::Element elementWithName(const char* name, const MSPEMapper& mapper,
+xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper,
                              std::optional<std::string_view> value = std::nullopt);
 
 /// Appends a child element with the text; none makes an empty element. Gives the child.
 /// @throws InvariantFailure when the node is no element.
-xml::Node addChildElementWithName(xml::Node element, const char* name,
-                                  std::optional<std::string_view> value = std::nullopt);
+xml::OutputNode addChildElementWithName(xml::OutputNode element, std::string_view name,
+                                        std::optional<std::string_view> value = std::nullopt);
+/// The same for a section of the document.
+void addChildElementWithName(xml::Section& section, std::string_view name,
+                             std::optional<std::string_view> value = std::nullopt);
 /// The same in front of the child at the index (0 is the first).
-xml::Node insertChildElementWithName(xml::Node element, const char* name, std::optional<std::string_view> value,
-                                     std::int32_t atIndex);
+xml::OutputNode insertChildElementWithName(xml::OutputNode element, std::string_view name,
+                                           std::optional<std::string_view> value, std::int32_t atIndex);
 /// Appends a comment; none makes an empty one.
-void addComment(xml::Node element, std::optional<std::string_view> text);
-void insertComment(xml::Node element, std::optional<std::string_view> text, std::int32_t atIndex);
+xml::OutputNode addComment(xml::OutputNode element, std::optional<std::string_view> text);
+xml::OutputNode insertComment(xml::OutputNode element, std::optional<std::string_view> text, std::int32_t atIndex);
 
 /// The text with one kind of line break replaced by blanks: of the references and characters that can break a line, the
 /// last in the order below that occurs. The others stay, as they always have: a CR LF keeps its CR.

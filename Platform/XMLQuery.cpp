@@ -103,7 +103,6 @@ Match Query::last(Node context) const {
     });
     return match;
   }
-  context.document_->tree_->wasAsked = true;
   auto& lookups = context.document_->tree_->lookups;
   const auto [entry, isNew] = lookups.try_emplace({context.node_, std::string(name_).append("@").append(attribute_)});
   if (isNew) {

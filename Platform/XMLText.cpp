@@ -19,18 +19,48 @@ std::size_t characterLength(std::string_view bytes) {
   return isNoncharacter ? 0 : length;
 }
 
-/// Whether there is nothing but ASCII without control characters. Every text that is written comes through here: eight
-/// bytes at a time.
-bool isPlainASCII(std::string_view text) {
-  constexpr std::uint64_t kEach = 0x0101010101010101;
-  while (text.size() >= sizeof(std::uint64_t)) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, text.data(), sizeof bytes);
-    // A byte's highest bit is set when the byte has it or, less 0x20, borrows it.
-    if (((bytes | (bytes - kEach * 0x20)) & kEach * 0x80) != 0) return false;
-    text.remove_prefix(sizeof bytes);
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+constexpr std::uint64_t kHighestBits = kEachByte * 0x80;
+
+/// Of eight ASCII bytes: the highest bit of the first that is the character, and perhaps of others behind it.
+constexpr std::uint64_t bytesThatAre(char c, std::uint64_t bytes) {
+  return (bytes ^ (kEachByte * static_cast<unsigned char>(c))) - kEachByte;
+}
+
+constexpr bool isPlain(char c) {
+  return static_cast<unsigned char>(c - 0x20) < 0x60 && c != '&' && c != '<' && c != '>';
+}
+
+/// The text without what cannot be a character in XML.
+std::string charactersOnly(std::string_view text) {
+  std::string characters;
+  characters.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = characterLength(text.substr(i));
+    characters.append(text.substr(i, length));
+    i += length == 0 ? 1 : length;
   }
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c - 0x20) < 0x60; });
+  return characters;
+}
+
+/// Appends a character of a text or an attribute.
+void appendEscaped(std::string& to, char c) {
+  switch (c) {
+    case '&':
+      to += "&amp;";
+      break;
+    case '<':
+      to += "&lt;";
+      break;
+    case '>':
+      to += "&gt;";
+      break;
+    case '\r':
+      to += "&#13;";
+      break;
+    default:
+      to += c;
+  }
 }
 
 /// The encoding that a document's declaration names, in lower case; empty when it names none that could be read.
@@ -69,15 +99,48 @@ bool parserKnows(const std::string& encoding) {
 
 }  // namespace
 
-std::string_view charactersOnly(std::string_view text, std::string& storage) {
-  if (isPlainASCII(text)) return text;
-  storage.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = characterLength(text.substr(i));
-    storage.append(text.substr(i, length));
-    i += length == 0 ? 1 : length;
+// Every text that is written comes through here: eight bytes at a time.
+bool isPlainText(std::string_view text) {
+  while (text.size() >= sizeof(std::uint64_t)) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text.data(), sizeof bytes);
+    // A byte's highest bit is set when the byte has it or, less 0x20, borrows it.
+    const std::uint64_t special =
+        (bytes - kEachByte * 0x20) | bytesThatAre('&', bytes) | bytesThatAre('<', bytes) | bytesThatAre('>', bytes);
+    if (((bytes | special) & kHighestBits) != 0) return false;
+    text.remove_prefix(sizeof bytes);
   }
-  return storage;
+  return std::all_of(text.begin(), text.end(), isPlain);
+}
+
+std::string escapedText(std::string_view text) {
+  std::string escaped;
+  for (const char c : charactersOnly(text)) appendEscaped(escaped, c);
+  return escaped;
+}
+
+std::string escapedAttribute(std::string_view text) {
+  std::string escaped;
+  for (const char c : escapedText(text)) {
+    if (c == '"') {
+      escaped += "&quot;";
+    } else if (c == '\n' || c == '\t') {
+      escaped += c == '\n' ? "&#10;" : "&#9;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string commentText(std::string_view text) {
+  std::string comment;
+  for (const char c : charactersOnly(text)) {
+    if (c == '-' && comment.ends_with('-')) comment += ' ';
+    comment += c == '\r' ? '\n' : c;
+  }
+  if (comment.ends_with('-')) comment += ' ';
+  return comment;
 }
 
 bool isTakenForUTF8(std::string_view bytes) {

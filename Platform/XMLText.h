@@ -5,9 +5,16 @@
 
 namespace xml {
 
-/// The text without what cannot be a character in XML. Gives the text itself when it is clean, as nearly all are;
-/// otherwise `storage` holds the result.
-[[nodiscard]] std::string_view charactersOnly(std::string_view text, std::string& storage);
+/// Whether a text has only printable ASCII and nothing to escape between tags, as nearly all that are written have.
+[[nodiscard]] bool isPlainText(std::string_view text);
+/// The text as it is written between tags. What cannot be a character in XML is left out, here and below; carriage
+/// returns become references, since a reader would make line feeds of bare ones.
+[[nodiscard]] std::string escapedText(std::string_view text);
+/// The text as it is written between an attribute's double quotes.
+[[nodiscard]] std::string escapedAttribute(std::string_view text);
+/// The text as it is written in a comment, which can hold neither two dashes nor references: blanks part the dashes,
+/// and carriage returns become line feeds.
+[[nodiscard]] std::string commentText(std::string_view text);
 
 /// Whether the tree's parser would take the bytes of a document for UTF-8, which it does unseen.
 [[nodiscard]] bool isTakenForUTF8(std::string_view bytes);

@@ -16,22 +16,6 @@
 
 namespace xml {
 
-/// Text that is only appended to, in pieces that are never moved.
-class GrowingText {
- public:
-  void append(std::string_view text) {
-    if (pieces_.empty() || pieces_.back().capacity() - pieces_.back().size() < text.size()) {
-      pieces_.emplace_back().reserve(std::max(kPieceSize, text.size()));
-    }
-    pieces_.back().append(text);
-  }
-  [[nodiscard]] const std::vector<std::string>& pieces() const { return pieces_; }
-
- private:
-  static constexpr std::size_t kPieceSize = std::size_t{1} << 18;
-  std::vector<std::string> pieces_;
-};
-
 /// The next node in document order below the top; an empty one at the end.
 inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node top) {
   if (node.first_child()) return node.first_child();
@@ -120,32 +104,17 @@ struct Document::Tree {
   std::string bytes;  ///< what the parsed nodes' texts point into
   pugi::xml_document document;
   pugi::xml_node root;
-  pugi::xml_node apart;           ///< parent of the elements that are not part of the tree
-  pugi::xml_document passing;     ///< where the passing elements are
-  std::size_t passingOwners = 0;  ///< how many there are, without those that are part of others
-  /// Children of one node by one attribute's value, made at the first question; dropped when anything changes.
+  /// Children of one node by one attribute's value, made at the first question.
   std::unordered_map<LookupKey, Lookup, LookupKeyHash> lookups;
 
   /// The tables of the elements asked last: an element and those it leads to.
   std::array<ChildTable, 4> childTables;
   std::size_t nextChildTable = 0;
-  /// The texts of finished children, by their parent.
-  std::unordered_map<const void*, GrowingText> finished;
-
-  bool wasAsked = false;  ///< whether there are tables or lookups to forget: a document that is made has none
-
-  void changed() {
-    if (!wasAsked) return;
-    lookups.clear();
-    for (ChildTable& table : childTables) table.parent = nullptr;
-    wasAsked = false;
-  }
 
   [[nodiscard]] ChildTable& childTableOf(pugi::xml_node parent) {
     for (ChildTable& table : childTables) {
       if (table.parent == parent.internal_object()) return table;
     }
-    wasAsked = true;
     ChildTable& table = childTables[nextChildTable++ % childTables.size()];
     table.parent = parent.internal_object();
     table.entries.clear();
@@ -177,18 +146,6 @@ struct Document::Tree {
     }
     return found;
   }
-
-  [[nodiscard]] bool isPassing(pugi::xml_node node) const { return node.root() == passing; }
-
-  [[nodiscard]] unsigned depthOf(pugi::xml_node node) const {
-    unsigned depth = 0;
-    for (node = node.parent(); node.type() == pugi::node_element && node != apart; node = node.parent()) ++depth;
-    return depth;
-  }
-
-  /// Writes a node that has finished elements somewhere below it; the library writes all others.
-  void write(pugi::xml_node node, unsigned depth, pugi::xml_writer& writer,
-             const std::function<void(std::string_view)>& sink) const;
 };
 
 }  // namespace xml

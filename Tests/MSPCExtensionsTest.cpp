@@ -44,18 +44,30 @@ TEST(MSPCExtensionsTest, ValuesAndErrors) {
 }
 
 TEST(MSPCExtensionsTest, Building) {
-  xml::Document document;
-  const xml::Node root = document.setRoot(document.newElement("r"));
-  addChildElementWithName(root, "a");
-  addChildElementWithName(root, "b", "<&>");
-  insertChildElementWithName(root, "c", "1", 1);
-  insertChildElementWithName(root, "d", std::nullopt, 0);
-  addComment(root, std::nullopt);
-  insertComment(root, "first", 0);
-  setAttributeWithName(root, "n");
-  setAttributeWithName(root, "m", "1");
-  setAttributeWithName(root, "m");
-  setAttributeWithName(root, "n", "\"2\"");
-  EXPECT_EQ(root.markup(),
-            "<r n=\"&quot;2&quot;\" m=\"1\"><!--first--><d/><a/><c>1</c><b>&lt;&amp;&gt;</b><!----></r>");
+  xml::OutputDocument document;
+  xml::Section& root = document.setRoot(std::make_unique<xml::Section>("s", 0));
+  const xml::Element made = document.newElement("r");
+  const xml::OutputNode r = made;
+  addChildElementWithName(r, "a");
+  addChildElementWithName(r, "b", "<&>");
+  insertChildElementWithName(r, "c", "1", 1);
+  insertChildElementWithName(r, "d", std::nullopt, 0);
+  const xml::OutputNode comment = addComment(r, std::nullopt);
+  insertComment(r, "first", 0);
+  setAttributeWithName(r, "n");
+  setAttributeWithName(r, "m", "1");
+  setAttributeWithName(r, "m");
+  EXPECT_EQ(setAttributeWithName(r, "n", "\"2\"")->markup, "&quot;2&quot;");
+  root.append(made);
+  std::string text;
+  document.serialize([&text](std::string_view piece) { text += piece; });
+  EXPECT_EQ(parsed(text)->root().markup(),
+            "<s><r n=\"&quot;2&quot;\" m=\"1\"><d/><a/><c>1</c><b>&lt;&amp;&gt;</b></r></s>");
+  EXPECT_NE(text.find("m=\"1\">\n    <!--first-->\n    <d />"), std::string::npos);
+  EXPECT_NE(text.find("</b>\n    <!---->\n  </r>"), std::string::npos);
+  const std::string behind = " to an object which is not NSXMLElementProxy.";
+  EXPECT_EQ(failureOf([comment] { addChildElementWithName(comment, "x"); }),
+            "Sent message addChildElementWithName:stringValue:" + behind);
+  EXPECT_EQ(failureOf([comment] { setAttributeWithName(comment, "x"); }),
+            "Sent message setAttributeWithName:stringValue:" + behind);
 }

@@ -44,29 +44,6 @@ std::string utf16(std::u16string_view text) {
   for (const int unit : text) bytes += {static_cast<char>(unit >> 8), static_cast<char>(unit)};
   return bytes;
 }
-/// What of a text, in elements, attributes and a comment, reads back from a document of XML's characters alone.
-std::string readBack(std::string_view text) {
-  xml::Document document;
-  const xml::Node root = document.setRoot(document.newElement("r"));
-  root.appendComment(text);
-  const xml::Node element = root.appendChild("e");
-  element.setAttribute("a", text);
-  element.appendText(text);
-  root.appendFinished(element.copy());
-  std::string bytes;
-  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
-  EXPECT_TRUE(platform::isUTF8(bytes)) << bytes;
-  for (const char c : bytes) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') << bytes;
-  const std::size_t start = bytes.find("<!--") + 4;
-  const std::size_t end = bytes.find("--", start);  // must not stand inside
-  EXPECT_EQ(bytes.substr(end, 12), "-->\n  <e a=\"") << bytes;
-  const auto again = parsed(bytes);
-  const auto elements = xml::Query("e").all(again->root());
-  EXPECT_EQ(elements.at(0).attribute("a").value(), elements.at(0).stringValue());
-  EXPECT_EQ(elements.at(0).markup(), elements.at(1).markup());
-  return elements.at(0).stringValue();
-}
-
 const std::u16string kWide = u"\uFEFF<?xml version='1.0' encoding='UTF-16'?><a>\u00F6 \u20AC</a>";
 
 }  // namespace
@@ -98,59 +75,4 @@ TEST(XMLTreeTest, Reading) {
       {__LINE__, read, "<a><b>x</c>y</a>", "repaired xy"},
       {__LINE__, read, "<!-- nothing -->", "none"},
   });
-}
-
-TEST(XMLTreeTest, OnlyCharactersAreWritten) {
-  expectOutcomes({
-      {__LINE__, readBack, "a\rb\r\nc\td", "a\rb\r\nc\td"},
-      {__LINE__, readBack, "<a b='\"'>&amp;]]>", "<a b='\"'>&amp;]]>"},
-      {__LINE__, readBack, "a--b-", "a--b-"},
-      {__LINE__, readBack, std::string_view("a\0\x01\x1F\x7F", 5), "a\x7F"},
-      {__LINE__, readBack, "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD", "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD"},
-      {__LINE__, readBack, "a\xC3(\x80\xFF\xC0\xAF", "a("},
-      {__LINE__, readBack, "a\xE0\x80\xAF\xED\xA0\x80\xF4\x90\x80\x80", "a"},
-      {__LINE__, readBack, "a\xEF\xBF\xBE\xEF\xBF\xBF\xE2\x82", "a"},
-  });
-}
-
-TEST(XMLTreeTest, Building) {
-  const auto document = parsed("<s><t id='1'>x<u/></t></s>");
-  const xml::Node root = document->root();
-  const auto found = [&root](const std::string& id) { return xml::Query::child("t", "id", id).last(root).last; };
-  const xml::Node first = found("1");
-  xml::Element copy = first.copy();
-  copy.node().setAttribute("id", "2");
-  EXPECT_EQ(root.markup(), "<s><t id=\"1\">x<u/></t></s>");
-  const xml::Node second = root.insert(std::move(copy), 0);
-  EXPECT_EQ(found("2"), second);
-  const xml::Node third = root.append(first.copy());
-  EXPECT_EQ(found("1"), third);
-  third.setAttribute("id", "3");
-  EXPECT_EQ(found("1"), first);
-  EXPECT_EQ(root.markup(), "<s><t id=\"2\">x<u/></t><t id=\"1\">x<u/></t><t id=\"3\">x<u/></t></s>");
-}
-
-/// Elements that share memory stay whole as long as one of them has an owner, and are copied into what stays.
-TEST(XMLTreeTest, PassingElements) {
-  xml::Document document;
-  const xml::Node root = document.setRoot(document.newElement("r"));
-  for (int round = 0; round < 3; ++round) {
-    xml::Element outer = document.newPassingElement("outer");
-    {
-      xml::Element inner = document.newPassingElement("inner");
-      inner.node().appendText("text");
-      xml::Element copy = inner.node().copy();
-      outer.node().appendFinished(std::move(inner));  // one passing element in another is moved
-      outer.node().insert(std::move(copy), 0);
-    }
-    xml::Element other = document.newPassingElement("other");
-    const xml::Node kept = root.append(std::move(other));
-    kept.setAttribute("n", std::to_string(round));
-    EXPECT_EQ(outer.node().markup(), "<outer><inner>text</inner><inner>text</inner></outer>");
-    root.appendFinished(std::move(outer));
-  }
-  EXPECT_EQ(root.markup(), "<r><other n=\"0\"/><other n=\"1\"/><other n=\"2\"/></r>");
-  std::string bytes;
-  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
-  EXPECT_EQ(xml::Query("outer/inner").all(parsed(bytes)->root()).size(), 6U);
 }

@@ -62,6 +62,7 @@ foreach(header
     KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h
     MSPDIExport/MSPDIExport.h
     Platform/URL.h
+    Platform/XMLOutput.h
     Platform/XMLTree.h)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${MSPDI_INCLUDES}/${folder} COMPONENT library)

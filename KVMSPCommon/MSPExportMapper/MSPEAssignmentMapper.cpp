@@ -22,13 +22,13 @@ std::string resourceIdOf(xml::Node kvdxAssignment) {
   return std::move(*id);
 }
 
-void appendProgress(xml::Node assignment, const MSPEScheduledTaskInfo& info) {
+void appendProgress(xml::OutputNode assignment, const MSPEScheduledTaskInfo& info) {
   addChildElementWithName(assignment, "Milestone", info.taskType() == MSPEScheduledTaskInfo::kMilestone ? "1" : "0");
   const std::int32_t percent = info.percentComplete();
   if (percent > 0) addChildElementWithName(assignment, "PercentWorkComplete", std::to_string(percent));
 }
 
-void appendWork(xml::Node assignment, const MSPEScheduledTaskInfo& info, double work) {
+void appendWork(xml::OutputNode assignment, const MSPEScheduledTaskInfo& info, double work) {
   const double complete = info.percentageComplete();
   addChildElementWithName(assignment, "Work", MSPIUtilities::mppToMspdiDuration(work));
   addChildElementWithName(assignment, "RemainingWork",
@@ -77,7 +77,7 @@ double MSPEAssignmentMapper::workOfAssignment(const std::optional<std::string>& 
 
 xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvdxAssignment) {
   xml::Element element = elementWithName("Assignment", mapper());
-  const xml::Node assignment = element;
+  const xml::OutputNode assignment = element;
   UID_ = MSPEMapper::nextAssignmentUID();
   addChildElementWithName(assignment, "UID", std::to_string(UID_));
   addChildElementWithName(assignment, "TaskUID", mapper().idMapper()->taskUIDFromKvdxId(kvdxTaskId_));
@@ -126,7 +126,7 @@ xml::Element MSPEAssignmentMapper::newDummyAssignmentForTaskId(const std::string
   const std::string taskUID = mapper.idMapper()->taskUIDFromKvdxId(taskId);
 
   xml::Element element = elementWithName("Assignment", mapper);
-  const xml::Node assignment = element;
+  const xml::OutputNode assignment = element;
   const std::int64_t uid = MSPEMapper::nextAssignmentUID();
   addChildElementWithName(assignment, "UID", std::to_string(uid));
   addChildElementWithName(assignment, "TaskUID", taskUID);

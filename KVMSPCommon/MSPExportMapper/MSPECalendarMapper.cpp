@@ -13,14 +13,8 @@ using platform::require;
 
 MSPECalendarMapper::MSPECalendarMapper(MSPEMapper& mapper)
     : MSPEObjectMapperBase(mapper),
-      detachedCalendars_(mapper.newContainer("Calendars")),
+      detachedCalendars_(std::make_unique<xml::Section>("Calendars", 1)),
       calendars_(*detachedCalendars_) {}
-
-xml::Element MSPECalendarMapper::takeCalendars() {
-  xml::Element calendars = std::move(detachedCalendars_.value());
-  detachedCalendars_.reset();
-  return calendars;
-}
 
 std::int64_t MSPECalendarMapper::mapCalendarForResource(xml::Node kvdxResource, xml::Node parentResource) {
   std::int64_t calendarUID = 0;
@@ -31,8 +25,8 @@ std::int64_t MSPECalendarMapper::mapCalendarForResource(xml::Node kvdxResource, 
 
 // Reading.
 
-xml::Node MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource,
-                                                          std::int64_t& calendarUID) {
+xml::OutputNode MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource,
+                                                                std::int64_t& calendarUID) {
   const auto name = stringValueForXQuery(kvdxResource, "name");
   calendarUID = MSPEMapper::nextCalendarUID();
   if (parentResource) {
@@ -146,7 +140,7 @@ void MSPECalendarMapper::buildCalendarHierarchy() {
     written->setCalendar(calendar);
     mapScheduleInfo(*written);
     written->setCalendar({});
-    calendars_.appendFinished(std::move(calendar));
+    calendars_.append(calendar);
   }
 }
 

@@ -22,11 +22,11 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   void setTopScheduleKey(std::optional<std::string> key) { topScheduleKey_ = std::move(key); }
 
   /// The `Calendars` element, filled by buildCalendarHierarchy().
-  [[nodiscard]] xml::Node calendars() const { return calendars_; }
+  [[nodiscard]] const xml::Section& calendars() const { return calendars_; }
   /// Hands the `Calendars` element over to the project; calendars() still shows it.
-  [[nodiscard]] xml::Element takeCalendars();
+  [[nodiscard]] std::unique_ptr<xml::Section> takeCalendars() { return std::move(detachedCalendars_); }
   /// The `Calendar` of the resource mapped last; empty, since elements are made only when the hierarchy is built.
-  [[nodiscard]] xml::Node calendar() const { return calendar_; }
+  [[nodiscard]] xml::OutputNode calendar() const { return calendar_; }
 
   /// Reads the resource's schedule; called for every resource, the top one first and with an empty parent.
   /// @return the resource's calendar UID, at least 1.
@@ -43,7 +43,8 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   using Exceptions = MSPEScheduleInfo::Exceptions;
 
   // Reading.
-  xml::Node newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource, std::int64_t& calendarUID);
+  xml::OutputNode newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource,
+                                              std::int64_t& calendarUID);
   void readSchedule(xml::Node schedule, bool isTop, MSPEScheduleInfo& info);
   void readWeekDays(xml::Node schedule, MSPEScheduleInfo& info);
   void readDatedDays(const std::vector<xml::Node>& days, MSPEScheduleInfo& info);
@@ -60,19 +61,20 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
 
   // Writing.
   void mapScheduleInfo(const MSPEScheduleInfo& info);
-  void mapScheduleInfo(const MSPEScheduleInfo& info, xml::Node toCalendar);
-  void mapWeekDays(const MSPEScheduleInfo& info, xml::Node weekDays);
+  void mapScheduleInfo(const MSPEScheduleInfo& info, xml::OutputNode toCalendar);
+  void mapWeekDays(const MSPEScheduleInfo& info, xml::OutputNode weekDays);
   /// Writes the sets both as day-type-0 week days, for older readers, and as exceptions.
   /// @param weekDays, exceptions the calendar's containers; made when they are needed and still empty.
-  void mapScheduleExceptions(const Exceptions& sets, xml::Node toCalendar, xml::Node& weekDays, xml::Node& exceptions);
+  void mapScheduleExceptions(const Exceptions& sets, xml::OutputNode toCalendar, xml::OutputNode& weekDays,
+                             xml::OutputNode& exceptions);
   /// Writes each exception of overtime sets as a work week that names its days.
-  void mapTimeOffExceptionsBG(const Exceptions& sets, xml::Node toCalendar, xml::Node& workWeeks);
+  void mapTimeOffExceptionsBG(const Exceptions& sets, xml::OutputNode toCalendar, xml::OutputNode& workWeeks);
   /// Time-off exceptions have no overtime: none.
   [[nodiscard]] ScheduleInfo newOvertimeFromTimeOffExceptionsScheduleInfo(const MSPEScheduleInfo& info) const;
 
-  std::optional<xml::Element> detachedCalendars_;
-  xml::Node calendars_;
-  xml::Node calendar_;
+  std::unique_ptr<xml::Section> detachedCalendars_;  ///< none after it was taken
+  xml::Section& calendars_;
+  xml::OutputNode calendar_;
   std::optional<std::string> topScheduleKey_;
   std::vector<std::string> scheduleInfoKeys_;  ///< in the order the schedules were read
   std::unordered_map<std::string, ScheduleInfo> scheduleInfoMap_;

@@ -30,23 +30,23 @@ Period requiredPeriod(const MSPECalendarExceptions& set, std::int64_t index) {
   return *period;
 }
 
-void addTimePeriod(xml::Node parent, const Period& period) {
-  const xml::Node element = addChildElementWithName(parent, "TimePeriod");
+void addTimePeriod(xml::OutputNode parent, const Period& period) {
+  const xml::OutputNode element = addChildElementWithName(parent, "TimePeriod");
   const auto from = MSPIUtilities::mppToKvdxDateTime(period.fromDate);
   const auto to = MSPIUtilities::mppToKvdxDateTime(period.toDate);
   addChildElementWithName(element, "FromDate", MSPIUtilities::kvdxToMspdiDateStartTime(platform::orEmpty(from)));
   addChildElementWithName(element, "ToDate", MSPIUtilities::kvdxToMspdiDateEndTime(platform::orEmpty(to)));
 }
 
-void addWorkingTime(xml::Node workingTimes, const MSPEWorkingTime& time) {
-  const xml::Node element = addChildElementWithName(workingTimes, "WorkingTime");
+void addWorkingTime(xml::OutputNode workingTimes, const MSPEWorkingTime& time) {
+  const xml::OutputNode element = addChildElementWithName(workingTimes, "WorkingTime");
   addChildElementWithName(element, "FromTime", MSPIUtilities::hourMinSecFromDuration(time.fromTime()));
   addChildElementWithName(element, "ToTime", MSPIUtilities::hourMinSecFromDuration(time.toTime()));
 }
 
 /// The working times of one exception, also when there are none.
-void addWorkingTimes(xml::Node parent, const MSPECalendarExceptions& set, std::int64_t index) {
-  const xml::Node element = addChildElementWithName(parent, "WorkingTimes");
+void addWorkingTimes(xml::OutputNode parent, const MSPECalendarExceptions& set, std::int64_t index) {
+  const xml::OutputNode element = addChildElementWithName(parent, "WorkingTimes");
   const std::int64_t count = set.exceptionWorkingTimesCount(index).value_or(0);
   for (std::int64_t i = 0; i < count; ++i) {
     if (const auto time = set.exception(index, i)) addWorkingTime(element, *time);
@@ -54,17 +54,17 @@ void addWorkingTimes(xml::Node parent, const MSPECalendarExceptions& set, std::i
 }
 
 /// One exception as a week day of type 0: DayType, DayWorking, TimePeriod, WorkingTimes of overtime.
-void addExceptionWeekDay(xml::Node weekDays, const MSPECalendarExceptions& set, std::int64_t index) {
-  const xml::Node element = addChildElementWithName(weekDays, "WeekDay");
+void addExceptionWeekDay(xml::OutputNode weekDays, const MSPECalendarExceptions& set, std::int64_t index) {
+  const xml::OutputNode element = addChildElementWithName(weekDays, "WeekDay");
   addChildElementWithName(element, "DayType", kExceptionDayType);
   addChildElementWithName(element, "DayWorking", flag(set.overtime()));
   addTimePeriod(element, requiredPeriod(set, index));
   if (set.overtime()) addWorkingTimes(element, set, index);
 }
 
-void addException(xml::Node exceptions, const MSPECalendarExceptions& set, std::int64_t index) {
+void addException(xml::OutputNode exceptions, const MSPECalendarExceptions& set, std::int64_t index) {
   const Period period = requiredPeriod(set, index);
-  const xml::Node element = addChildElementWithName(exceptions, "Exception");
+  const xml::OutputNode element = addChildElementWithName(exceptions, "Exception");
   addChildElementWithName(element, "EnteredByOccurrences", "0");
   addTimePeriod(element, period);
   addChildElementWithName(element, "Occurrences", std::to_string(period.numberOfDays));
@@ -79,7 +79,7 @@ void addException(xml::Node exceptions, const MSPECalendarExceptions& set, std::
 }  // namespace
 
 void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info) {
-  const xml::Node calendar = info.calendar();
+  const xml::OutputNode calendar = info.calendar();
   require(static_cast<bool>(calendar), "Schedule info has no associated calendar object.");
   addChildElementWithName(calendar, "UID", std::to_string(info.calendarUID()));
   addChildElementWithName(calendar, "Name", stringByReplacingOccurrencesOfNewline(info.calendarName()));
@@ -98,10 +98,10 @@ void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info) {
   mapScheduleInfo(info, calendar);
 }
 
-void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info, xml::Node toCalendar) {
-  xml::Node weekDays;
-  xml::Node exceptions;
-  xml::Node workWeeks;
+void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info, xml::OutputNode toCalendar) {
+  xml::OutputNode weekDays;
+  xml::OutputNode exceptions;
+  xml::OutputNode workWeeks;
   if (info.hasWeekDaysData()) {
     weekDays = addChildElementWithName(toCalendar, "WeekDays");
     mapWeekDays(info, weekDays);
@@ -113,21 +113,21 @@ void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info, xml::Node
   if (info.hasTimeOffData()) mapScheduleExceptions(info.timeOffExceptions(), toCalendar, weekDays, exceptions);
 }
 
-void MSPECalendarMapper::mapWeekDays(const MSPEScheduleInfo& info, xml::Node weekDays) {
+void MSPECalendarMapper::mapWeekDays(const MSPEScheduleInfo& info, xml::OutputNode weekDays) {
   for (std::int32_t day = kSunday; day <= kSaturday; ++day) {
     const auto& times = info.workingTimesForDayType(day);
     if (!times) continue;
-    const xml::Node weekDay = addChildElementWithName(weekDays, "WeekDay");
+    const xml::OutputNode weekDay = addChildElementWithName(weekDays, "WeekDay");
     addChildElementWithName(weekDay, "DayType", std::to_string(day));
     addChildElementWithName(weekDay, "DayWorking", flag(!times->empty()));
     if (times->empty()) continue;
-    const xml::Node workingTimes = addChildElementWithName(weekDay, "WorkingTimes");
+    const xml::OutputNode workingTimes = addChildElementWithName(weekDay, "WorkingTimes");
     for (const MSPEWorkingTime& time : *times) addWorkingTime(workingTimes, time);
   }
 }
 
-void MSPECalendarMapper::mapScheduleExceptions(const Exceptions& sets, xml::Node toCalendar, xml::Node& weekDays,
-                                               xml::Node& exceptions) {
+void MSPECalendarMapper::mapScheduleExceptions(const Exceptions& sets, xml::OutputNode toCalendar,
+                                               xml::OutputNode& weekDays, xml::OutputNode& exceptions) {
   for (const auto& set : sets) {
     if (set->exceptionsCount() == 0) continue;
     if (!weekDays) weekDays = addChildElementWithName(toCalendar, "WeekDays");
@@ -139,7 +139,8 @@ void MSPECalendarMapper::mapScheduleExceptions(const Exceptions& sets, xml::Node
   }
 }
 
-void MSPECalendarMapper::mapTimeOffExceptionsBG(const Exceptions& sets, xml::Node toCalendar, xml::Node& workWeeks) {
+void MSPECalendarMapper::mapTimeOffExceptionsBG(const Exceptions& sets, xml::OutputNode toCalendar,
+                                                xml::OutputNode& workWeeks) {
   const platform::TimeZone& zone = platform::TimeZone::system();
   for (const auto& set : sets) {
     require(set->overtime(), "Expected overtime exceptions.");
@@ -150,15 +151,15 @@ void MSPECalendarMapper::mapTimeOffExceptionsBG(const Exceptions& sets, xml::Nod
       require(period.numberOfDays <= kMaximumWorkWeekDays,
               "Overtime exception of calendar '{}' is too long: {} days, at most {} can be exported.",
               platform::orNull(set->calendarName()), period.numberOfDays, kMaximumWorkWeekDays);
-      const xml::Node workWeek = addChildElementWithName(workWeeks, "WorkWeek");
-      const xml::Node weekDays = addChildElementWithName(workWeek, "WeekDays");
+      const xml::OutputNode workWeek = addChildElementWithName(workWeeks, "WorkWeek");
+      const xml::OutputNode weekDays = addChildElementWithName(workWeek, "WeekDays");
       addTimePeriod(workWeek, period);
       addChildElementWithName(workWeek, "Name", "Exception days");
       // Steps of 86400 seconds: where a clock change makes a day longer, its weekday comes twice.
       for (Instant date = period.fromDate; date < period.toDate; date = date + kSecondsPerDay) {
         const std::int32_t dayType = zone.weekday(date);
         require(dayType >= kSunday && dayType <= kSaturday, "Incorrect dayType ({}). Must be from 1 to 7.", dayType);
-        const xml::Node weekDay = addChildElementWithName(weekDays, "WeekDay");
+        const xml::OutputNode weekDay = addChildElementWithName(weekDays, "WeekDay");
         addChildElementWithName(weekDay, "DayType", std::to_string(dayType));
         addChildElementWithName(weekDay, "DayWorking", "0");
       }

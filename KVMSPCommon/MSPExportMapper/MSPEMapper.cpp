@@ -64,11 +64,12 @@ void MSPEMapper::map() {
   if (scenario.name() != "scenario") return;
 
   projectMapper_ = std::make_unique<MSPEProjectMapper>(*this);
-  xml::Element project = projectMapper_->newProjectFromKVDXScenario(scenario);
+  auto project = projectMapper_->newProjectFromKVDXScenario(scenario);
   projectMapper_.reset();
 
-  const xml::Node root = mspdiXmlDoc_.setRoot(std::move(project));
-  addComment(root, fmt::format("  {}: Korvella {} MSPDI Exporter.  ", dateDescription(platform::Clock::now()), "2.x"));
+  xml::Section& root = mspdiXmlDoc_.setRoot(std::move(project));
+  root.appendComment(
+      fmt::format("  {}: Korvella {} MSPDI Exporter.  ", dateDescription(platform::Clock::now()), "2.x"));
   finished_ = true;
 }
 

@@ -10,6 +10,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEIdMapper.h"
 #include "Platform/URL.h"
+#include "Platform/XMLOutput.h"
 #include "Platform/XMLTree.h"
 
 class MSPECalendarMapper;
@@ -44,23 +45,21 @@ class MSPEMapper {
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxXmlDoc() const { return kvdxXmlDoc_; }
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxTOCXmlDoc() const { return kvdxTOCXmlDoc_; }
   /// The finished output document; none before map() and when it made none.
-  [[nodiscard]] const xml::Document* mspdiXmlDoc() const { return finished_ ? &mspdiXmlDoc_ : nullptr; }
+  [[nodiscard]] const xml::OutputDocument* mspdiXmlDoc() const { return finished_ ? &mspdiXmlDoc_ : nullptr; }
   [[nodiscard]] const std::vector<MSPEBaseline>& kvdxBaselines() const { return kvdxBaselines_; }
   /// Present only while map() runs it.
   [[nodiscard]] MSPEProjectMapper* projectMapper() const { return projectMapper_.get(); }
   [[nodiscard]] MSPECalendarMapper& calendarMapper() const { return *calendarMapper_; }
 
-  /// The output `Project` element, as soon as it exists; other mappers add to it while it is being built.
-  [[nodiscard]] xml::Node mspdiProject() const { return mspdiProject_; }
-  void setMspdiProject(xml::Node project) { mspdiProject_ = project; }
+  /// The output `Project` element, none before it exists; other mappers add to it while it is being built.
+  [[nodiscard]] xml::Section* mspdiProject() const { return mspdiProject_; }
+  void setMspdiProject(xml::Section* project) { mspdiProject_ = project; }
   /// None until the project mapper has made it from the scenario's top objects.
   [[nodiscard]] const std::optional<MSPEIdMapper>& idMapper() const { return idMapper_; }
   void setIdMapper(MSPEIdMapper idMapper) { idMapper_ = std::move(idMapper); }
 
   /// A new element of the output document, not yet part of its tree.
-  [[nodiscard]] xml::Element newElement(const char* name) const { return mspdiXmlDoc_.newPassingElement(name); }
-  /// The same for one that others are appended to as they are finished.
-  [[nodiscard]] xml::Element newContainer(const char* name) const { return mspdiXmlDoc_.newElement(name); }
+  [[nodiscard]] xml::Element newElement(std::string_view name) const { return mspdiXmlDoc_.newElement(name); }
 
   /// Counts the `TimephasedData` of the export as they are given to assignments.
   /// @throws InvariantFailure beyond a million: a plan that asks for so many would take all memory.
@@ -83,9 +82,9 @@ class MSPEMapper {
   std::shared_ptr<xml::Document> mspdiTemplateXmlDoc_;
   /// Grows from the start, since elements live in their document; handed out when it is finished. Building apart from
   /// the tree changes nothing that a reader of the context can see.
-  mutable xml::Document mspdiXmlDoc_;
+  mutable xml::OutputDocument mspdiXmlDoc_;
   bool finished_ = false;
-  xml::Node mspdiProject_;
+  xml::Section* mspdiProject_ = nullptr;
   const MSPEInfo& info_;
   std::vector<MSPEBaseline> kvdxBaselines_;
   std::optional<platform::URL> workingFolderUrl_;  ///< for dumps; never set by this program

@@ -14,12 +14,10 @@ std::optional<xml::Element> MSPENoteMapper::newNotesFromKVDXNote(xml::Node kvdxN
     }
     plain += '\n';
   }
-  xml::Element notes = elementWithName("Notes", mapper());
-  if (!plain.empty()) notes.node().appendText(plain);
-  return notes;
+  return elementWithName("Notes", mapper(), plain);
 }
 
-void MSPENoteMapper::appendNotes(xml::Node to, xml::Node kvdxObject) const {
+void MSPENoteMapper::appendNotes(xml::OutputNode to, xml::Node kvdxObject) const {
   const xml::Node note = singleObjectForXQuery(kvdxObject, "note");
   if (!note) return;
   if (auto notes = newNotesFromKVDXNote(note)) to.append(std::move(*notes));

@@ -13,5 +13,5 @@ class MSPENoteMapper final : public MSPEObjectMapperBase {
   /// @param kvdxNote the source `note`. @return none when it has no `text`.
   [[nodiscard]] std::optional<xml::Element> newNotesFromKVDXNote(xml::Node kvdxNote) const;
   /// Appends the notes made of the object's `note`, if any.
-  void appendNotes(xml::Node to, xml::Node kvdxObject) const;
+  void appendNotes(xml::OutputNode to, xml::Node kvdxObject) const;
 };

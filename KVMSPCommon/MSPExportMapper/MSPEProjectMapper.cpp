@@ -32,7 +32,7 @@ xml::Node objectWithId(xml::Node scenario, std::string_view kind, const std::opt
 }
 
 /// Gives the assignment a copy of each element, with the assignment's UID in front.
-void appendTimephasedData(MSPEMapper& mapper, xml::Node assignment, std::int64_t assignmentUID,
+void appendTimephasedData(MSPEMapper& mapper, xml::OutputNode assignment, std::int64_t assignmentUID,
                           const std::optional<std::vector<xml::Element>>& timephasedDataArray) {
   if (!timephasedDataArray) return;
   mapper.countTimephasedData(timephasedDataArray->size());
@@ -47,11 +47,11 @@ void appendTimephasedData(MSPEMapper& mapper, xml::Node assignment, std::int64_t
 
 MSPEProjectMapper::MSPEProjectMapper(MSPEMapper& mapper) : MSPEObjectMapperBase(mapper) {}
 
-xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenario) {
-  xml::Element element = mapper().newContainer("Project");
-  const xml::Node project = element;
-  setAttributeWithName(project, "xmlns", kMSPDINamespace);
-  mapper().setMspdiProject(project);
+std::unique_ptr<xml::Section> MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenario) {
+  auto element = std::make_unique<xml::Section>("Project", 0);
+  xml::Section& project = *element;
+  project.setAttribute("xmlns", kMSPDINamespace);
+  mapper().setMspdiProject(&project);
   kvdxScenario_ = kvdxScenario;
   const auto topResourceId = singleObjectForXQuery(kvdxScenario, "top-resource").attributeText("idref");
   const auto topTaskId = singleObjectForXQuery(kvdxScenario, "top-task").attributeText("idref");
@@ -66,11 +66,11 @@ xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenari
   addChildElementWithName(project, "ProjectExternallyEdited", "0");
   MSPECalendarMapper& calendarMapper = mapper().calendarMapper();
   project.append(calendarMapper.takeCalendars());
-  const xml::Node tasks = addChildElementWithName(project, "Tasks");
-  const xml::Node resources = addChildElementWithName(project, "Resources");
-  const xml::Node assignments = addChildElementWithName(project, "Assignments");
+  xml::Section& tasks = project.appendSection("Tasks");
+  xml::Section& resources = project.appendSection("Resources");
+  xml::Section& assignments = project.appendSection("Assignments");
 
-  resources.appendFinished(MSPEResourceMapper::newDummyResourceWithMapper(mapper()));
+  resources.append(MSPEResourceMapper::newDummyResourceWithMapper(mapper()));
   const std::size_t resourceCount = objectsForXQuery(kvdxScenario, "resource").size();
   log("Mapping {} Resources and Schedules ...", resourceCount);
   calendarMapper.setTopScheduleKey(topResourceId);
@@ -85,7 +85,7 @@ xml::Element MSPEProjectMapper::newProjectFromKVDXScenario(xml::Node kvdxScenari
   return element;
 }
 
-void MSPEProjectMapper::appendHeader(xml::Node project, const std::optional<std::string>& topResourceId,
+void MSPEProjectMapper::appendHeader(xml::Section& project, const std::optional<std::string>& topResourceId,
                                      const std::optional<std::string>& topTaskId) {
   XQueryError error;
   scheduleFromStart_ = !boolAttributeForName(kvdxScenario_, "fixed-end", &error) || error;
@@ -99,10 +99,10 @@ void MSPEProjectMapper::appendHeader(xml::Node project, const std::optional<std:
   appendCurrency(project);
 }
 
-void MSPEProjectMapper::appendDates(xml::Node project) {
+void MSPEProjectMapper::appendDates(xml::Section& project) {
   const auto now = MSPIUtilities::mppToKvdxDateTime(platform::Clock::now());
   // The side that the plan is scheduled from is always written, from now when the scenario does not give it.
-  const auto append = [&](const xml::Query& query, const char* name, bool isNeeded, std::string& kvdxDate) {
+  const auto append = [&](const xml::Query& query, std::string_view name, bool isNeeded, std::string& kvdxDate) {
     const auto given = stringValueForXQuery(kvdxScenario_, query);
     kvdxDate = given ? *given : orEmpty(now);
     if (given || isNeeded) addChildElementWithName(project, name, MSPIUtilities::kvdxToMspdiDateTime(kvdxDate));
@@ -111,7 +111,7 @@ void MSPEProjectMapper::appendDates(xml::Node project) {
   append("end-date", "FinishDate", !scheduleFromStart_, kvdxProjectFinishDate_);
 }
 
-void MSPEProjectMapper::appendCurrency(xml::Node project) {
+void MSPEProjectMapper::appendCurrency(xml::Section& project) {
   const MSPECurrencyFormatMapper currency(mapper());
   addChildElementWithName(project, "CurrencyDigits", std::to_string(currency.currencyDigits()));
   addChildElementWithName(project, "CurrencySymbol", currency.currencySymbol());
@@ -149,7 +149,7 @@ const MSPEScheduledTaskInfo& MSPEProjectMapper::scheduledTask(const std::string&
 }
 
 bool MSPEProjectMapper::addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario,
-                                        xml::Node toResources, const std::optional<std::string>& groupName,
+                                        xml::Section& toResources, const std::optional<std::string>& groupName,
                                         std::int64_t baseCalendarUID, XQueryError* error) {
   const MSPETreeGuard::Step step(*resourceGuard_, kvdxResource);
   {
@@ -161,7 +161,7 @@ bool MSPEProjectMapper::addKvdxResource(xml::Node kvdxResource, xml::Node parent
     }
     if (resource) {
       if (groupName) addChildElementWithName(*resource, "Group", *groupName);
-      toResources.appendFinished(std::move(*resource));
+      toResources.append(*resource);
     }
   }
   if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return true;
@@ -187,8 +187,9 @@ std::optional<std::string> MSPEProjectMapper::groupNameBelow(xml::Node kvdxGroup
   return inheritedName ? fmt::format("{}/{}", *inheritedName, *name) : name;
 }
 
-bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario, xml::Node toTasks,
-                                    std::int64_t atLevel, xml::Node assignments, XQueryError* error) {
+bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario,
+                                    xml::Section& toTasks, std::int64_t atLevel, xml::Section& assignments,
+                                    XQueryError* error) {
   const bool isGroup = stringValueForXQuery(kvdxTask, "type", error) == "group";
   const bool isSplit = static_cast<bool>(singleObjectForXQuery(kvdxTask, "split", error));
   require(!isSplit || !isGroup, "Task group and split task are mutualy exclusive.");  // spelled so on purpose
@@ -197,7 +198,7 @@ bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xm
     std::optional<std::vector<xml::Element>> timephasedData;
     if (isSplit) timephasedData = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromKvdxSplitTask(kvdxTask);
     addChildElementWithName(task, "OutlineLevel", std::to_string(atLevel));
-    toTasks.appendFinished(std::move(task));
+    toTasks.append(task);
     if (const auto kvdxAssignments = objectsForXQuery(kvdxTask, "assignment"); !kvdxAssignments.empty()) {
       addKvdxAssignments(kvdxAssignments, kvdxTask, kvdxScenario, timephasedData, assignments, error);
     } else if (!isGroup) {
@@ -218,7 +219,7 @@ bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xm
 
 void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
                                            const std::optional<std::vector<xml::Element>>& timephasedDataArray,
-                                           xml::Node toAssignments) {
+                                           xml::Section& toAssignments) {
   const auto id = kvdxTask.attributeText("id");
   if (!id) return;
   require(scheduledTasks_ && scheduledTasks_->contains(*id),
@@ -227,18 +228,18 @@ void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
   xml::Element assignment = MSPEAssignmentMapper::newDummyAssignmentForTaskId(*id, &uid, mapper());
   require(uid >= 1, "Incorrect UID for dummy assignment ({}).", uid);
   appendTimephasedData(mapper(), assignment, uid, timephasedDataArray);
-  toAssignments.appendFinished(std::move(assignment));
+  toAssignments.append(assignment);
 }
 
 bool MSPEProjectMapper::addKvdxAssignments(const std::vector<xml::Node>& kvdxAssignments, xml::Node kvdxTask,
                                            xml::Node /*kvdxScenario*/,
                                            const std::optional<std::vector<xml::Element>>& timephasedDataArray,
-                                           xml::Node toAssignments, XQueryError* /*error*/) {
+                                           xml::Section& toAssignments, XQueryError* /*error*/) {
   MSPEAssignmentMapper assignmentMapper(mapper(), kvdxTask);
   for (const xml::Node kvdxAssignment : kvdxAssignments) {
     xml::Element assignment = assignmentMapper.newAssignmentFromKVDXAssignment(kvdxAssignment);
     appendTimephasedData(mapper(), assignment, assignmentMapper.UID(), timephasedDataArray);
-    toAssignments.appendFinished(std::move(assignment));
+    toAssignments.append(assignment);
   }
   return true;
 }

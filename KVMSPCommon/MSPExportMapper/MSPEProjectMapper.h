@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -24,31 +25,31 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
 
   /// The whole `Project`, in the order of the calls in this function's body. The context has it from the start.
   /// @throws InvariantFailure what the mappers below raise.
-  [[nodiscard]] xml::Element newProjectFromKVDXScenario(xml::Node kvdxScenario);
+  [[nodiscard]] std::unique_ptr<xml::Section> newProjectFromKVDXScenario(xml::Node kvdxScenario);
 
   /// Maps a resource, then the members of a group.
   /// @param parentResource empty for the top resource.
   /// @param groupName written as the resource's `Group`; none at the top.
   /// @param baseCalendarUID carried down the tree only.
   /// @return true. @throws InvariantFailure also when a group contains itself, or its tree does not end.
-  bool addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario, xml::Node toResources,
-                       const std::optional<std::string>& groupName, std::int64_t baseCalendarUID,
-                       XQueryError* error = nullptr);
+  bool addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario,
+                       xml::Section& toResources, const std::optional<std::string>& groupName,
+                       std::int64_t baseCalendarUID, XQueryError* error = nullptr);
 
   /// Maps a task and its assignments, then the tasks of a group.
   /// @param parentTask empty for the top task.
   /// @param atLevel written as `OutlineLevel`; 0 for the top task.
   /// @return true. @throws InvariantFailure also for a group that is split, and for a tree that does not end.
-  bool addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario, xml::Node toTasks,
-                   std::int64_t atLevel, xml::Node assignments, XQueryError* error = nullptr);
+  bool addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario, xml::Section& toTasks,
+                   std::int64_t atLevel, xml::Section& assignments, XQueryError* error = nullptr);
 
   /// Maps a task's assignments.
   /// @param timephasedDataArray the task's timephased data, if any; each assignment gets a copy that begins with its
   /// UID.
   /// @return true.
   bool addKvdxAssignments(const std::vector<xml::Node>& kvdxAssignments, xml::Node kvdxTask, xml::Node kvdxScenario,
-                          const std::optional<std::vector<xml::Element>>& timephasedDataArray, xml::Node toAssignments,
-                          XQueryError* error = nullptr);
+                          const std::optional<std::vector<xml::Element>>& timephasedDataArray,
+                          xml::Section& toAssignments, XQueryError* error = nullptr);
 
   [[nodiscard]] xml::Node kvdxScenario() const { return kvdxScenario_; }
   /// False when the scenario is scheduled backwards from its end (attribute `fixed-end`).
@@ -75,15 +76,15 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   [[nodiscard]] std::int64_t unnamedGroupsCount() const { return unnamedGroupsCount_; }
 
  private:
-  void appendHeader(xml::Node project, const std::optional<std::string>& topResourceId,
+  void appendHeader(xml::Section& project, const std::optional<std::string>& topResourceId,
                     const std::optional<std::string>& topTaskId);
-  void appendDates(xml::Node project);
-  void appendCurrency(xml::Node project);
+  void appendDates(xml::Section& project);
+  void appendCurrency(xml::Section& project);
   std::size_t readScheduledTasks();
   [[nodiscard]] std::optional<std::string> groupNameBelow(xml::Node kvdxGroup, bool hasParent,
                                                           const std::optional<std::string>& inheritedName);
   void addDummyAssignment(xml::Node kvdxTask, const std::optional<std::vector<xml::Element>>& timephasedDataArray,
-                          xml::Node toAssignments);
+                          xml::Section& toAssignments);
 
   xml::Node kvdxScenario_;
   bool scheduleFromStart_ = true;

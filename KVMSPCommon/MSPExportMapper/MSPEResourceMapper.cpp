@@ -69,7 +69,7 @@ std::optional<xml::Element> MSPEResourceMapper::newResourceFromKVDXResource(xml:
     return std::nullopt;
   }
   xml::Element element = elementWithName("Resource", mapper());
-  const xml::Node resource = element;
+  const xml::OutputNode resource = element;
   appendIdentity(resource, *id);  // UID, ID
   if (name) addChildElementWithName(resource, "Name", stringByReplacingOccurrencesOfNewline(*name));
   addChildElementWithName(resource, "Type", *type);
@@ -83,7 +83,7 @@ std::optional<xml::Element> MSPEResourceMapper::newResourceFromKVDXResource(xml:
   return element;
 }
 
-void MSPEResourceMapper::appendIdentity(xml::Node resource, const std::string& id) const {
+void MSPEResourceMapper::appendIdentity(xml::OutputNode resource, const std::string& id) const {
   const std::string uid = mapper().idMapper()->resourceUIDFromKvdxResourceId(id);
   addChildElementWithName(resource, "UID", uid);
   const std::string number = std::to_string(MSPEMapper::nextResourceID());
@@ -92,7 +92,7 @@ void MSPEResourceMapper::appendIdentity(xml::Node resource, const std::string& i
   require(isNew, "Duplicated Resource UID='{}' found (kvdx Resource id='{}').", uid, id);
 }
 
-void MSPEResourceMapper::appendUnits(xml::Node resource, xml::Node kvdxResource,
+void MSPEResourceMapper::appendUnits(xml::OutputNode resource, xml::Node kvdxResource,
                                      const std::optional<std::string>& name) const {
   XQueryError error;
   const double units = floatValueForXQuery(kvdxResource, "units-available", &error);
@@ -107,7 +107,7 @@ void MSPEResourceMapper::appendUnits(xml::Node resource, xml::Node kvdxResource,
   }
 }
 
-void MSPEResourceMapper::appendCosts(xml::Node resource, xml::Node kvdxResource) const {
+void MSPEResourceMapper::appendCosts(xml::OutputNode resource, xml::Node kvdxResource) const {
   if (const auto cost = stringValueForXQuery(kvdxResource, "cost-per-use")) {
     addChildElementWithName(resource, "CostPerUse", fmt::format("{:.2f}", platform::doubleValue(*cost) * 100));
   }
@@ -120,7 +120,7 @@ void MSPEResourceMapper::appendCosts(xml::Node resource, xml::Node kvdxResource)
   }
 }
 
-void MSPEResourceMapper::appendBaselines(xml::Node resource, xml::Node kvdxResource) const {
+void MSPEResourceMapper::appendBaselines(xml::OutputNode resource, xml::Node kvdxResource) const {
   const auto count = static_cast<std::int64_t>(mapper().kvdxBaselines().size());
   if (count == 0) return;
   log("  Mapping {} baselines for Resource ...", count);

@@ -24,17 +24,17 @@ class MSPEResourceMapper final : public MSPEObjectMapperBase {
                                                                         xml::Node parentResource);
 
   /// The calendar element made for the resource; empty, as calendars are written later.
-  [[nodiscard]] xml::Node resourceCalendar() const { return resourceCalendar_; }
+  [[nodiscard]] xml::OutputNode resourceCalendar() const { return resourceCalendar_; }
   /// UID of the resource's calendar; negative before the mapping.
   [[nodiscard]] std::int64_t resourceCalendarUID() const { return resourceCalendarUID_; }
 
  private:
-  void appendIdentity(xml::Node resource, const std::string& id) const;
-  void appendUnits(xml::Node resource, xml::Node kvdxResource, const std::optional<std::string>& name) const;
-  void appendCosts(xml::Node resource, xml::Node kvdxResource) const;
+  void appendIdentity(xml::OutputNode resource, const std::string& id) const;
+  void appendUnits(xml::OutputNode resource, xml::Node kvdxResource, const std::optional<std::string>& name) const;
+  void appendCosts(xml::OutputNode resource, xml::Node kvdxResource) const;
   /// @param resource empty for a resource that is not written.
-  void appendBaselines(xml::Node resource, xml::Node kvdxResource) const;
+  void appendBaselines(xml::OutputNode resource, xml::Node kvdxResource) const;
 
-  xml::Node resourceCalendar_;
+  xml::OutputNode resourceCalendar_;
   std::int64_t resourceCalendarUID_ = -1;
 };

@@ -9,6 +9,7 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarExceptions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWorkingTime.h"
+#include "Platform/XMLOutput.h"
 #include "Platform/XMLTree.h"
 
 /// One working schedule: the project's own (its top resource's), one resource's, or a flattened copy of one. Says for
@@ -54,8 +55,8 @@ class MSPEScheduleInfo {
   [[nodiscard]] xml::Node kvdxResource() const { return kvdxResource_; }
   [[nodiscard]] const std::optional<std::string>& parentKey() const { return parentKey_; }
   /// The `Calendar` that carries the schedule; empty until the hierarchy is built.
-  [[nodiscard]] xml::Node calendar() const { return calendar_; }
-  void setCalendar(xml::Node calendar) { calendar_ = calendar; }
+  [[nodiscard]] xml::OutputNode calendar() const { return calendar_; }
+  void setCalendar(xml::OutputNode calendar) { calendar_ = calendar; }
   [[nodiscard]] std::int64_t calendarUID() const { return calendarUID_; }
   void setCalendarUID(std::int64_t uid) { calendarUID_ = uid; }
   [[nodiscard]] const std::string& calendarName() const { return calendarName_; }
@@ -85,7 +86,7 @@ class MSPEScheduleInfo {
 
   xml::Node kvdxResource_;
   std::optional<std::string> parentKey_;
-  xml::Node calendar_;
+  xml::OutputNode calendar_;
   std::int64_t calendarUID_ = 0;
   std::string calendarName_;
   bool isBaseCalendar_ = false;

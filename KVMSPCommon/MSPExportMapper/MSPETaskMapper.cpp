@@ -66,7 +66,7 @@ std::string_view flag(bool value) { return value ? "1" : "0"; }
 
 xml::Element MSPETaskMapper::newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node parentTask) {
   xml::Element element = elementWithName("Task", mapper());
-  const xml::Node task = element;
+  const xml::OutputNode task = element;
   const auto id = kvdxTask.attributeText("id");
   require(id.has_value(), "Task <{}> has no 'id' attribute.", fmt::ptr(kvdxTask.identity()));
   auto title = stringValueForXQuery(kvdxTask, "title");
@@ -93,7 +93,7 @@ xml::Element MSPETaskMapper::newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node p
   return element;
 }
 
-void MSPETaskMapper::appendIdentity(xml::Node task, const std::string& id) {
+void MSPETaskMapper::appendIdentity(xml::OutputNode task, const std::string& id) {
   const std::string uid = mapper().idMapper()->taskUIDFromKvdxId(id);
   addChildElementWithName(task, "UID", uid);
   const std::string number = std::to_string(MSPEMapper::nextTaskID());
@@ -105,7 +105,7 @@ void MSPETaskMapper::appendIdentity(xml::Node task, const std::string& id) {
           id, taskInfo_->uid());
 }
 
-void MSPETaskMapper::appendSchedule(xml::Node task, xml::Node kvdxTask) {
+void MSPETaskMapper::appendSchedule(xml::OutputNode task, xml::Node kvdxTask) {
   const MSPEScheduledTaskInfo& info = *taskInfo_;
   const auto recalculate = stringValueForXQuery(kvdxTask, "recalculate");
   const std::string_view recalculateText = recalculate ? std::string_view(*recalculate) : "duration";
@@ -150,7 +150,7 @@ std::int64_t MSPETaskMapper::mspdiPriority() const {
   return static_cast<std::int64_t>(above * kMaximumPriority / (static_cast<platform::Wide>(highest) - lowest));
 }
 
-void MSPETaskMapper::appendCompletion(xml::Node task) const {
+void MSPETaskMapper::appendCompletion(xml::OutputNode task) const {
   const std::int32_t percent = taskInfo_->percentComplete();
   if (percent <= 0) return;
   addChildElementWithName(task, "PercentComplete", std::to_string(percent));
@@ -168,7 +168,7 @@ bool MSPETaskMapper::isForwardScheduled() const {
   }
 }
 
-void MSPETaskMapper::appendConstraint(xml::Node task, const std::optional<std::string>& start) const {
+void MSPETaskMapper::appendConstraint(xml::OutputNode task, const std::optional<std::string>& start) const {
   const MSPEScheduledTaskInfo& info = *taskInfo_;
   const auto lockedStart = info.lockedStartDate();
   const auto lockedEnd = info.lockedEndDate();
@@ -197,15 +197,15 @@ void MSPETaskMapper::appendConstraint(xml::Node task, const std::optional<std::s
   }
 }
 
-void MSPETaskMapper::appendDateConstraint(xml::Node task, const char* type,
+void MSPETaskMapper::appendDateConstraint(xml::OutputNode task, const char* type,
                                           std::optional<platform::Instant> date) const {
   addChildElementWithName(task, "ConstraintType", type);
   if (const auto text = MSPIUtilities::mppToMspdiDateTime(date)) addChildElementWithName(task, "ConstraintDate", *text);
 }
 
-void MSPETaskMapper::appendPredecessorLinks(xml::Node task) const {
+void MSPETaskMapper::appendPredecessorLinks(xml::OutputNode task) const {
   for (const auto& prerequisite : taskInfo_->prerequisites()) {
-    const xml::Node link = addChildElementWithName(task, "PredecessorLink");
+    const xml::OutputNode link = addChildElementWithName(task, "PredecessorLink");
     if (prerequisite.predecessorId) {
       addChildElementWithName(link, "PredecessorUID",
                               mapper().idMapper()->taskUIDFromKvdxId(*prerequisite.predecessorId));
@@ -219,7 +219,7 @@ void MSPETaskMapper::appendPredecessorLinks(xml::Node task) const {
   }
 }
 
-void MSPETaskMapper::appendBaselines(xml::Node task, xml::Node kvdxTask) const {
+void MSPETaskMapper::appendBaselines(xml::OutputNode task, xml::Node kvdxTask) const {
   const auto count = static_cast<std::int64_t>(mapper().kvdxBaselines().size());
   if (count == 0) return;
   log("  Mapping {} baselines for Task ...", count);

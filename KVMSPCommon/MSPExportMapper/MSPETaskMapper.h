@@ -23,13 +23,13 @@ class MSPETaskMapper final : public MSPEObjectMapperBase {
   [[nodiscard]] const std::string& mspdiFinish() const { return mspdiFinish_; }
 
  private:
-  void appendIdentity(xml::Node task, const std::string& id);
-  void appendSchedule(xml::Node task, xml::Node kvdxTask);
-  void appendCompletion(xml::Node task) const;
-  void appendConstraint(xml::Node task, const std::optional<std::string>& start) const;
-  void appendDateConstraint(xml::Node task, const char* type, std::optional<platform::Instant> date) const;
-  void appendPredecessorLinks(xml::Node task) const;
-  void appendBaselines(xml::Node task, xml::Node kvdxTask) const;
+  void appendIdentity(xml::OutputNode task, const std::string& id);
+  void appendSchedule(xml::OutputNode task, xml::Node kvdxTask);
+  void appendCompletion(xml::OutputNode task) const;
+  void appendConstraint(xml::OutputNode task, const std::optional<std::string>& start) const;
+  void appendDateConstraint(xml::OutputNode task, const char* type, std::optional<platform::Instant> date) const;
+  void appendPredecessorLinks(xml::OutputNode task) const;
+  void appendBaselines(xml::OutputNode task, xml::Node kvdxTask) const;
 
   [[nodiscard]] bool isForwardScheduled() const;
   [[nodiscard]] std::int64_t mspdiPriority() const;

@@ -37,7 +37,7 @@ void MSPETimephasedDataInfo::addTimephasedDataToArray(std::vector<xml::Element>&
   Instant start = *startDate_;
   while (start < *endDate_) {
     const Instant dayEnd = zone.endOfDay(start);
-    const xml::Node data = array.emplace_back(elementWithName("TimephasedData", mapper_));
+    const xml::OutputNode data = array.emplace_back(elementWithName("TimephasedData", mapper_));
     addChildElementWithName(data, "Type", "1");
     addChildElementWithName(data, "Unit", "1");
     addChildElementWithName(data, "Start", MSPIUtilities::mppToMspdiDateTime(start));

@@ -33,7 +33,7 @@ std::optional<std::vector<xml::Element>> MSPEUserDataMapper::newExtendedAttribut
   return attributes;
 }
 
-void MSPEUserDataMapper::appendExtendedAttributes(xml::Node to, xml::Node kvdxObject) {
+void MSPEUserDataMapper::appendExtendedAttributes(xml::OutputNode to, xml::Node kvdxObject) {
   const xml::Node userData = singleObjectForXQuery(kvdxObject, "user-data");
   if (!userData) return;
   auto attributes = newExtendedAttributesFromUserData(userData);
@@ -48,10 +48,10 @@ std::optional<std::string> MSPEUserDataMapper::getExtendedAttributeIdByName(cons
 }
 
 std::string MSPEUserDataMapper::addExtendedAttribute(const std::string& key) {
-  const xml::Node project = mapper().mspdiProject();
-  require(static_cast<bool>(project), "Failed to get Project XML document from the Mapper.");
-  xml::Node definitions = singleObjectForXQuery(project, "ExtendedAttributes");
-  if (!definitions) definitions = addChildElementWithName(project, "ExtendedAttributes");
+  xml::Section* project = mapper().mspdiProject();
+  require(project != nullptr, "Failed to get Project XML document from the Mapper.");
+  xml::Section* definitions = project->section("ExtendedAttributes");
+  if (definitions == nullptr) definitions = &project->appendSection("ExtendedAttributes");
 
   const std::size_t n = extendedAttributeIds_.size();
   std::string fieldId = std::to_string(isTask_ ? kFirstTaskField + kTaskFieldStep * n : kFirstOtherField + n);
@@ -62,6 +62,6 @@ std::string MSPEUserDataMapper::addExtendedAttribute(const std::string& key) {
   addChildElementWithName(definition, "FieldName", fmt::format("Text{}", n + 1));
   addChildElementWithName(definition, "Alias", stringByReplacingOccurrencesOfNewline(key));
   addChildElementWithName(definition, "Guid", "00000000-0000-0000-0000-000000000000");
-  definitions.appendFinished(std::move(definition));
+  definitions->append(definition);
   return fieldId;
 }

@@ -19,7 +19,7 @@ class MSPEUserDataMapper final : public MSPEObjectMapperBase {
   /// @throws InvariantFailure when there are not as many of one as of the other.
   [[nodiscard]] std::optional<std::vector<xml::Element>> newExtendedAttributesFromUserData(xml::Node userData);
   /// Appends the values made of the object's `user-data`, if any.
-  void appendExtendedAttributes(xml::Node to, xml::Node kvdxObject);
+  void appendExtendedAttributes(xml::OutputNode to, xml::Node kvdxObject);
   /// The field identifier that this mapper gave the key; none when it has not met it.
   [[nodiscard]] std::optional<std::string> getExtendedAttributeIdByName(const std::string& key) const;
   /// Defines an attribute for the key (FieldID, FieldName, Alias, Guid) and gives its field identifier: for the n-th

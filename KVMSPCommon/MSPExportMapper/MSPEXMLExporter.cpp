@@ -67,7 +67,7 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   Contents contents = readContents(source->path());
   MSPEMapper mapper(std::move(contents.plan), std::move(contents.tableOfContents), contents.baselines, nullptr, info_);
   mapper.map();
-  const xml::Document* document = mapper.mspdiXmlDoc();
+  const xml::OutputDocument* document = mapper.mspdiXmlDoc();
   if (document == nullptr) return false;
   write(*document, path);
   return true;
@@ -124,7 +124,7 @@ MSPEXMLExporter::DocumentPointer MSPEXMLExporter::newXmlDocFromUrl(const std::st
   return document;
 }
 
-void MSPEXMLExporter::write(const xml::Document& document, NumberedPath& path) {
+void MSPEXMLExporter::write(const xml::OutputDocument& document, NumberedPath& path) {
   platform::AtomicFile file(path.get());
   document.serialize([&file](std::string_view piece) { file.append(piece); });
   platform::AtomicFile::Outcome outcome = file.commit(path.get());

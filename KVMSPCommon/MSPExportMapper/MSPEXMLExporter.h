@@ -39,7 +39,7 @@ class MSPEXMLExporter {
   /// The document in a file below the bundle, repaired when it is malformed.
   /// @throws platform::Exception when nothing can be made of it.
   [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);
-  static void write(const xml::Document& document, NumberedPath& path);
+  static void write(const xml::OutputDocument& document, NumberedPath& path);
 
   MSPEInfo info_;
 };

@@ -1,0 +1,296 @@
+#include "Platform/XMLOutput.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "Platform/XMLText.h"
+
+namespace xml {
+
+namespace {
+
+constexpr std::size_t kIndent = 2;
+constexpr std::size_t kBlockSize = std::size_t{1} << 14;
+constexpr std::size_t kFirstPartSize = std::size_t{1} << 12;
+constexpr std::size_t kLastPartSize = std::size_t{1} << 20;
+
+char* put(char* at, std::string_view text) {
+  std::memcpy(at, text.data(), text.size());
+  return at + text.size();
+}
+
+char* putIndent(char* at, std::size_t depth) {
+  std::memset(at, ' ', depth * kIndent);
+  return at + depth * kIndent;
+}
+
+}  // namespace
+
+/// An element, or a comment, which has no name. Entries are never destroyed: their memory is used anew.
+struct OutputNode::Entry {
+  std::string_view name;
+  std::string_view markup;  ///< the text, escaped
+  Entry* first = nullptr;
+  Entry* last = nullptr;
+  Entry* next = nullptr;
+  OutputAttribute* attributes = nullptr;
+
+  void append(Entry* child) {
+    (last == nullptr ? first : last->next) = child;
+    last = child;
+  }
+};
+
+// OutputNode
+
+bool OutputNode::isElement() const { return entry_ != nullptr && !entry_->name.empty(); }
+
+/// Links the entry in front of the child at the index, or behind all.
+OutputNode OutputNode::insert(Entry* made, std::size_t index) const {
+  Entry* before = nullptr;
+  for (Entry* child = entry_->first; child != nullptr && index > 0; child = child->next, --index) before = child;
+  made->next = before == nullptr ? entry_->first : before->next;
+  (before == nullptr ? entry_->first : before->next) = made;
+  if (made->next == nullptr) entry_->last = made;
+  return {made, memory_};
+}
+
+OutputNode OutputNode::appendChild(std::string_view name, std::string_view text) const {
+  if (!isElement()) return {};
+  Entry* child = memory_->newEntry(name);
+  if (!text.empty()) child->markup = memory_->textMarkup(text);
+  entry_->append(child);
+  return {child, memory_};
+}
+
+OutputNode OutputNode::insertChild(std::string_view name, std::string_view text, std::size_t index) const {
+  if (!isElement()) return {};
+  const OutputNode child = insert(memory_->newEntry(name), index);
+  child.setText(text);
+  return child;
+}
+
+OutputNode OutputNode::appendComment(std::string_view text) const { return insertComment(text, std::string::npos); }
+
+OutputNode OutputNode::insertComment(std::string_view text, std::size_t index) const {
+  if (!isElement()) return {};
+  return insert(memory_->newComment(text), index);
+}
+
+OutputNode OutputNode::append(Element element) const {
+  if (!isElement()) return {};
+  return insert(element.release().entry_, std::string::npos);
+}
+
+void OutputNode::setText(std::string_view text) const {
+  if (isElement()) entry_->markup = memory_->textMarkup(text);
+}
+
+const OutputAttribute* OutputNode::setAttribute(std::string_view name, std::optional<std::string_view> value) const {
+  if (!isElement()) return nullptr;
+  OutputAttribute** link = &entry_->attributes;
+  while (*link != nullptr && (*link)->name != name) link = &(*link)->next;
+  if (*link == nullptr) *link = new (memory_->allocate(sizeof(OutputAttribute))) OutputAttribute{name, {}, nullptr};
+  if (value) (*link)->markup = memory_->kept(escapedAttribute(*value));
+  return *link;
+}
+
+Element OutputNode::copy() const { return Element({memory_->copied(*entry_), memory_}); }
+
+// Element
+
+Element::Element(OutputNode node) : node_(node) { ++node.memory_->owners_; }
+
+Element& Element::operator=(Element&& other) noexcept {
+  std::swap(node_, other.node_);
+  return *this;
+}
+
+Element::~Element() {
+  if (node_) node_.memory_->dropOwner();
+}
+
+OutputNode Element::release() {
+  --node_.memory_->owners_;
+  return std::exchange(node_, OutputNode());
+}
+
+// ElementMemory
+
+Element ElementMemory::newElement(std::string_view name) { return Element({newEntry(name), this}); }
+
+void* ElementMemory::allocate(std::size_t size) {
+  constexpr std::size_t kAlignment = alignof(OutputNode::Entry);
+  size = (size + kAlignment - 1) / kAlignment * kAlignment;
+  while (block_ < blocks_.size() && blocks_[block_].size - used_ < size) {
+    ++block_;
+    used_ = 0;
+  }
+  if (block_ == blocks_.size()) {
+    const std::size_t blockSize = std::max(kBlockSize, size);
+    blocks_.push_back({std::make_unique_for_overwrite<std::byte[]>(blockSize), blockSize});
+  }
+  void* memory = blocks_[block_].bytes.get() + used_;
+  used_ += size;
+  return memory;
+}
+
+OutputNode::Entry* ElementMemory::newEntry(std::string_view name) {
+  auto* entry = new (allocate(sizeof(OutputNode::Entry))) OutputNode::Entry;
+  entry->name = name;
+  return entry;
+}
+
+OutputNode::Entry* ElementMemory::newComment(std::string_view text) {
+  OutputNode::Entry* entry = newEntry({});
+  entry->markup = kept(commentText(text));
+  return entry;
+}
+
+OutputNode::Entry* ElementMemory::copied(const OutputNode::Entry& original) {
+  OutputNode::Entry* entry = newEntry(original.name);
+  entry->markup = original.markup;
+  OutputAttribute** link = &entry->attributes;
+  for (const OutputAttribute* attribute = original.attributes; attribute != nullptr; attribute = attribute->next) {
+    *link = new (allocate(sizeof(OutputAttribute))) OutputAttribute{attribute->name, attribute->markup, nullptr};
+    link = &(*link)->next;
+  }
+  for (const OutputNode::Entry* child = original.first; child != nullptr; child = child->next) {
+    entry->append(copied(*child));
+  }
+  return entry;
+}
+
+std::string_view ElementMemory::textMarkup(std::string_view text) {
+  return isPlainText(text) ? kept(text) : kept(escapedText(text));
+}
+
+std::string_view ElementMemory::kept(std::string_view text) {
+  char* memory = static_cast<char*>(allocate(text.size()));
+  put(memory, text);
+  return {memory, text.size()};
+}
+
+void ElementMemory::dropOwner() {
+  if (--owners_ > 0) return;
+  block_ = 0;
+  used_ = 0;
+}
+
+// Section
+
+void Section::setAttribute(std::string_view name, std::string_view value) {
+  attributes_.append(" ").append(name).append("=\"").append(escapedAttribute(value)).append("\"");
+}
+
+void Section::appendChild(std::string_view name, std::string_view text) {
+  OutputNode::Entry entry;
+  entry.name = name;
+  const std::string markup = escapedText(text);
+  entry.markup = markup;
+  append(entry, depth_ + 1);
+}
+
+void Section::append(const Element& element) { append(*element.node().entry_, depth_ + 1); }
+
+void Section::appendComment(std::string_view text) {
+  OutputNode::Entry entry;
+  const std::string markup = commentText(text);
+  entry.markup = markup;
+  append(entry, depth_ + 1);
+}
+
+Section& Section::append(std::unique_ptr<Section> section) {
+  return *parts_.emplace_back(Part{nullptr, 0, 0, std::move(section)}).section;
+}
+
+Section* Section::section(std::string_view name) const {
+  const auto part = std::find_if(parts_.begin(), parts_.end(), [name](const Part& candidate) {
+    return candidate.section && candidate.section->name_ == name;
+  });
+  return part == parts_.end() ? nullptr : part->section.get();
+}
+
+void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
+  constexpr std::size_t kMarks = std::string_view("<!---->\n").size();
+  const std::size_t indent = depth * kIndent;
+  char* at = putIndent(room(indent + 2 * entry.name.size() + entry.markup.size() + kMarks), depth);
+  if (entry.name.empty()) {
+    at = put(put(put(at, "<!--"), entry.markup), "-->\n");
+    taken(at);
+    return;
+  }
+  *at++ = '<';
+  at = put(at, entry.name);
+  if (entry.attributes != nullptr) {
+    taken(at);
+    for (const OutputAttribute* attribute = entry.attributes; attribute != nullptr; attribute = attribute->next) {
+      at = room(attribute->name.size() + attribute->markup.size() + std::string_view(" =\"\"").size());
+      at = put(put(put(put(put(at, " "), attribute->name), "=\""), attribute->markup), "\"");
+      taken(at);
+    }
+    at = room(entry.name.size() + entry.markup.size() + kMarks);
+  }
+  if (entry.first == nullptr && entry.markup.empty()) {
+    at = put(at, " />\n");
+    taken(at);
+    return;
+  }
+  *at++ = '>';
+  at = put(at, entry.markup);
+  if (entry.first != nullptr) {
+    *at++ = '\n';
+    taken(at);
+    for (const OutputNode::Entry* child = entry.first; child != nullptr; child = child->next) append(*child, depth + 1);
+    at = putIndent(room(indent + entry.name.size() + kMarks), depth);
+  }
+  at = put(put(put(at, "</"), entry.name), ">\n");
+  taken(at);
+}
+
+char* Section::room(std::size_t size) {
+  if (parts_.empty() || parts_.back().capacity - parts_.back().size < size) {
+    const std::size_t previous = parts_.empty() ? 0 : parts_.back().capacity;
+    const std::size_t capacity = std::max(size, std::clamp(previous * 2, kFirstPartSize, kLastPartSize));
+    parts_.emplace_back(Part{std::make_unique_for_overwrite<char[]>(capacity), 0, capacity, nullptr});
+  }
+  return parts_.back().text.get() + parts_.back().size;
+}
+
+void Section::taken(const char* end) {
+  Part& part = parts_.back();
+  part.size = static_cast<std::size_t>(end - part.text.get());
+}
+
+void Section::write(const std::function<void(std::string_view)>& sink) const {
+  const std::string indent(depth_ * kIndent, ' ');
+  const std::string tag = indent + "<" + std::string(name_) + attributes_;
+  if (parts_.empty()) {
+    sink(tag + " />\n");
+    return;
+  }
+  sink(tag + ">\n");
+  for (const Part& part : parts_) {
+    if (part.section) {
+      part.section->write(sink);
+    } else {
+      sink({part.text.get(), part.size});
+    }
+  }
+  sink(indent + "</" + std::string(name_) + ">\n");
+}
+
+// OutputDocument
+
+Section& OutputDocument::setRoot(std::unique_ptr<Section> root) {
+  root_ = std::move(root);
+  return *root_;
+}
+
+void OutputDocument::serialize(const std::function<void(std::string_view)>& sink) const {
+  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  if (root_) root_->write(sink);
+}
+
+}  // namespace xml

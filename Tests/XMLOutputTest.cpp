@@ -1,0 +1,109 @@
+#include "Platform/Texts.h"
+#include "Platform/XMLOutput.h"
+#include "Platform/XMLQuery.h"
+#include "Tests/Tables.h"
+
+namespace {
+
+std::string written(const xml::OutputDocument& document) {
+  std::string bytes;
+  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
+  return bytes;
+}
+
+/// What of a text, in elements, attributes and comments, reads back from a document of XML's characters alone.
+std::string readBack(std::string_view text) {
+  xml::OutputDocument document;
+  xml::Section& root = document.setRoot(std::make_unique<xml::Section>("r", 0));
+  root.setAttribute("a", text);
+  root.appendComment(text);
+  root.appendChild("e", text);
+  const xml::Element element = document.newElement("e");
+  element.node().setAttribute("a", text);
+  element.node().setText(text);
+  root.append(element);
+  const std::string bytes = written(document);
+  EXPECT_TRUE(platform::isUTF8(bytes)) << bytes;
+  for (const char c : bytes) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') << bytes;
+  const std::size_t start = bytes.find("<!--") + 4;
+  const std::size_t end = bytes.find("--", start);  // must not stand inside
+  EXPECT_EQ(bytes.substr(end, 8), "-->\n  <e") << bytes;
+  const auto again = parsed(bytes);
+  const auto elements = xml::Query("e").all(again->root());
+  const std::string value = elements.at(0).stringValue();
+  EXPECT_EQ(elements.at(1).stringValue(), value);
+  EXPECT_EQ(elements.at(1).attribute("a").value(), value);
+  EXPECT_EQ(again->root().attribute("a").value(), value);
+  return value;
+}
+
+}  // namespace
+
+TEST(XMLOutputTest, OnlyCharactersAreWritten) {
+  expectOutcomes({
+      {__LINE__, readBack, "a\rb\r\nc\td", "a\rb\r\nc\td"},
+      {__LINE__, readBack, "<a b='\"'>&amp;]]>", "<a b='\"'>&amp;]]>"},
+      {__LINE__, readBack, "seven..<", "seven..<"},
+      {__LINE__, readBack, "eight.. >", "eight.. >"},
+      {__LINE__, readBack, "a--b-", "a--b-"},
+      {__LINE__, readBack, std::string_view("a\0\x01\x1F\x7F", 5), "a\x7F"},
+      {__LINE__, readBack, "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD", "\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD"},
+      {__LINE__, readBack, "a\xC3(\x80\xFF\xC0\xAF", "a("},
+      {__LINE__, readBack, "a\xE0\x80\xAF\xED\xA0\x80\xF4\x90\x80\x80", "a"},
+      {__LINE__, readBack, "a\xEF\xBF\xBE\xEF\xBF\xBF\xE2\x82", "a"},
+  });
+}
+
+TEST(XMLOutputTest, SectionsStandWhereTheyWereAppended) {
+  xml::OutputDocument document;
+  xml::Section& root = document.setRoot(std::make_unique<xml::Section>("r", 0));
+  root.setAttribute("n", "\"1\"");
+  xml::Section& first = root.appendSection("s");
+  root.appendSection("empty");
+  root.appendChild("a");
+  const xml::Element element = document.newElement("e");
+  element.node().appendChild("b").appendChild("c", "<");
+  root.append(element);
+  first.append(element);
+  first.append(element);
+  EXPECT_EQ(root.section("s"), &first);
+  EXPECT_EQ(root.section("e"), nullptr);
+  root.appendComment("end");
+  const std::string e = "<e>\n@  <b>\n@    <c>&lt;</c>\n@  </b>\n@</e>\n";
+  const auto indented = [&e](const std::string& by) {
+    std::string text = by + e;
+    for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@')) text.replace(at, 1, by);
+    return text;
+  };
+  EXPECT_EQ(written(document), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r n=\"&quot;1&quot;\">\n  <s>\n" +
+                                   indented("    ") + indented("    ") + "  </s>\n  <empty />\n  <a />\n" +
+                                   indented("  ") + "  <!--end-->\n</r>\n");
+}
+
+/// Elements that share memory stay whole as long as one of them has an owner; texts of any size have room.
+TEST(XMLOutputTest, ElementsKeepTheirMemory) {
+  const std::string large(100'000, 'x');
+  for (const std::string& text : {std::string("text"), large}) {
+    xml::OutputDocument document;
+    xml::Section& root = document.setRoot(std::make_unique<xml::Section>("r", 0));
+    for (int round = 0; round < 3; ++round) {
+      xml::Element outer = document.newElement("outer");
+      {
+        xml::Element inner = document.newElement("inner");
+        inner.node().appendChild("t", text);
+        xml::Element copy = inner.node().copy();
+        outer.node().append(std::move(inner));
+        copy.node().insertChild("first", "1", 0);
+        copy = document.newElement("other");
+      }
+      const xml::Element other = document.newElement("other");
+      other.node().appendChild("t", "other");
+      root.append(outer);
+    }
+    const auto again = parsed(written(document));
+    const auto texts = xml::Query("outer/inner/t").all(again->root());
+    ASSERT_EQ(texts.size(), 3U);
+    for (const xml::Node found : texts) EXPECT_EQ(found.stringValue(), text);
+    EXPECT_TRUE(xml::Query("outer/inner/first").all(again->root()).empty());
+  }
+}
