@@ -21,7 +21,7 @@ std::string_view attributeValue(pugi::xml_node node, std::string_view name, bool
 
 bool Query::holdsFor(Node node) const {
   const pugi::xml_node element(node.node_);
-  if (element.type() != pugi::node_element || name_ != element.name()) return false;
+  if (element.type() != pugi::node_element || name_.text != element.name()) return false;
   if (attribute_.empty()) return true;
   bool found = false;
   const std::string_view value = attributeValue(element, attribute_, found);
@@ -78,42 +78,60 @@ std::vector<Node> Query::all(Node context) const {
     forEach(context, [&matches](Node node) { matches.push_back(node); });
     return matches;
   }
-  // Most questions for lists are about what an object has none or one of.
-  const auto found = context.document_->tree_->childByName(pugi::xml_node(context.node_), name_);
-  for (pugi::xml_node child(found.first); child; child = child.next_sibling()) {
-    const bool isLast = child.internal_object() == found.last;
-    const Node candidate(child.internal_object(), context.document_);
-    if (isLast || holdsFor(candidate)) matches.push_back(candidate);
-    if (isLast) break;
-  }
+  context.document_->tree_->childTableOf(pugi::xml_node(context.node_)).forEach(name_, [&](auto* node) {
+    matches.push_back(Node(node, context.document_));
+  });
   return matches;
 }
 
 Match Query::last(Node context) const {
-  Match match;
-  if (!context) return match;
+  if (!context) return {};
+  Document::Tree& tree = *context.document_->tree_;
+  const pugi::xml_node parent(context.node_);
+  Document::Tree::Found found;
   if (isPlainName()) {
-    const auto found = context.document_->tree_->childByName(pugi::xml_node(context.node_), name_);
-    return {Node(found.last, found.last != nullptr ? context.document_ : nullptr), found.count};
+    found = tree.childTableOf(parent).find(name_);
+  } else if (isLookup()) {
+    found = tree.lookup(parent, name_, attribute_).find(value_);
+  } else {
+    forEach(context, [&found](Node node) { found.add(node.node_); });
   }
-  if (!isLookup()) {
-    forEach(context, [&match](Node node) {
-      match.last = node;
-      match.count = match.count == 0 ? 1 : 2;
-    });
-    return match;
-  }
-  auto& lookups = context.document_->tree_->lookups;
-  const auto [entry, isNew] = lookups.try_emplace({context.node_, std::string(name_).append("@").append(attribute_)});
-  if (isNew) {
-    Query all = *this;
-    all.hasValue_ = false;
-    all.forEach(context, [this, &lookup = entry->second](Node node) {
-      lookup.add(node.attribute(attribute_).value(), node.node_);
-    });
-  }
-  const auto found = entry->second.find(value_);
   return {Node(found.last, found.last != nullptr ? context.document_ : nullptr), found.count};
+}
+
+void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
+  parent_ = parent.internal_object();
+  children_.clear();
+  lasts_.fill(kNone);
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
+    if (child.type() != pugi::node_element) continue;
+    const Name name(child.name());
+    std::uint32_t& last = lasts_[name.mark % kSlots];
+    children_.push_back({name.text, child.internal_object(), last});
+    last = static_cast<std::uint32_t>(children_.size() - 1);
+  }
+}
+
+const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node parent) {
+  for (const ChildTable& table : childTables) {
+    if (table.isOf(parent)) return table;
+  }
+  ChildTable& table = parent == root ? rootTable : childTables[nextChildTable++ % childTables.size()];
+  if (!table.isOf(parent)) table.fill(parent);
+  return table;
+}
+
+Document::Tree::Lookup& Document::Tree::lookup(pugi::xml_node parent, const Name& name, std::string_view attribute) {
+  const auto [position, isNew] =
+      lookups.try_emplace({parent.internal_object(), std::string(name.text), std::string(attribute)});
+  Lookup& lookup = position->second;
+  if (!isNew) return lookup;
+  childTableOf(parent).forEach(name, [&lookup, attribute](auto* node) {
+    bool found = false;
+    const std::string_view value = attributeValue(pugi::xml_node(node), attribute, found);
+    if (found) lookup.add(value, node);
+  });
+  return lookup;
 }
 
 }  // namespace xml

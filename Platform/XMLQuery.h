@@ -9,6 +9,21 @@
 
 namespace xml {
 
+/// A name with a small number that few other names have.
+struct Name {
+  std::string_view text;
+  std::size_t mark = 0;
+
+  constexpr Name() = default;
+  constexpr explicit Name(std::string_view name)
+      : text(name), mark(name.empty() ? 0 : markOf(name.size(), name.front(), name[name.size() / 2])) {}
+
+ private:
+  static constexpr std::size_t markOf(std::size_t size, char first, char middle) {
+    return size * 7 + static_cast<unsigned char>(first) * 3U + static_cast<unsigned char>(middle);
+  }
+};
+
 /// One path query, taken apart. The forms:
 ///   type                                              a child
 ///   project/title                                     a path of children
@@ -57,7 +72,7 @@ class Query {
 
   bool anywhere_ = false;  ///< begins with "//"
   bool hasValue_ = false;
-  std::string_view name_;        ///< the last step
+  Name name_;                    ///< the last step
   std::string_view parentPath_;  ///< the steps before the last one, "a/b"
   std::string_view attribute_;   ///< of the predicate; empty without one
   std::string_view value_;
@@ -82,7 +97,7 @@ constexpr Query::Query(std::string_view text) {
     parentPath_ = path.substr(0, slash);
     path.remove_prefix(slash + 1);
   }
-  name_ = path;
+  name_ = Name(path);
   if (text.empty()) return;
 
   text.remove_suffix(1);  // the closing bracket
@@ -103,7 +118,7 @@ constexpr Query::Query(std::string_view text) {
 
 constexpr Query Query::child(std::string_view name, std::string_view attribute, std::string_view value) {
   Query query;
-  query.name_ = name;
+  query.name_ = Name(name);
   query.attribute_ = attribute;
   query.hasValue_ = true;
   query.value_ = value;

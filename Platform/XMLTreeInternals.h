@@ -2,9 +2,8 @@
 
 // What a document holds; for the files of the tree and its queries alone.
 
-#include <algorithm>
 #include <array>
-#include <cstring>
+#include <cstdint>
 #include <functional>
 #include <pugixml.hpp>
 #include <string>
@@ -12,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Platform/XMLQuery.h"
 #include "Platform/XMLTree.h"
 
 namespace xml {
@@ -24,13 +24,12 @@ inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node to
 }
 
 struct Document::Tree {
+  /// The last of the nodes that a query asks for, and how many there are: 2 stands for several.
   struct Found {
-    pugi::xml_node_struct* first = nullptr;
     pugi::xml_node_struct* last = nullptr;
-    int count = 0;  ///< 2 stands for several
+    int count = 0;
 
     void add(pugi::xml_node_struct* node) {
-      if (count == 0) first = node;
       last = node;
       count = count == 0 ? 1 : 2;
     }
@@ -67,39 +66,52 @@ struct Document::Tree {
   struct LookupKey {
     const void* parent;
     std::string name;
+    std::string attribute;
     bool operator==(const LookupKey&) const = default;
   };
   struct LookupKeyHash {
     std::size_t operator()(const LookupKey& key) const {
-      return std::hash<const void*>()(key.parent) ^ std::hash<std::string>()(key.name);
+      const std::hash<std::string> hash;
+      return std::hash<const void*>()(key.parent) ^ hash(key.name) ^ (hash(key.attribute) << 1);
     }
   };
 
-  /// The children of one node by name. Mappers ask one element for its children one after the other.
-  struct ChildTable {
-    struct Entry {
-      const char* name;
+  /// The elements below one node by their names. Mappers ask one element for its children one after the other, mostly
+  /// for what is not there.
+  class ChildTable {
+   public:
+    [[nodiscard]] bool isOf(pugi::xml_node parent) const { return parent_ == parent.internal_object(); }
+    void fill(pugi::xml_node parent);
+
+    [[nodiscard]] Found find(const Name& name) const {
       Found found;
-
-      [[nodiscard]] bool is(const char* other) const { return *name == *other && std::strcmp(name, other) == 0; }
-      [[nodiscard]] bool is(std::string_view other) const {
-        return *name == other.front() && std::strncmp(name, other.data(), other.size()) == 0 &&
-               name[other.size()] == '\0';
+      for (std::uint32_t i = lasts_[name.mark % kSlots]; i != kNone && found.count < 2; i = children_[i].previous) {
+        if (children_[i].name == name.text && ++found.count == 1) found.last = children_[i].node;
       }
-    };
-    const void* parent = nullptr;
-    std::vector<Entry> entries;
-    bool isComplete = true;  ///< false when there are more names than a table is good for
-
-    template <typename Name>
-    [[nodiscard]] Entry* entryOf(Name name) {
-      for (Entry& entry : entries) {
-        if (entry.is(name)) return &entry;
-      }
-      return nullptr;
+      return found;
     }
+    /// Calls visit(node) for the children with the name, in document order.
+    template <typename Visit>
+    void forEach(const Name& name, Visit visit) const {
+      if (find(name).count == 0) return;
+      for (const Child& child : children_) {
+        if (child.name == name.text) visit(child.node);
+      }
+    }
+
+   private:
+    static constexpr std::size_t kSlots = 64;
+    static constexpr auto kNone = static_cast<std::uint32_t>(-1);
+
+    struct Child {
+      std::string_view name;
+      pugi::xml_node_struct* node;
+      std::uint32_t previous;  ///< the one before with a mark of the same slot
+    };
+    const void* parent_ = nullptr;
+    std::vector<Child> children_;              ///< in document order
+    std::array<std::uint32_t, kSlots> lasts_;  ///< the last child of each slot
   };
-  static constexpr std::size_t kMaximumNames = 100;
 
   std::string bytes;  ///< what the parsed nodes' texts point into
   pugi::xml_document document;
@@ -107,45 +119,13 @@ struct Document::Tree {
   /// Children of one node by one attribute's value, made at the first question.
   std::unordered_map<LookupKey, Lookup, LookupKeyHash> lookups;
 
-  /// The tables of the elements asked last: an element and those it leads to.
+  /// The tables of the root and of the elements asked last: an element and those it leads to.
+  ChildTable rootTable;
   std::array<ChildTable, 4> childTables;
   std::size_t nextChildTable = 0;
 
-  [[nodiscard]] ChildTable& childTableOf(pugi::xml_node parent) {
-    for (ChildTable& table : childTables) {
-      if (table.parent == parent.internal_object()) return table;
-    }
-    ChildTable& table = childTables[nextChildTable++ % childTables.size()];
-    table.parent = parent.internal_object();
-    table.entries.clear();
-    table.isComplete = true;
-    for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
-      if (child.type() != pugi::node_element) continue;
-      ChildTable::Entry* entry = table.entryOf(child.name());
-      if (entry == nullptr) {
-        table.isComplete = table.entries.size() < kMaximumNames;
-        if (!table.isComplete) break;
-        entry = &table.entries.emplace_back(ChildTable::Entry{child.name(), Found()});
-      }
-      entry->found.add(child.internal_object());
-    }
-    return table;
-  }
-
-  [[nodiscard]] Found childByName(pugi::xml_node parent, std::string_view name) {
-    ChildTable& table = childTableOf(parent);
-    if (name.empty()) return {};
-    if (table.isComplete) {
-      const ChildTable::Entry* entry = table.entryOf(name);
-      return entry != nullptr ? entry->found : Found();
-    }
-    Found found;
-    for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
-      if (child.type() != pugi::node_element || name != child.name()) continue;
-      found.add(child.internal_object());
-    }
-    return found;
-  }
+  [[nodiscard]] const ChildTable& childTableOf(pugi::xml_node parent);
+  [[nodiscard]] Lookup& lookup(pugi::xml_node parent, const Name& name, std::string_view attribute);
 };
 
 }  // namespace xml
