@@ -10,10 +10,10 @@ namespace xml {
 
 namespace {
 
-constexpr std::size_t kIndent = 2;
+constexpr std::string_view kIndent = "  ";
 constexpr std::size_t kBlockSize = std::size_t{1} << 14;
-constexpr std::size_t kFirstPartSize = std::size_t{1} << 12;
-constexpr std::size_t kLastPartSize = std::size_t{1} << 20;
+constexpr std::size_t kFirstTextSize = std::size_t{1} << 12;
+constexpr std::size_t kLastTextSize = std::size_t{1} << 20;
 
 char* put(char* at, std::string_view text) {
   std::memcpy(at, text.data(), text.size());
@@ -21,8 +21,8 @@ char* put(char* at, std::string_view text) {
 }
 
 char* putIndent(char* at, std::size_t depth) {
-  std::memset(at, ' ', depth * kIndent);
-  return at + depth * kIndent;
+  for (std::size_t i = 0; i < depth; ++i) std::memcpy(at + i * kIndent.size(), kIndent.data(), kIndent.size());
+  return at + depth * kIndent.size();
 }
 
 }  // namespace
@@ -58,24 +58,21 @@ OutputNode OutputNode::insert(Entry* made, std::size_t index) const {
 
 OutputNode OutputNode::appendChild(std::string_view name, std::string_view text) const {
   if (!isElement()) return {};
-  Entry* child = memory_->newEntry(name);
-  if (!text.empty()) child->markup = memory_->textMarkup(text);
+  Entry* child = isPlainText(text) ? memory_->newEntry(name, text) : memory_->newEscapedEntry(name, text);
   entry_->append(child);
   return {child, memory_};
 }
 
 OutputNode OutputNode::insertChild(std::string_view name, std::string_view text, std::size_t index) const {
   if (!isElement()) return {};
-  const OutputNode child = insert(memory_->newEntry(name), index);
-  child.setText(text);
-  return child;
+  return insert(memory_->newEscapedEntry(name, text), index);
 }
 
 OutputNode OutputNode::appendComment(std::string_view text) const { return insertComment(text, std::string::npos); }
 
 OutputNode OutputNode::insertComment(std::string_view text, std::size_t index) const {
   if (!isElement()) return {};
-  return insert(memory_->newComment(text), index);
+  return insert(memory_->newEntry({}, commentText(text)), index);
 }
 
 OutputNode OutputNode::append(Element element) const {
@@ -84,7 +81,7 @@ OutputNode OutputNode::append(Element element) const {
 }
 
 void OutputNode::setText(std::string_view text) const {
-  if (isElement()) entry_->markup = memory_->textMarkup(text);
+  if (isElement()) entry_->markup = memory_->kept(escapedText(text));
 }
 
 const OutputAttribute* OutputNode::setAttribute(std::string_view name, std::optional<std::string_view> value) const {
@@ -118,39 +115,41 @@ OutputNode Element::release() {
 
 // ElementMemory
 
-Element ElementMemory::newElement(std::string_view name) { return Element({newEntry(name), this}); }
+Element ElementMemory::newElement(std::string_view name) { return Element({newEntry(name, {}), this}); }
 
-void* ElementMemory::allocate(std::size_t size) {
+std::byte* ElementMemory::allocate(std::size_t size) {
   constexpr std::size_t kAlignment = alignof(OutputNode::Entry);
   size = (size + kAlignment - 1) / kAlignment * kAlignment;
-  while (block_ < blocks_.size() && blocks_[block_].size - used_ < size) {
-    ++block_;
-    used_ = 0;
-  }
-  if (block_ == blocks_.size()) {
+  if (left_ < size) useBlockFor(size);
+  left_ -= size;
+  return std::exchange(next_, next_ + size);
+}
+
+/// Goes on in the next block that is large enough.
+void ElementMemory::useBlockFor(std::size_t size) {
+  while (blocksInUse_ < blocks_.size() && blocks_[blocksInUse_].size < size) ++blocksInUse_;
+  if (blocksInUse_ == blocks_.size()) {
     const std::size_t blockSize = std::max(kBlockSize, size);
     blocks_.push_back({std::make_unique_for_overwrite<std::byte[]>(blockSize), blockSize});
   }
-  void* memory = blocks_[block_].bytes.get() + used_;
-  used_ += size;
-  return memory;
+  const Block& block = blocks_[blocksInUse_++];
+  next_ = block.bytes.get();
+  left_ = block.size;
 }
 
-OutputNode::Entry* ElementMemory::newEntry(std::string_view name) {
-  auto* entry = new (allocate(sizeof(OutputNode::Entry))) OutputNode::Entry;
-  entry->name = name;
-  return entry;
+OutputNode::Entry* ElementMemory::newEntry(std::string_view name, std::string_view markup) {
+  std::byte* memory = allocate(sizeof(OutputNode::Entry) + markup.size());
+  char* text = reinterpret_cast<char*>(memory + sizeof(OutputNode::Entry));
+  put(text, markup);
+  return new (memory) OutputNode::Entry{name, {text, markup.size()}};
 }
 
-OutputNode::Entry* ElementMemory::newComment(std::string_view text) {
-  OutputNode::Entry* entry = newEntry({});
-  entry->markup = kept(commentText(text));
-  return entry;
+OutputNode::Entry* ElementMemory::newEscapedEntry(std::string_view name, std::string_view text) {
+  return newEntry(name, escapedText(text));
 }
 
 OutputNode::Entry* ElementMemory::copied(const OutputNode::Entry& original) {
-  OutputNode::Entry* entry = newEntry(original.name);
-  entry->markup = original.markup;
+  OutputNode::Entry* entry = newEntry(original.name, original.markup);
   OutputAttribute** link = &entry->attributes;
   for (const OutputAttribute* attribute = original.attributes; attribute != nullptr; attribute = attribute->next) {
     *link = new (allocate(sizeof(OutputAttribute))) OutputAttribute{attribute->name, attribute->markup, nullptr};
@@ -162,20 +161,16 @@ OutputNode::Entry* ElementMemory::copied(const OutputNode::Entry& original) {
   return entry;
 }
 
-std::string_view ElementMemory::textMarkup(std::string_view text) {
-  return isPlainText(text) ? kept(text) : kept(escapedText(text));
-}
-
-std::string_view ElementMemory::kept(std::string_view text) {
-  char* memory = static_cast<char*>(allocate(text.size()));
-  put(memory, text);
-  return {memory, text.size()};
+std::string_view ElementMemory::kept(std::string_view markup) {
+  char* memory = reinterpret_cast<char*>(allocate(markup.size()));
+  put(memory, markup);
+  return {memory, markup.size()};
 }
 
 void ElementMemory::dropOwner() {
   if (--owners_ > 0) return;
-  block_ = 0;
-  used_ = 0;
+  blocksInUse_ = 0;
+  left_ = 0;
 }
 
 // Section
@@ -202,7 +197,8 @@ void Section::appendComment(std::string_view text) {
 }
 
 Section& Section::append(std::unique_ptr<Section> section) {
-  return *parts_.emplace_back(Part{nullptr, 0, 0, std::move(section)}).section;
+  endText();
+  return *parts_.emplace_back(Part{nullptr, 0, std::move(section)}).section;
 }
 
 Section* Section::section(std::string_view name) const {
@@ -214,11 +210,11 @@ Section* Section::section(std::string_view name) const {
 
 void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
   constexpr std::size_t kMarks = std::string_view("<!---->\n").size();
-  const std::size_t indent = depth * kIndent;
-  char* at = putIndent(room(indent + 2 * entry.name.size() + entry.markup.size() + kMarks), depth);
+  const std::size_t indent = depth * kIndent.size();
+  const std::size_t tag = entry.name.size() + kMarks;
+  char* at = putIndent(room(indent + tag + entry.markup.size() + tag), depth);
   if (entry.name.empty()) {
-    at = put(put(put(at, "<!--"), entry.markup), "-->\n");
-    taken(at);
+    taken(put(put(put(at, "<!--"), entry.markup), "-->\n"));
     return;
   }
   *at++ = '<';
@@ -226,15 +222,13 @@ void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
   if (entry.attributes != nullptr) {
     taken(at);
     for (const OutputAttribute* attribute = entry.attributes; attribute != nullptr; attribute = attribute->next) {
-      at = room(attribute->name.size() + attribute->markup.size() + std::string_view(" =\"\"").size());
-      at = put(put(put(put(put(at, " "), attribute->name), "=\""), attribute->markup), "\"");
-      taken(at);
+      at = room(attribute->name.size() + attribute->markup.size() + kMarks);
+      taken(put(put(put(put(put(at, " "), attribute->name), "=\""), attribute->markup), "\""));
     }
-    at = room(entry.name.size() + entry.markup.size() + kMarks);
+    at = room(entry.markup.size() + tag);
   }
   if (entry.first == nullptr && entry.markup.empty()) {
-    at = put(at, " />\n");
-    taken(at);
+    taken(put(at, " />\n"));
     return;
   }
   *at++ = '>';
@@ -243,28 +237,29 @@ void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
     *at++ = '\n';
     taken(at);
     for (const OutputNode::Entry* child = entry.first; child != nullptr; child = child->next) append(*child, depth + 1);
-    at = putIndent(room(indent + entry.name.size() + kMarks), depth);
+    at = putIndent(room(indent + tag), depth);
   }
-  at = put(put(put(at, "</"), entry.name), ">\n");
-  taken(at);
+  taken(put(put(put(at, "</"), entry.name), ">\n"));
 }
 
-char* Section::room(std::size_t size) {
-  if (parts_.empty() || parts_.back().capacity - parts_.back().size < size) {
-    const std::size_t previous = parts_.empty() ? 0 : parts_.back().capacity;
-    const std::size_t capacity = std::max(size, std::clamp(previous * 2, kFirstPartSize, kLastPartSize));
-    parts_.emplace_back(Part{std::make_unique_for_overwrite<char[]>(capacity), 0, capacity, nullptr});
-  }
-  return parts_.back().text.get() + parts_.back().size;
+void Section::startText(std::size_t size) {
+  endText();
+  capacity_ = std::max(size, std::clamp(capacity_ * 2, kFirstTextSize, kLastTextSize));
+  Part& part = parts_.emplace_back();
+  part.text = std::make_unique_for_overwrite<char[]>(capacity_);
+  next_ = part.text.get();
+  end_ = next_ + capacity_;
 }
 
-void Section::taken(const char* end) {
-  Part& part = parts_.back();
-  part.size = static_cast<std::size_t>(end - part.text.get());
+/// What is appended next stands behind what has been written, in a part of its own.
+void Section::endText() {
+  if (next_ != nullptr) parts_.back().size = static_cast<std::size_t>(next_ - parts_.back().text.get());
+  next_ = nullptr;
+  end_ = nullptr;
 }
 
 void Section::write(const std::function<void(std::string_view)>& sink) const {
-  const std::string indent(depth_ * kIndent, ' ');
+  const std::string indent(depth_ * kIndent.size(), ' ');
   const std::string tag = indent + "<" + std::string(name_) + attributes_;
   if (parts_.empty()) {
     sink(tag + " />\n");
@@ -275,7 +270,8 @@ void Section::write(const std::function<void(std::string_view)>& sink) const {
     if (part.section) {
       part.section->write(sink);
     } else {
-      sink({part.text.get(), part.size});
+      const bool isGrowing = next_ != nullptr && &part == &parts_.back();
+      sink({part.text.get(), isGrowing ? static_cast<std::size_t>(next_ - part.text.get()) : part.size});
     }
   }
   sink(indent + "</" + std::string(name_) + ">\n");

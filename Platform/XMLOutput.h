@@ -99,13 +99,13 @@ class ElementMemory {
   friend class Element;
   friend class OutputNode;
 
-  [[nodiscard]] void* allocate(std::size_t size);
-  [[nodiscard]] OutputNode::Entry* newEntry(std::string_view name);
-  [[nodiscard]] OutputNode::Entry* newComment(std::string_view text);
+  [[nodiscard]] std::byte* allocate(std::size_t size);
+  void useBlockFor(std::size_t size);
+  [[nodiscard]] OutputNode::Entry* newEntry(std::string_view name, std::string_view markup);
+  [[nodiscard]] OutputNode::Entry* newEscapedEntry(std::string_view name, std::string_view text);
   [[nodiscard]] OutputNode::Entry* copied(const OutputNode::Entry& original);
-  /// The text as it is written, in this memory.
-  [[nodiscard]] std::string_view textMarkup(std::string_view text);
-  [[nodiscard]] std::string_view kept(std::string_view text);
+  /// The markup, copied into this memory.
+  [[nodiscard]] std::string_view kept(std::string_view markup);
   void dropOwner();
 
   struct Block {
@@ -113,8 +113,9 @@ class ElementMemory {
     std::size_t size = 0;
   };
   std::vector<Block> blocks_;
-  std::size_t block_ = 0;  ///< the one in use
-  std::size_t used_ = 0;   ///< of it
+  std::size_t blocksInUse_ = 0;
+  std::byte* next_ = nullptr;  ///< what is left of the last of them
+  std::size_t left_ = 0;
   std::size_t owners_ = 0;
 };
 
@@ -143,19 +144,26 @@ class Section {
   struct Part {
     std::unique_ptr<char[]> text;
     std::size_t size = 0;
-    std::size_t capacity = 0;
     std::unique_ptr<Section> section;
   };
 
   void append(const OutputNode::Entry& entry, std::size_t depth);
   /// Where so many characters can be written; taken() says how far they were.
-  [[nodiscard]] char* room(std::size_t size);
-  void taken(const char* end);
+  [[nodiscard]] char* room(std::size_t size) {
+    if (static_cast<std::size_t>(end_ - next_) < size) startText(size);
+    return next_;
+  }
+  void taken(char* end) { next_ = end; }
+  void startText(std::size_t size);
+  void endText();
 
   std::string_view name_;
   std::size_t depth_;
   std::string attributes_;
   std::vector<Part> parts_;
+  char* next_ = nullptr;  ///< what is left of the last part, which is a text then
+  char* end_ = nullptr;
+  std::size_t capacity_ = 0;  ///< of the last text
 };
 
 /// A document that is written.
