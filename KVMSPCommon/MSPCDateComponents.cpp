@@ -35,20 +35,23 @@ std::int64_t MSPCDateComponents::secondsFromGMT() const {
 
 void MSPCDateComponents::fixUTC() { isUTC_ = timeZoneHour_ == 0 && timeZoneMinute_ == 0; }
 
+std::int64_t MSPCDateComponents::systemOffset(Instant when) {
+  const TimeZone& zone = TimeZone::system();
+  const std::int64_t daylightOffset = zone.daylightSavingOffset(when);
+  if (daylightOffset != 0) {
+    // Seen from winter, summer is today's offset and an hour, also where the zone had another one then.
+    const Instant now = platform::Clock::now();
+    if (zone.daylightSavingOffset(now) == 0) return daylightOffset + zone.secondsFromGMT(now);
+  }
+  return zone.secondsFromGMT(when);
+}
+
 MSPCUnitFlags MSPCDateComponents::forceSystemTimezoneforDate(std::optional<Instant> date) {
   isUTC_ = true;
   timeZoneHour_ = 0;
   timeZoneMinute_ = 0;
 
-  const TimeZone& zone = TimeZone::system();
-  const Instant when = date ? *date : zone.instantFromCivil(civil());
-  std::int64_t offset = zone.secondsFromGMT(when);
-  const std::int64_t daylightOffset = zone.daylightSavingOffset(when);
-  if (daylightOffset != 0) {
-    // Seen from winter, summer is today's offset and an hour, also where the zone had another one then.
-    const Instant now = platform::Clock::now();
-    if (zone.daylightSavingOffset(now) == 0) offset = daylightOffset + zone.secondsFromGMT(now);
-  }
+  const std::int64_t offset = systemOffset(date ? *date : TimeZone::system().instantFromCivil(civil()));
   if (offset == 0) return kMSPCAllUnits;
 
   timeZoneMinute_ = minutesOf(offset);

@@ -51,6 +51,9 @@ class MSPCDateComponents : public platform::DateComponents {
   /// UTC exactly when the offset is 0:0.
   void fixUTC();
 
+  /// The system zone's offset at the instant, as it labels clock fields: in seconds.
+  [[nodiscard]] static std::int64_t systemOffset(platform::Instant when);
+
   /// Labels the clock fields, which stay as they are, with the system time zone's offset.
   /// @param date the instant whose offset counts; by default the one the clock fields name in the system zone.
   /// @return all units.

@@ -192,6 +192,13 @@ std::int64_t integerValue(std::string_view text) {
   return scanned ? scanned->value : 0;
 }
 
+std::string fixedPoint(double number, int decimals) {
+  // The largest number has 309 digits.
+  std::array<char, 400> text;
+  const auto result = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, decimals);
+  return {text.data(), result.ptr};
+}
+
 double doubleValue(std::string_view text) {
   const auto scanned = scanDouble(text);
   return scanned ? scanned->value : 0.0;

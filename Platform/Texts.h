@@ -45,6 +45,9 @@ struct Scanned {
 [[nodiscard]] std::int64_t integerValue(std::string_view text);
 [[nodiscard]] double doubleValue(std::string_view text);
 
+/// The number with so many decimals, rounded to the nearest: "-1.50".
+[[nodiscard]] std::string fixedPoint(double number, int decimals);
+
 /// The number without its fraction, held at the limits of the type; not-a-number gives 0.
 template <typename Integer>
 [[nodiscard]] Integer truncated(double number) {

@@ -135,14 +135,14 @@ bool TimeZone::isKnown() const { return rules_->known; }
 
 const TimeZone::Span& TimeZone::spanAt(std::int64_t utcSeconds) const {
   const std::int64_t folded = foldedIntoRules(utcSeconds);
-  if (lastSpan_ < spans_.size() && spans_[lastSpan_].from <= folded && folded < spans_[lastSpan_].to) {
-    return spans_[lastSpan_];
+  for (const std::size_t last : lastSpans_) {
+    if (last < spans_.size() && spans_[last].from <= folded && folded < spans_[last].to) return spans_[last];
   }
   auto next = std::upper_bound(spans_.begin(), spans_.end(), folded,
                                [](std::int64_t seconds, const Span& span) { return seconds < span.from; });
   if (next == spans_.begin() || folded >= std::prev(next)->to) next = spans_.insert(next, rules_->spanAt(folded)) + 1;
-  lastSpan_ = static_cast<std::size_t>(next - spans_.begin()) - 1;
-  return spans_[lastSpan_];
+  lastSpans_ = {static_cast<std::size_t>(next - spans_.begin()) - 1, lastSpans_[0]};
+  return spans_[lastSpans_[0]];
 }
 
 std::int64_t TimeZone::secondsFromGMT(Instant instant) const { return spanAt(wholeSeconds(instant)).offset; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -70,7 +71,9 @@ class TimeZone {
   /// The spans asked for so far, in order of time: the library's look-ups are dear, and a plan's dates lie
   /// in a few of them.
   mutable std::vector<Span> spans_;
-  mutable std::size_t lastSpan_ = 0;  ///< where the last answer lay: the next one mostly lies there too
+  /// Where the last two answers lay: the next one mostly lies there too (dates of a summer are labelled by what the
+  /// zone has now, in winter).
+  mutable std::array<std::size_t, 2> lastSpans_{};
 };
 
 }  // namespace platform

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "Platform/Clock.h"
 #include "Platform/FileSystem.h"
 #include "Platform/TimeZone.h"
 
@@ -18,6 +19,7 @@ ScopedVariable::ScopedVariable(std::string name, const std::optional<std::string
   } else {
     unsetenv(name_.c_str());
   }
+  platform::Clock::resetForTesting();
 }
 
 ScopedVariable::~ScopedVariable() {
@@ -26,6 +28,7 @@ ScopedVariable::~ScopedVariable() {
   } else {
     unsetenv(name_.c_str());
   }
+  platform::Clock::resetForTesting();
 }
 
 PinnedZone::PinnedZone(const std::string& name) : variable_("TZ", name) {

@@ -1,10 +1,9 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
 
-#include <fmt/format.h>
-
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/Exceptions.h"
+#include "Platform/Texts.h"
 
 MSPEBaselineMapperBase::MSPEBaselineMapperBase(std::int64_t baselineNumber, MSPEMapper& mapper)
     : MSPEObjectMapperBase(mapper), baselineNumber_(baselineNumber), kvdxBaselines_(mapper.kvdxBaselines()) {
@@ -42,7 +41,7 @@ std::optional<xml::Element> MSPETaskBaselineMapper::newBaselineFromKvdxTask(xml:
   }
   XQueryError error;
   const double cost = floatValueForXQuery(task, "static-cost", &error);
-  if (!error) addChildElementWithName(element, "FixedCost", fmt::format("{:.2f}", cost * 100));
+  if (!error) addChildElementWithName(element, "FixedCost", platform::fixedPoint(cost * 100, 2));
   return element;
 }
 

@@ -32,10 +32,8 @@ Period requiredPeriod(const MSPECalendarExceptions& set, std::int64_t index) {
 
 void addTimePeriod(xml::OutputNode parent, const Period& period) {
   const xml::OutputNode element = addChildElementWithName(parent, "TimePeriod");
-  const auto from = MSPIUtilities::mppToKvdxDateTime(period.fromDate);
-  const auto to = MSPIUtilities::mppToKvdxDateTime(period.toDate);
-  addChildElementWithName(element, "FromDate", MSPIUtilities::kvdxToMspdiDateStartTime(platform::orEmpty(from)));
-  addChildElementWithName(element, "ToDate", MSPIUtilities::kvdxToMspdiDateEndTime(platform::orEmpty(to)));
+  addChildElementWithName(element, "FromDate", MSPIUtilities::mppToMspdiDateStartTime(period.fromDate));
+  addChildElementWithName(element, "ToDate", MSPIUtilities::mppToMspdiDateEndTime(period.toDate));
 }
 
 void addWorkingTime(xml::OutputNode workingTimes, const MSPEWorkingTime& time) {

@@ -96,7 +96,7 @@ void MSPEResourceMapper::appendUnits(xml::OutputNode resource, xml::Node kvdxRes
                                      const std::optional<std::string>& name) const {
   XQueryError error;
   const double units = floatValueForXQuery(kvdxResource, "units-available", &error);
-  addChildElementWithName(resource, "MaxUnits", fmt::format("{:f}", error ? 1.0 : units));
+  addChildElementWithName(resource, "MaxUnits", platform::fixedPoint(error ? 1.0 : units, 6));
 
   error = {};
   const double efficiency = floatValueForXQuery(kvdxResource, "efficiency", &error);
@@ -109,7 +109,7 @@ void MSPEResourceMapper::appendUnits(xml::OutputNode resource, xml::Node kvdxRes
 
 void MSPEResourceMapper::appendCosts(xml::OutputNode resource, xml::Node kvdxResource) const {
   if (const auto cost = stringValueForXQuery(kvdxResource, "cost-per-use")) {
-    addChildElementWithName(resource, "CostPerUse", fmt::format("{:.2f}", platform::doubleValue(*cost) * 100));
+    addChildElementWithName(resource, "CostPerUse", platform::fixedPoint(platform::doubleValue(*cost) * 100, 2));
   }
   if (const auto rate = stringValueForXQuery(kvdxResource, "cost-per-hour")) {
     addChildElementWithName(resource, "StandardRate", *rate);

@@ -133,7 +133,7 @@ void MSPETaskMapper::appendSchedule(xml::OutputNode task, xml::Node kvdxTask) {
   addChildElementWithName(task, "EffortDriven", flag(effortDriven));
   XQueryError error;
   const double cost = floatValueForXQuery(kvdxTask, "static-cost", &error);
-  if (!error) addChildElementWithName(task, "FixedCost", fmt::format("{:.2f}", cost * 100));
+  if (!error) addChildElementWithName(task, "FixedCost", platform::fixedPoint(cost * 100, 2));
   addChildElementWithName(task, "Estimated", "0");
   addChildElementWithName(task, "Milestone", flag(info.taskType() == MSPEScheduledTaskInfo::kMilestone));
   addChildElementWithName(task, "Summary", flag(info.taskType() == MSPEScheduledTaskInfo::kGroup));

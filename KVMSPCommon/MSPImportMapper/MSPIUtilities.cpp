@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <charconv>
 
 #include "KVMSPCommon/MSPExportMapper/MSPExtensions.h"
 #include "Platform/Exceptions.h"
@@ -172,9 +173,26 @@ std::string mspdiDuration(std::int64_t wholeSeconds) {
   const std::int64_t totalMinutes = (wholeSeconds - seconds) / kSecondsPerMinute;
   const std::int64_t hours = totalMinutes / 60;
   std::string text = "PT";
-  text.append(std::to_string(hours)).append("H");
-  text.append(std::to_string(totalMinutes - hours * 60)).append("M");
-  return text.append(std::to_string(seconds)).append("S");
+  const auto append = [&text](std::int64_t number, char unit) {
+    std::array<char, 20> digits;
+    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+    text += unit;
+  };
+  append(hours, 'H');
+  append(totalMinutes - hours * 60, 'M');
+  append(seconds, 'S');
+  return text;
+}
+
+/// The text, made of the date's kvdx form, with the date alone and a time of day; shorter where the date's MSPDI form
+/// is the usual one.
+std::string timeOfDay(Instant date, std::string_view time, std::string (*fromKvdx)(std::string_view)) {
+  constexpr std::size_t kDateLength = 10;
+  auto text = MSPIUtilities::mppToMspdiDateTime(date);
+  if (!text || text->size() != kDateLength + time.size()) {
+    return fromKvdx(orEmpty(MSPIUtilities::mppToKvdxDateTime(date)));
+  }
+  return std::move(text->replace(kDateLength, time.size(), time));
 }
 
 /// The record of an MSPDI text; raises the message when it cannot be made.
@@ -409,10 +427,13 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_v
   if (kvdx.empty()) return std::nullopt;
   MSPCUnitFlags flags = 0;
   MSPCDateComponents record = kvdxComponents(kvdx, flags);
-  record.convertToSystemTimezone();
+  const TimeZone& zone = TimeZone::system();
   const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
-  if (!isFourDigitYear(clock)) return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
-  return TimeZone::system().instantFromCivilSeconds(clock);
+  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
+  const std::int64_t local = platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT() + offset);
+  if (isFourDigitYear(local)) return zone.instantFromCivilSeconds(local);
+  record.convertToSystemTimezone();
+  return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
 }
 
 std::optional<std::string> MSPIUtilities::kvdxToMspdiDateTime(std::string_view kvdx, MSPCUnitFlags calendarUnits) {
@@ -444,14 +465,21 @@ std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<Insta
   if (!mpp) return std::nullopt;
   const TimeZone& zone = TimeZone::system();
   const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
-  MSPCDateComponents record;
-  record.forceSystemTimezoneforDate(mpp);
-  if (!isFourDigitYear(clock) || record.timeZoneMinute() < 0)
-    return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
-  record.fixUTC();
-  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
-  record.setCivil(GregorianCalendar::civilFromSeconds(clock - record.secondsFromGMT() + offset));
-  return stringFromComponents(record, kMSPCDateTimeUnits);
+  const std::int64_t label = MSPCDateComponents::systemOffset(*mpp) / kSecondsPerMinute;
+  if (isFourDigitYear(clock) && label % 60 >= 0) {
+    const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
+    std::string text = usualDateTime(GregorianCalendar::civilFromSeconds(clock - label * kSecondsPerMinute + offset));
+    if (!text.empty()) return text;
+  }
+  return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
+}
+
+std::string MSPIUtilities::mppToMspdiDateStartTime(Instant mpp) {
+  return timeOfDay(mpp, "T00:00:00", &MSPIUtilities::kvdxToMspdiDateStartTime);
+}
+
+std::string MSPIUtilities::mppToMspdiDateEndTime(Instant mpp) {
+  return timeOfDay(mpp, "T23:59:59", &MSPIUtilities::kvdxToMspdiDateEndTime);
 }
 
 int MSPIUtilities::compareMspdiDateTime(std::string_view mspdi, std::string_view toMspdiDateTime) {
@@ -485,7 +513,7 @@ double MSPIUtilities::mspdiToMppDuration(std::string_view mspdi) {
   return number(1) * kSecondsPerHour + number(2) * kSecondsPerMinute + number(3);
 }
 
-std::string MSPIUtilities::mppToKvdxDuration(double seconds) { return fmt::format("{:.2f}", seconds); }
+std::string MSPIUtilities::mppToKvdxDuration(double seconds) { return platform::fixedPoint(seconds, 2); }
 
 std::string MSPIUtilities::mppToMspdiDuration(double seconds) {
   return mspdiDuration(platform::truncated<std::int32_t>(seconds));

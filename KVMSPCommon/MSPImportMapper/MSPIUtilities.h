@@ -91,6 +91,9 @@ class MSPIUtilities {
   /// Wall-clock time of the system zone with its offset, "Z" where that is 0.
   static std::optional<std::string> mppToKvdxDateTime(std::optional<platform::Instant> mpp);
   static std::optional<std::string> mppToMspdiDateTime(std::optional<platform::Instant> mpp);
+  /// kvdxToMspdiDateStartTime(mppToKvdxDateTime(mpp)), and the same for the day's end.
+  static std::string mppToMspdiDateStartTime(platform::Instant mpp);
+  static std::string mppToMspdiDateEndTime(platform::Instant mpp);
   /// -1, 0 or 1 as the first is earlier, equal or later. An empty text comes before any other.
   static int compareMspdiDateTime(std::string_view mspdi, std::string_view toMspdiDateTime);
 
