@@ -113,19 +113,19 @@ void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
 }
 
 const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node parent) {
+  const void* node = parent.internal_object();
   for (const ChildTable& table : childTables) {
-    if (table.isOf(parent)) return table;
+    if (table.isOf(node)) return table;
   }
   ChildTable& table = parent == root ? rootTable : childTables[nextChildTable++ % childTables.size()];
-  if (!table.isOf(parent)) table.fill(parent);
+  if (!table.isOf(node)) table.fill(parent);
   return table;
 }
 
 Document::Tree::Lookup& Document::Tree::lookup(pugi::xml_node parent, const Name& name, std::string_view attribute) {
-  const auto [position, isNew] =
-      lookups.try_emplace({parent.internal_object(), std::string(name.text), std::string(attribute)});
-  Lookup& lookup = position->second;
-  if (!isNew) return lookup;
+  const LookupKey<std::string_view> key{parent.internal_object(), name.text, attribute};
+  if (const auto made = lookups.find(key); made != lookups.end()) return made->second;
+  Lookup& lookup = lookups[{key.parent, std::string(key.name), std::string(key.attribute)}];
   childTableOf(parent).forEach(name, [&lookup, attribute](auto* node) {
     bool found = false;
     const std::string_view value = attributeValue(pugi::xml_node(node), attribute, found);

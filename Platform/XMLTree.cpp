@@ -1,5 +1,6 @@
 #include "Platform/XMLTree.h"
 
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -87,7 +88,10 @@ std::string_view Node::stringValue(std::string& storage) const {
 Attribute Node::attribute(std::string_view name) const {
   for (pugi::xml_attribute attribute = pugi::xml_node(node_).first_attribute(); attribute;
        attribute = attribute.next_attribute()) {
-    if (name == attribute.name()) return Attribute(attribute.internal_object());
+    const char* other = attribute.name();
+    if (std::strncmp(other, name.data(), name.size()) == 0 && other[name.size()] == '\0') {
+      return Attribute(attribute.internal_object());
+    }
   }
   return {};
 }

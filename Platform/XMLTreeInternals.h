@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Platform/IdHash.h"
 #include "Platform/XMLQuery.h"
 #include "Platform/XMLTree.h"
 
@@ -59,20 +60,27 @@ struct Document::Tree {
       Found found;
     };
     std::vector<Entry> entries_;  ///< each value once, in document order
-    std::unordered_map<std::string_view, std::size_t> positions_;
+    std::unordered_map<std::string_view, std::size_t, platform::IdHash> positions_;
     std::size_t next_ = 0;
   };
 
+  /// What a lookup is of: the children of a node that have the name, by the attribute.
+  template <typename Text>
   struct LookupKey {
     const void* parent;
-    std::string name;
-    std::string attribute;
-    bool operator==(const LookupKey&) const = default;
+    Text name;
+    Text attribute;
   };
   struct LookupKeyHash {
-    std::size_t operator()(const LookupKey& key) const {
-      const std::hash<std::string> hash;
-      return std::hash<const void*>()(key.parent) ^ hash(key.name) ^ (hash(key.attribute) << 1);
+    using is_transparent = void;
+    std::size_t operator()(const auto& key) const {
+      return std::hash<const void*>()(key.parent) + key.name.size() * 31 + key.attribute.size();
+    }
+  };
+  struct LookupKeyEqual {
+    using is_transparent = void;
+    bool operator()(const auto& a, const auto& b) const {
+      return a.parent == b.parent && a.name == b.name && a.attribute == b.attribute;
     }
   };
 
@@ -80,7 +88,7 @@ struct Document::Tree {
   /// for what is not there.
   class ChildTable {
    public:
-    [[nodiscard]] bool isOf(pugi::xml_node parent) const { return parent_ == parent.internal_object(); }
+    [[nodiscard]] bool isOf(const void* parent) const { return parent_ == parent; }
     void fill(pugi::xml_node parent);
 
     [[nodiscard]] Found find(const Name& name) const {
@@ -117,7 +125,7 @@ struct Document::Tree {
   pugi::xml_document document;
   pugi::xml_node root;
   /// Children of one node by one attribute's value, made at the first question.
-  std::unordered_map<LookupKey, Lookup, LookupKeyHash> lookups;
+  std::unordered_map<LookupKey<std::string>, Lookup, LookupKeyHash, LookupKeyEqual> lookups;
 
   /// The tables of the root and of the elements asked last: an element and those it leads to.
   ChildTable rootTable;

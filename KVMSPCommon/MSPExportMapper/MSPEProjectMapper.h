@@ -10,6 +10,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETreeGuard.h"
+#include "Platform/IdHash.h"
 
 class MSPECurrencyFormatMapper;
 struct XQueryError;
@@ -18,8 +19,8 @@ struct XQueryError;
 /// their top nodes and has the other mappers write each node. One per export, used once.
 class MSPEProjectMapper final : public MSPEObjectMapperBase {
  public:
-  using ScheduledTasks = std::unordered_map<std::string, MSPEScheduledTaskInfo>;
-  using UidToId = std::unordered_map<std::string, std::string>;
+  using ScheduledTasks = std::unordered_map<std::string, MSPEScheduledTaskInfo, platform::IdHash>;
+  using UidToId = std::unordered_map<std::string, std::string, platform::IdHash>;
 
   explicit MSPEProjectMapper(MSPEMapper& mapper);
 

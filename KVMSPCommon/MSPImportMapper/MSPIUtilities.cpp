@@ -172,16 +172,17 @@ std::string mspdiDuration(std::int64_t wholeSeconds) {
   const std::int64_t seconds = wholeSeconds % kSecondsPerMinute;
   const std::int64_t totalMinutes = (wholeSeconds - seconds) / kSecondsPerMinute;
   const std::int64_t hours = totalMinutes / 60;
-  std::string text = "PT";
-  const auto append = [&text](std::int64_t number, char unit) {
-    std::array<char, 20> digits;
-    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
-    text += unit;
+  constexpr std::size_t kDigits = 20;
+  std::array<char, 3 * kDigits + 5> text{'P', 'T'};
+  char* at = &text[2];
+  const auto append = [&at](std::int64_t number, char unit) {
+    at = std::to_chars(at, at + kDigits, number).ptr;
+    *at++ = unit;
   };
   append(hours, 'H');
   append(totalMinutes - hours * 60, 'M');
   append(seconds, 'S');
-  return text;
+  return {text.data(), at};
 }
 
 /// The text, made of the date's kvdx form, with the date alone and a time of day; shorter where the date's MSPDI form
@@ -216,6 +217,14 @@ MSPCDateComponents systemComponents(Instant instant) {
   record.setCivil(TimeZone::system().civilFromInstant(instant));
   record.forceSystemTimezoneforDate(instant);
   return record;
+}
+
+/// What the system zone's clock shows as MSPCDateComponents::convertToSystemTimezone() has it, in seconds.
+std::int64_t systemClock(const MSPCDateComponents& record) {
+  const TimeZone& zone = TimeZone::system();
+  const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
+  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
+  return platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT() + offset);
 }
 
 /// Hours, minutes and seconds that the flags name, in seconds.
@@ -427,11 +436,8 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_v
   if (kvdx.empty()) return std::nullopt;
   MSPCUnitFlags flags = 0;
   MSPCDateComponents record = kvdxComponents(kvdx, flags);
-  const TimeZone& zone = TimeZone::system();
-  const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
-  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
-  const std::int64_t local = platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT() + offset);
-  if (isFourDigitYear(local)) return zone.instantFromCivilSeconds(local);
+  const std::int64_t clock = systemClock(record);
+  if (isFourDigitYear(clock)) return TimeZone::system().instantFromCivilSeconds(clock);
   record.convertToSystemTimezone();
   return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
 }
@@ -440,6 +446,10 @@ std::optional<std::string> MSPIUtilities::kvdxToMspdiDateTime(std::string_view k
   if (kvdx.empty()) return std::nullopt;
   MSPCUnitFlags flags = 0;
   MSPCDateComponents record = kvdxComponents(kvdx, flags);
+  if (calendarUnits == 0) {
+    const std::int64_t clock = systemClock(record);
+    if (isFourDigitYear(clock)) return usualDateTime(GregorianCalendar::civilFromSeconds(clock));
+  }
   const MSPCUnitFlags wanted = (calendarUnits != 0 ? calendarUnits : ~MSPCUnitFlags{0}) & ~kMSPCTimeZoneUnits;
   return stringFromComponents(record, wanted & record.convertToSystemTimezone());
 }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace platform {
+
+/// A hash for identifiers such as "t123" or "123", which plans number in order. Neighbours come to lie beside each
+/// other in a table, in blocks: large plans are asked for in order, and each look elsewhere waits for memory.
+struct IdHash {
+  using is_transparent = void;
+
+  std::size_t operator()(std::string_view id) const {
+    constexpr std::size_t kMaximumDigits = 18;
+    constexpr std::uint64_t kBlock = 64;
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    std::string_view digits = id;
+    if (!digits.empty() && !isDigit(digits.front())) digits.remove_prefix(1);
+    if (digits.empty() || digits.size() > kMaximumDigits) return std::hash<std::string_view>()(id);
+    std::uint64_t number = 0;
+    for (const char c : digits) {
+      if (!isDigit(c)) return std::hash<std::string_view>()(id);
+      number = number * 10 + static_cast<std::uint64_t>(c - '0');
+    }
+    return number / kBlock * kSpread / kBlock * kBlock + number % kBlock;
+  }
+};
+
+}  // namespace platform
