@@ -1,7 +1,7 @@
 #include "Platform/LocaleCurrencies.h"
 
-#include <unicode/locid.h>
 #include <unicode/ucurr.h>
+#include <unicode/uloc.h>
 #include <unicode/unistr.h>
 
 #include <array>
@@ -9,10 +9,10 @@
 namespace platform {
 
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency&)>& visit) {
-  std::int32_t count = 0;
-  const icu::Locale* locales = icu::Locale::getAvailableLocales(count);
+  // By names alone: the library's list of locale objects takes longer to make than a small plan to export.
+  const std::int32_t count = uloc_countAvailable();
   for (std::int32_t i = 0; i < count; ++i) {
-    const char* locale = locales[i].getName();
+    const char* locale = uloc_getAvailable(i);
     std::array<UChar, 8> code{};
     UErrorCode status = U_ZERO_ERROR;
     const std::int32_t codeLength = ucurr_forLocale(locale, code.data(), code.size(), &status);
