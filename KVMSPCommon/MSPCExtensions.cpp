@@ -101,9 +101,10 @@ xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper, st
 
 xml::OutputNode addChildElementWithName(xml::OutputNode element, std::string_view name,
                                         std::optional<std::string_view> value) {
-  require(canBuildOn(element),
+  const xml::OutputNode child = element.appendChild(name, value.value_or(""));
+  require(child || !element,
           "Sent message addChildElementWithName:stringValue: to an object which is not NSXMLElementProxy.");
-  return element.appendChild(name, value.value_or(""));
+  return child;
 }
 
 void addChildElementWithName(xml::Section& section, std::string_view name, std::optional<std::string_view> value) {

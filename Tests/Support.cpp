@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/Clock.h"
 #include "Platform/FileSystem.h"
 #include "Platform/TimeZone.h"
@@ -20,6 +21,7 @@ ScopedVariable::ScopedVariable(std::string name, const std::optional<std::string
     unsetenv(name_.c_str());
   }
   platform::Clock::resetForTesting();
+  MSPIUtilities::forgetConversionsForTesting();
 }
 
 ScopedVariable::~ScopedVariable() {
@@ -29,6 +31,7 @@ ScopedVariable::~ScopedVariable() {
     unsetenv(name_.c_str());
   }
   platform::Clock::resetForTesting();
+  MSPIUtilities::forgetConversionsForTesting();
 }
 
 PinnedZone::PinnedZone(const std::string& name) : variable_("TZ", name) {

@@ -8,6 +8,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPExtensions.h"
 #include "Platform/Exceptions.h"
 #include "Platform/FileSystem.h"
+#include "Platform/Memo.h"
 #include "Platform/Random.h"
 #include "Platform/RegularExpression.h"
 #include "Platform/Texts.h"
@@ -227,6 +228,19 @@ std::int64_t systemClock(const MSPCDateComponents& record) {
   return platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT() + offset);
 }
 
+/// Conversions that an export is asked for again and again: a plan's tasks start and end at the same few hours, and
+/// each date is written for a task, its assignments and its baseline.
+struct Conversions {
+  platform::Memo<std::string, std::optional<Instant>, std::hash<std::string_view>> instants;
+  platform::Memo<std::string, std::optional<std::string>, std::hash<std::string_view>> texts;
+  platform::Memo<double, std::optional<std::string>> instantsTexts;
+};
+
+Conversions& conversions() {
+  static Conversions ofTheProcess;
+  return ofTheProcess;
+}
+
 /// Hours, minutes and seconds that the flags name, in seconds.
 std::int64_t secondsOfTime(const MSPCDateComponents& record, MSPCUnitFlags flags) {
   platform::Wide seconds = 0;
@@ -434,23 +448,24 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTime(std::string_view kvdx) {
 
 std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_view kvdx) {
   if (kvdx.empty()) return std::nullopt;
-  MSPCUnitFlags flags = 0;
-  MSPCDateComponents record = kvdxComponents(kvdx, flags);
-  const std::int64_t clock = systemClock(record);
-  if (isFourDigitYear(clock)) return TimeZone::system().instantFromCivilSeconds(clock);
-  record.convertToSystemTimezone();
-  return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
+  return conversions().instants.get(kvdx, [kvdx]() -> std::optional<Instant> {
+    MSPCUnitFlags flags = 0;
+    MSPCDateComponents record = kvdxComponents(kvdx, flags);
+    const std::int64_t clock = systemClock(record);
+    if (isFourDigitYear(clock)) return TimeZone::system().instantFromCivilSeconds(clock);
+    record.convertToSystemTimezone();
+    return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
+  });
 }
 
 std::optional<std::string> MSPIUtilities::kvdxToMspdiDateTime(std::string_view kvdx, MSPCUnitFlags calendarUnits) {
   if (kvdx.empty()) return std::nullopt;
+  if (calendarUnits == 0) {
+    return conversions().texts.get(kvdx, [kvdx] { return kvdxToMspdiDateTime(kvdx, kMSPCAllUnits); });
+  }
   MSPCUnitFlags flags = 0;
   MSPCDateComponents record = kvdxComponents(kvdx, flags);
-  if (calendarUnits == 0) {
-    const std::int64_t clock = systemClock(record);
-    if (isFourDigitYear(clock)) return usualDateTime(GregorianCalendar::civilFromSeconds(clock));
-  }
-  const MSPCUnitFlags wanted = (calendarUnits != 0 ? calendarUnits : ~MSPCUnitFlags{0}) & ~kMSPCTimeZoneUnits;
+  const MSPCUnitFlags wanted = calendarUnits & ~kMSPCTimeZoneUnits;
   return stringFromComponents(record, wanted & record.convertToSystemTimezone());
 }
 
@@ -473,15 +488,23 @@ std::optional<std::string> MSPIUtilities::mppToKvdxDateTime(std::optional<Instan
 
 std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<Instant> mpp) {
   if (!mpp) return std::nullopt;
-  const TimeZone& zone = TimeZone::system();
-  const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
-  const std::int64_t label = MSPCDateComponents::systemOffset(*mpp) / kSecondsPerMinute;
-  if (isFourDigitYear(clock) && label % 60 >= 0) {
-    const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
-    std::string text = usualDateTime(GregorianCalendar::civilFromSeconds(clock - label * kSecondsPerMinute + offset));
-    if (!text.empty()) return text;
-  }
-  return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
+  return conversions().instantsTexts.get(mpp->seconds, [mpp]() -> std::optional<std::string> {
+    const TimeZone& zone = TimeZone::system();
+    const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
+    const std::int64_t label = MSPCDateComponents::systemOffset(*mpp) / kSecondsPerMinute;
+    if (isFourDigitYear(clock) && label % 60 >= 0) {
+      const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
+      std::string text = usualDateTime(GregorianCalendar::civilFromSeconds(clock - label * kSecondsPerMinute + offset));
+      if (!text.empty()) return text;
+    }
+    return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));
+  });
+}
+
+void MSPIUtilities::forgetConversionsForTesting() {
+  conversions().instants.forget();
+  conversions().texts.forget();
+  conversions().instantsTexts.forget();
 }
 
 std::string MSPIUtilities::mppToMspdiDateStartTime(Instant mpp) {

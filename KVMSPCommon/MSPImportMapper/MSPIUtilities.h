@@ -94,6 +94,8 @@ class MSPIUtilities {
   /// kvdxToMspdiDateStartTime(mppToKvdxDateTime(mpp)), and the same for the day's end.
   static std::string mppToMspdiDateStartTime(platform::Instant mpp);
   static std::string mppToMspdiDateEndTime(platform::Instant mpp);
+  /// Forgets conversions that hold in one zone and at one time of the year only. For tests, which change them.
+  static void forgetConversionsForTesting();
   /// -1, 0 or 1 as the first is earlier, equal or later. An empty text comes before any other.
   static int compareMspdiDateTime(std::string_view mspdi, std::string_view toMspdiDateTime);
 
