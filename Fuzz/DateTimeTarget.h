@@ -38,6 +38,7 @@ inline void setFuzzZone(const char* zone) {
   setenv("TZ", zone, 1);
   tzset();
   platform::TimeZone::resetSystemForTesting();
+  MSPIUtilities::forgetConversionsForTesting();
 }
 
 /// The direct scan of a date-time and the general expressions give the same units, record and failure, whatever the

@@ -46,6 +46,11 @@ struct OutputNode::Entry {
 
 bool OutputNode::isElement() const { return entry_ != nullptr && !entry_->name.empty(); }
 
+OutputNode OutputNode::append(Entry* made) const {
+  entry_->append(made);
+  return {made, memory_};
+}
+
 /// Links the entry in front of the child at the index, or behind all.
 OutputNode OutputNode::insert(Entry* made, std::size_t index) const {
   Entry* before = nullptr;
@@ -58,9 +63,7 @@ OutputNode OutputNode::insert(Entry* made, std::size_t index) const {
 
 OutputNode OutputNode::appendChild(std::string_view name, std::string_view text) const {
   if (!isElement()) return {};
-  Entry* child = isPlainText(text) ? memory_->newEntry(name, text) : memory_->newEscapedEntry(name, text);
-  entry_->append(child);
-  return {child, memory_};
+  return append(isPlainText(text) ? memory_->newEntry(name, text) : memory_->newEscapedEntry(name, text));
 }
 
 OutputNode OutputNode::insertChild(std::string_view name, std::string_view text, std::size_t index) const {
@@ -68,7 +71,9 @@ OutputNode OutputNode::insertChild(std::string_view name, std::string_view text,
   return insert(memory_->newEscapedEntry(name, text), index);
 }
 
-OutputNode OutputNode::appendComment(std::string_view text) const { return insertComment(text, std::string::npos); }
+OutputNode OutputNode::appendComment(std::string_view text) const {
+  return isElement() ? append(memory_->newEntry({}, commentText(text))) : OutputNode();
+}
 
 OutputNode OutputNode::insertComment(std::string_view text, std::size_t index) const {
   if (!isElement()) return {};
@@ -76,8 +81,7 @@ OutputNode OutputNode::insertComment(std::string_view text, std::size_t index) c
 }
 
 OutputNode OutputNode::append(Element element) const {
-  if (!isElement()) return {};
-  return insert(element.release().entry_, std::string::npos);
+  return isElement() ? append(element.release().entry_) : OutputNode();
 }
 
 void OutputNode::setText(std::string_view text) const {

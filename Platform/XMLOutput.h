@@ -59,7 +59,8 @@ class OutputNode {
   friend class Section;
   struct Entry;
   OutputNode(Entry* entry, ElementMemory* memory) : entry_(entry), memory_(memory) {}
-  [[nodiscard]] OutputNode insert(Entry* made, std::size_t index) const;
+  OutputNode append(Entry* made) const;
+  OutputNode insert(Entry* made, std::size_t index) const;
 
   Entry* entry_ = nullptr;
   ElementMemory* memory_ = nullptr;
