@@ -57,6 +57,7 @@ bool boolAttributeForName(xml::Node element, std::string_view name, XQueryError*
 bool boolFromString(std::string_view text, XQueryError* error = nullptr);
 
 /// Gives the element's attribute the value, appending the attribute when it has none of that name.
+/// @return the attribute; null on nothing.
 /// @param value none leaves an existing value alone; a new attribute is then empty.
 /// @throws InvariantFailure when the node is no element.
 const xml::OutputAttribute* setAttributeWithName(xml::OutputNode element, std::string_view name,

@@ -58,7 +58,7 @@ class MSPEMapper {
   [[nodiscard]] const std::optional<MSPEIdMapper>& idMapper() const { return idMapper_; }
   void setIdMapper(MSPEIdMapper idMapper) { idMapper_ = std::move(idMapper); }
 
-  /// A new element of the output document, not yet part of its tree.
+  /// A new element of the output document, not yet part of it.
   [[nodiscard]] xml::Element newElement(std::string_view name) const { return mspdiXmlDoc_.newElement(name); }
 
   /// Counts the `TimephasedData` of the export as they are given to assignments.
