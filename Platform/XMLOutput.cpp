@@ -92,7 +92,7 @@ const OutputAttribute* OutputNode::setAttribute(std::string_view name, std::opti
   if (!isElement()) return nullptr;
   OutputAttribute** link = &entry_->attributes;
   while (*link != nullptr && (*link)->name != name) link = &(*link)->next;
-  if (*link == nullptr) *link = new (memory_->allocate(sizeof(OutputAttribute))) OutputAttribute{name, {}, nullptr};
+  if (*link == nullptr) *link = new (memory_->allocate(sizeof(OutputAttribute))) OutputAttribute{name, "", nullptr};
   if (value) (*link)->markup = memory_->kept(escapedAttribute(*value));
   return *link;
 }
@@ -144,7 +144,7 @@ void ElementMemory::useBlockFor(std::size_t size) {
 OutputNode::Entry* ElementMemory::newEntry(std::string_view name, std::string_view markup) {
   std::byte* memory = allocate(sizeof(OutputNode::Entry) + markup.size());
   char* text = reinterpret_cast<char*>(memory + sizeof(OutputNode::Entry));
-  put(text, markup);
+  if (!markup.empty()) put(text, markup);  // an empty one may be nowhere
   return new (memory) OutputNode::Entry{name, {text, markup.size()}};
 }
 
