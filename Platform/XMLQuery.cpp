@@ -117,8 +117,12 @@ const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node pa
   for (const ChildTable& table : childTables) {
     if (table.isOf(node)) return table;
   }
-  ChildTable& table = parent == root ? rootTable : childTables[nextChildTable++ % childTables.size()];
-  if (!table.isOf(node)) table.fill(parent);
+  if (parent == root) {
+    if (!rootTable.isOf(node)) rootTable.fill(parent);
+    return rootTable;
+  }
+  ChildTable& table = childTables[nextChildTable++ % childTables.size()];
+  table.fill(parent);
   return table;
 }
 
