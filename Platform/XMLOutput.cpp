@@ -134,7 +134,7 @@ void ElementMemory::useBlockFor(std::size_t size) {
   while (blocksInUse_ < blocks_.size() && blocks_[blocksInUse_].size < size) ++blocksInUse_;
   if (blocksInUse_ == blocks_.size()) {
     const std::size_t blockSize = std::max(kBlockSize, size);
-    blocks_.push_back({std::make_unique_for_overwrite<std::byte[]>(blockSize), blockSize});
+    blocks_.push_back({std::make_unique_for_overwrite<Bytes>(blockSize), blockSize});
   }
   const Block& block = blocks_[blocksInUse_++];
   next_ = block.bytes.get();
@@ -250,7 +250,7 @@ void Section::startText(std::size_t size) {
   endText();
   capacity_ = std::max(size, std::clamp(capacity_ * 2, kFirstTextSize, kLastTextSize));
   Part& part = parts_.emplace_back();
-  part.text = std::make_unique_for_overwrite<char[]>(capacity_);
+  part.text = std::make_unique_for_overwrite<Characters>(capacity_);
   next_ = part.text.get();
   end_ = next_ + capacity_;
 }

@@ -18,6 +18,10 @@ namespace xml {
 class Element;
 class ElementMemory;
 
+// Of a size that is known later. Unlike a vector, what is made of them begins unfilled.
+using Bytes = std::byte[];  // NOLINT(*-avoid-c-arrays)
+using Characters = char[];  // NOLINT(*-avoid-c-arrays)
+
 struct OutputAttribute {
   std::string_view name;
   std::string_view markup;  ///< the value as it is written
@@ -110,7 +114,7 @@ class ElementMemory {
   void dropOwner();
 
   struct Block {
-    std::unique_ptr<std::byte[]> bytes;
+    std::unique_ptr<Bytes> bytes;
     std::size_t size = 0;
   };
   std::vector<Block> blocks_;
@@ -143,7 +147,7 @@ class Section {
  private:
   /// A piece of text, or a section. A text is only appended to, and is never moved.
   struct Part {
-    std::unique_ptr<char[]> text;
+    std::unique_ptr<Characters> text;
     std::size_t size = 0;
     std::unique_ptr<Section> section;
   };

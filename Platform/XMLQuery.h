@@ -20,7 +20,7 @@ struct Name {
 
  private:
   static constexpr std::size_t markOf(std::size_t size, char first, char middle) {
-    return size * 7 + static_cast<unsigned char>(first) * 3U + static_cast<unsigned char>(middle);
+    return size * 7 + std::size_t{3} * static_cast<unsigned char>(first) + static_cast<unsigned char>(middle);
   }
 };
 
