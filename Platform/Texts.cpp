@@ -194,7 +194,7 @@ std::int64_t integerValue(std::string_view text) {
 
 std::string fixedPoint(double number, int decimals) {
   // The largest number has 309 digits.
-  std::array<char, 400> text;
+  std::array<char, 400> text{};
   const auto result = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, decimals);
   return {text.data(), result.ptr};
 }

@@ -117,8 +117,8 @@ struct Document::Tree {
       std::uint32_t previous;  ///< the one before with a mark of the same slot
     };
     const void* parent_ = nullptr;
-    std::vector<Child> children_;              ///< in document order
-    std::array<std::uint32_t, kSlots> lasts_;  ///< the last child of each slot
+    std::vector<Child> children_;                ///< in document order
+    std::array<std::uint32_t, kSlots> lasts_{};  ///< the last child of each slot
   };
 
   std::string bytes;  ///< what the parsed nodes' texts point into
