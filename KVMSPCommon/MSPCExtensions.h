@@ -71,10 +71,10 @@ xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper,
 /// @throws InvariantFailure when the node is no element.
 xml::OutputNode addChildElementWithName(xml::OutputNode element, std::string_view name,
                                         std::optional<std::string_view> value = std::nullopt);
-/// The same for a section of the document.
+/// The same for a section of the document, without a view of the child.
 void addChildElementWithName(xml::Section& section, std::string_view name,
                              std::optional<std::string_view> value = std::nullopt);
-/// The same in front of the child at the index (0 is the first).
+/// addChildElementWithName() in front of the child at the index (0 is the first).
 xml::OutputNode insertChildElementWithName(xml::OutputNode element, std::string_view name,
                                            std::optional<std::string_view> value, std::int32_t atIndex);
 /// Appends a comment; none makes an empty one.

@@ -11,7 +11,7 @@ class Clock {
   /// holds a whole number, so that output can be reproduced; otherwise the wall clock.
   [[nodiscard]] static Instant now();
 
-  /// Forgets the environment's moment, so that the next call looks at the environment again. For tests.
+  /// Looks at the environment again, which now() does only the first time. For tests.
   static void resetForTesting();
 };
 

@@ -8,14 +8,14 @@
 namespace platform {
 
 /// A hash for identifiers such as "t123" or "123", which plans number in order. Neighbours come to lie beside each
-/// other in a table, in blocks: large plans are asked for in order, and each look elsewhere waits for memory.
+/// other in a table, in blocks: large plans are asked for in order, and each look elsewhere waits for memory. Where the
+/// blocks lie differs from process to process, so that nobody can make a plan whose identifiers all lie in one place.
 struct IdHash {
   using is_transparent = void;
 
   std::size_t operator()(std::string_view id) const {
     constexpr std::size_t kMaximumDigits = 18;
     constexpr std::uint64_t kBlock = 64;
-    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     std::string_view digits = id;
     if (!digits.empty() && !isDigit(digits.front())) digits.remove_prefix(1);
@@ -25,8 +25,12 @@ struct IdHash {
       if (!isDigit(c)) return std::hash<std::string_view>()(id);
       number = number * 10 + static_cast<std::uint64_t>(c - '0');
     }
-    return number / kBlock * kSpread / kBlock * kBlock + number % kBlock;
+    const std::uint64_t kind = static_cast<unsigned char>(id.front()) * 256U + id.size();
+    return (number / kBlock ^ kind << 48U) * spread_ / kBlock * kBlock + number % kBlock;
   }
+
+ private:
+  static const std::uint64_t spread_;
 };
 
 }  // namespace platform

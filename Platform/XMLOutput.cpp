@@ -10,7 +10,6 @@ namespace xml {
 
 namespace {
 
-constexpr std::string_view kIndent = "  ";
 constexpr std::size_t kBlockSize = std::size_t{1} << 14;
 constexpr std::size_t kFirstTextSize = std::size_t{1} << 12;
 constexpr std::size_t kLastTextSize = std::size_t{1} << 20;
@@ -35,6 +34,7 @@ struct OutputNode::Entry {
   Entry* last = nullptr;
   Entry* next = nullptr;
   OutputAttribute* attributes = nullptr;
+  bool hasText = false;  ///< also one of which nothing is left
 
   void append(Entry* child) {
     (last == nullptr ? first : last->next) = child;
@@ -63,12 +63,16 @@ OutputNode OutputNode::insert(Entry* made, std::size_t index) const {
 
 OutputNode OutputNode::appendChild(std::string_view name, std::string_view text) const {
   if (!isElement()) return {};
-  return append(isPlainText(text) ? memory_->newEntry(name, text) : memory_->newEscapedEntry(name, text));
+  Entry* child = isPlainText(text) ? memory_->newEntry(name, text) : memory_->newEntry(name, escapedText(text));
+  child->hasText = !text.empty();
+  return append(child);
 }
 
 OutputNode OutputNode::insertChild(std::string_view name, std::string_view text, std::size_t index) const {
   if (!isElement()) return {};
-  return insert(memory_->newEscapedEntry(name, text), index);
+  const OutputNode child = insert(memory_->newEntry(name, {}), index);
+  child.setText(text);
+  return child;
 }
 
 OutputNode OutputNode::appendComment(std::string_view text) const {
@@ -85,7 +89,9 @@ OutputNode OutputNode::append(Element element) const {
 }
 
 void OutputNode::setText(std::string_view text) const {
-  if (isElement()) entry_->markup = memory_->kept(escapedText(text));
+  if (!isElement()) return;
+  entry_->markup = memory_->kept(escapedText(text));
+  entry_->hasText = !text.empty();
 }
 
 const OutputAttribute* OutputNode::setAttribute(std::string_view name, std::optional<std::string_view> value) const {
@@ -124,21 +130,20 @@ Element ElementMemory::newElement(std::string_view name) { return Element({newEn
 std::byte* ElementMemory::allocate(std::size_t size) {
   constexpr std::size_t kAlignment = alignof(OutputNode::Entry);
   size = (size + kAlignment - 1) / kAlignment * kAlignment;
-  if (left_ < size) useBlockFor(size);
-  left_ -= size;
-  return std::exchange(next_, next_ + size);
+  if (used_.left < size) useBlockFor(size);
+  used_.left -= size;
+  return std::exchange(used_.next, used_.next + size);
 }
 
 /// Goes on in the next block that is large enough.
 void ElementMemory::useBlockFor(std::size_t size) {
-  while (blocksInUse_ < blocks_.size() && blocks_[blocksInUse_].size < size) ++blocksInUse_;
-  if (blocksInUse_ == blocks_.size()) {
+  while (used_.blocks < blocks_.size() && blocks_[used_.blocks].size < size) ++used_.blocks;
+  if (used_.blocks == blocks_.size()) {
     const std::size_t blockSize = std::max(kBlockSize, size);
     blocks_.push_back({std::make_unique_for_overwrite<Bytes>(blockSize), blockSize});
   }
-  const Block& block = blocks_[blocksInUse_++];
-  next_ = block.bytes.get();
-  left_ = block.size;
+  const Block& block = blocks_[used_.blocks];
+  used_ = {used_.blocks + 1, block.bytes.get(), block.size};
 }
 
 OutputNode::Entry* ElementMemory::newEntry(std::string_view name, std::string_view markup) {
@@ -148,12 +153,9 @@ OutputNode::Entry* ElementMemory::newEntry(std::string_view name, std::string_vi
   return new (memory) OutputNode::Entry{name, {text, markup.size()}};
 }
 
-OutputNode::Entry* ElementMemory::newEscapedEntry(std::string_view name, std::string_view text) {
-  return newEntry(name, escapedText(text));
-}
-
 OutputNode::Entry* ElementMemory::copied(const OutputNode::Entry& original) {
   OutputNode::Entry* entry = newEntry(original.name, original.markup);
+  entry->hasText = original.hasText;
   OutputAttribute** link = &entry->attributes;
   for (const OutputAttribute* attribute = original.attributes; attribute != nullptr; attribute = attribute->next) {
     *link = new (allocate(sizeof(OutputAttribute))) OutputAttribute{attribute->name, attribute->markup, nullptr};
@@ -172,9 +174,11 @@ std::string_view ElementMemory::kept(std::string_view markup) {
 }
 
 void ElementMemory::dropOwner() {
-  if (--owners_ > 0) return;
-  blocksInUse_ = 0;
-  left_ = 0;
+  if (--owners_ == 0) used_ = {};
+}
+
+ElementMemory::Scope::~Scope() {
+  if (memory_.owners_ == owners_) memory_.used_ = used_;
 }
 
 // Section
@@ -186,12 +190,14 @@ void Section::setAttribute(std::string_view name, std::string_view value) {
 void Section::appendChild(std::string_view name, std::string_view text) {
   OutputNode::Entry entry;
   entry.name = name;
+  entry.hasText = !text.empty();
   const std::string markup = escapedText(text);
   entry.markup = markup;
   append(entry, depth_ + 1);
 }
 
-void Section::append(const Element& element) { append(*element.node().entry_, depth_ + 1); }
+// By value: the element is dropped when it is written.
+void Section::append(Element element) { append(*element.node().entry_, depth_ + 1); }
 
 void Section::appendComment(std::string_view text) {
   OutputNode::Entry entry;
@@ -231,7 +237,7 @@ void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
     }
     at = room(entry.markup.size() + tag);
   }
-  if (entry.first == nullptr && entry.markup.empty()) {
+  if (entry.first == nullptr && !entry.hasText) {
     taken(put(at, " />\n"));
     return;
   }
@@ -289,7 +295,7 @@ Section& OutputDocument::setRoot(std::unique_ptr<Section> root) {
 }
 
 void OutputDocument::serialize(const std::function<void(std::string_view)>& sink) const {
-  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  sink(kDeclaration);
   if (root_) root_->write(sink);
 }
 

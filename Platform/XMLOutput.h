@@ -47,7 +47,7 @@ class OutputNode {
   OutputNode insertChild(std::string_view name, std::string_view text, std::size_t index) const;
   OutputNode appendComment(std::string_view text) const;
   OutputNode insertComment(std::string_view text, std::size_t index) const;
-  /// Puts an element that was made apart behind the children, without a copy.
+  /// Puts an element that was made apart, of the same document, behind the children, without a copy.
   OutputNode append(Element element) const;
   /// Gives the element a text, in front of its children.
   void setText(std::string_view text) const;
@@ -93,12 +93,34 @@ class Element {
 /// The memory of elements in the making, which it must outlive. As soon as none of them has an owner, all of it is used
 /// anew, which is cheaper than to take each apart.
 class ElementMemory {
+  /// How far the memory is used: so many blocks, and what is left of the last of them.
+  struct Use {
+    std::size_t blocks = 0;
+    std::byte* next = nullptr;
+    std::size_t left = 0;
+  };
+
  public:
   ElementMemory() = default;
   ElementMemory(const ElementMemory&) = delete;
   ElementMemory& operator=(const ElementMemory&) = delete;
 
   [[nodiscard]] Element newElement(std::string_view name);
+
+  /// While elements have owners for long, the memory of those that come and go within the life of this value is used
+  /// anew at its end. Older ones must not be built on meanwhile.
+  class Scope {
+   public:
+    explicit Scope(ElementMemory& memory) : memory_(memory), used_(memory.used_), owners_(memory.owners_) {}
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    ElementMemory& memory_;
+    Use used_;
+    std::size_t owners_;
+  };
 
  private:
   friend class Element;
@@ -107,7 +129,6 @@ class ElementMemory {
   [[nodiscard]] std::byte* allocate(std::size_t size);
   void useBlockFor(std::size_t size);
   [[nodiscard]] OutputNode::Entry* newEntry(std::string_view name, std::string_view markup);
-  [[nodiscard]] OutputNode::Entry* newEscapedEntry(std::string_view name, std::string_view text);
   [[nodiscard]] OutputNode::Entry* copied(const OutputNode::Entry& original);
   /// The markup, copied into this memory.
   [[nodiscard]] std::string_view kept(std::string_view markup);
@@ -118,9 +139,7 @@ class ElementMemory {
     std::size_t size = 0;
   };
   std::vector<Block> blocks_;
-  std::size_t blocksInUse_ = 0;
-  std::byte* next_ = nullptr;  ///< what is left of the last of them
-  std::size_t left_ = 0;
+  Use used_;
   std::size_t owners_ = 0;
 };
 
@@ -133,7 +152,7 @@ class Section {
 
   void setAttribute(std::string_view name, std::string_view value);
   void appendChild(std::string_view name, std::string_view text = {});
-  void append(const Element& element);
+  void append(Element element);
   void appendComment(std::string_view text);
   /// Appends a section, which must be one level deeper; gives it where it is now.
   Section& append(std::unique_ptr<Section> section);
@@ -176,6 +195,8 @@ class OutputDocument {
  public:
   /// A new element in the making, to be appended to the document or dropped.
   [[nodiscard]] Element newElement(std::string_view name) { return memory_.newElement(name); }
+  /// Of the memory of elements in the making.
+  [[nodiscard]] ElementMemory::Scope scope() { return ElementMemory::Scope(memory_); }
   Section& setRoot(std::unique_ptr<Section> root);
 
   /// The document as well-formed UTF-8 XML, piece by piece: declaration, then the root indented by two blanks a level.

@@ -1,34 +1,19 @@
 #include "Platform/XMLQuery.h"
 
+#include <utility>
+
 #include "Platform/XMLTreeInternals.h"
 
 namespace xml {
 
-namespace {
-
-std::string_view attributeValue(pugi::xml_node node, std::string_view name, bool& found) {
-  for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
-    if (name == attribute.name()) {
-      found = true;
-      return attribute.value();
-    }
-  }
-  found = false;
-  return {};
-}
-
-}  // namespace
-
 bool Query::holdsFor(Node node) const {
-  const pugi::xml_node element(node.node_);
-  if (element.type() != pugi::node_element || name_.text != element.name()) return false;
+  if (!node.isElement() || name_.text != node.name()) return false;
   if (attribute_.empty()) return true;
-  bool found = false;
-  const std::string_view value = attributeValue(element, attribute_, found);
-  if (!found || (hasValue_ && value != value_)) return false;
+  const Attribute attribute = node.attribute(attribute_);
+  if (!attribute || (hasValue_ && attribute.value() != value_)) return false;
   if (parentAttribute_.empty()) return true;
-  const std::string_view parentValue = attributeValue(element.parent(), parentAttribute_, found);
-  return found && parentValue == parentValue_;
+  const Attribute parentAttribute = node.parent().attribute(parentAttribute_);
+  return parentAttribute && parentAttribute.value() == parentValue_;
 }
 
 bool Query::endsPath(Node node) const {
@@ -102,14 +87,35 @@ Match Query::last(Node context) const {
 void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
   parent_ = parent.internal_object();
   children_.clear();
+  groups_.clear();
   lasts_.fill(kNone);
+  isGrouped_ = true;
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
     if (child.type() != pugi::node_element) continue;
     const Name name(child.name());
-    std::uint32_t& last = lasts_[name.mark % kSlots];
-    children_.push_back({name.text, child.internal_object(), last});
-    last = static_cast<std::uint32_t>(children_.size() - 1);
+    children_.push_back({name.text, child.internal_object()});
+    if (!isGrouped_) continue;
+    std::size_t group = groupOf(name);
+    if (group == kNone) {
+      group = groups_.size();
+      isGrouped_ = group < kMaximumNames;
+      if (!isGrouped_) continue;
+      groups_.push_back({name.text, {}, std::exchange(lasts_[name.mark % kSlots], static_cast<std::uint8_t>(group))});
+    }
+    groups_[group].found.add(child.internal_object());
   }
+}
+
+Document::Tree::Found Document::Tree::ChildTable::find(const Name& name) const {
+  if (isGrouped_) {
+    const std::size_t group = groupOf(name);
+    return group == kNone ? Found() : groups_[group].found;
+  }
+  Found found;
+  for (const Child& child : children_) {
+    if (child.name == name.text) found.add(child.node);
+  }
+  return found;
 }
 
 const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node parent) {
@@ -130,10 +136,8 @@ Document::Tree::Lookup& Document::Tree::lookup(pugi::xml_node parent, const Name
   const LookupKey<std::string_view> key{parent.internal_object(), name.text, attribute};
   if (const auto made = lookups.find(key); made != lookups.end()) return made->second;
   Lookup& lookup = lookups[{key.parent, std::string(key.name), std::string(key.attribute)}];
-  childTableOf(parent).forEach(name, [&lookup, attribute](auto* node) {
-    bool found = false;
-    const std::string_view value = attributeValue(pugi::xml_node(node), attribute, found);
-    if (found) lookup.add(value, node);
+  childTableOf(parent).forEach(name, [&](auto* node) {
+    if (const Attribute found = Node(node, nullptr).attribute(attribute)) lookup.add(found.value(), node);
   });
   return lookup;
 }

@@ -5,6 +5,9 @@
 
 namespace xml {
 
+inline constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+inline constexpr std::string_view kIndent = "  ";  ///< of each level
+
 /// Whether a text has only printable ASCII and nothing to escape between tags, as nearly all that are written have.
 [[nodiscard]] bool isPlainText(std::string_view text);
 /// The text as it is written between tags. What cannot be a character in XML is left out, here and below; carriage

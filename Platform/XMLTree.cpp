@@ -16,7 +16,6 @@ namespace {
 /// A document's only text of an element is kept even when it is blank, and is stored in the element itself.
 constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
 
-constexpr const char* kIndent = "  ";
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
 
 /// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
@@ -156,9 +155,9 @@ Node Document::root() const {
 }
 
 void Document::serialize(const std::function<void(std::string_view)>& sink) const {
-  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  sink(kDeclaration);
   SinkWriter writer(sink);
-  tree_->root.print(writer, kIndent, kWriteOptions, pugi::encoding_utf8);
+  tree_->root.print(writer, kIndent.data(), kWriteOptions, pugi::encoding_utf8);
 }
 
 }  // namespace xml

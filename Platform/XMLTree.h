@@ -78,7 +78,7 @@ struct Match {
 /// An XML document that was read: owns every node in it. Not movable, because views point to it.
 class Document {
  public:
-  /// An empty document.
+  /// A document of nothing; parse() makes those that are read.
   Document();
   ~Document();
   Document(const Document&) = delete;
@@ -97,7 +97,6 @@ class Document {
   void serialize(const std::function<void(std::string_view)>& sink) const;
 
  private:
-  friend class Node;
   friend class Query;
   struct Tree;
 

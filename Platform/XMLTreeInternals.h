@@ -91,13 +91,7 @@ struct Document::Tree {
     [[nodiscard]] bool isOf(const void* parent) const { return parent_ == parent; }
     void fill(pugi::xml_node parent);
 
-    [[nodiscard]] Found find(const Name& name) const {
-      Found found;
-      for (std::uint32_t i = lasts_[name.mark % kSlots]; i != kNone && found.count < 2; i = children_[i].previous) {
-        if (children_[i].name == name.text && ++found.count == 1) found.last = children_[i].node;
-      }
-      return found;
-    }
+    [[nodiscard]] Found find(const Name& name) const;
     /// Calls visit(node) for the children with the name, in document order.
     template <typename Visit>
     void forEach(const Name& name, Visit visit) const {
@@ -109,16 +103,29 @@ struct Document::Tree {
 
    private:
     static constexpr std::size_t kSlots = 64;
-    static constexpr auto kNone = static_cast<std::uint32_t>(-1);
+    static constexpr std::uint8_t kNone = 255;
+    static constexpr std::size_t kMaximumNames = 100;
 
     struct Child {
       std::string_view name;
       pugi::xml_node_struct* node;
-      std::uint32_t previous;  ///< the one before with a mark of the same slot
     };
+    struct Group {
+      std::string_view name;
+      Found found;
+      std::uint8_t previous;  ///< the group before with a mark of the same slot
+    };
+    [[nodiscard]] std::size_t groupOf(const Name& name) const {
+      std::size_t group = lasts_[name.mark % kSlots];
+      while (group != kNone && groups_[group].name != name.text) group = groups_[group].previous;
+      return group;
+    }
+
     const void* parent_ = nullptr;
-    std::vector<Child> children_;                ///< in document order
-    std::array<std::uint32_t, kSlots> lasts_{};  ///< the last child of each slot
+    std::vector<Child> children_;               ///< in document order
+    std::vector<Group> groups_;                 ///< one for each name, unless there are too many to be worth it
+    std::array<std::uint8_t, kSlots> lasts_{};  ///< the last group of each slot
+    bool isGrouped_ = true;
   };
 
   std::string bytes;  ///< what the parsed nodes' texts point into

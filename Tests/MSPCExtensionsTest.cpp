@@ -46,7 +46,7 @@ TEST(MSPCExtensionsTest, ValuesAndErrors) {
 TEST(MSPCExtensionsTest, Building) {
   xml::OutputDocument document;
   xml::Section& root = document.setRoot(std::make_unique<xml::Section>("s", 0));
-  const xml::Element made = document.newElement("r");
+  xml::Element made = document.newElement("r");
   const xml::OutputNode r = made;
   addChildElementWithName(r, "a");
   addChildElementWithName(r, "b", "<&>");
@@ -58,7 +58,7 @@ TEST(MSPCExtensionsTest, Building) {
   setAttributeWithName(r, "m", "1");
   setAttributeWithName(r, "m");
   EXPECT_EQ(setAttributeWithName(r, "n", "\"2\"")->markup, "&quot;2&quot;");
-  root.append(made);
+  root.append(std::move(made));
   std::string text;
   document.serialize([&text](std::string_view piece) { text += piece; });
   EXPECT_EQ(parsed(text)->root().markup(),

@@ -18,10 +18,10 @@ std::string readBack(std::string_view text) {
   root.setAttribute("a", text);
   root.appendComment(text);
   root.appendChild("e", text);
-  const xml::Element element = document.newElement("e");
+  xml::Element element = document.newElement("e");
   element.node().setAttribute("a", text);
   element.node().setText(text);
-  root.append(element);
+  root.append(std::move(element));
   const std::string bytes = written(document);
   EXPECT_TRUE(platform::isUTF8(bytes)) << bytes;
   for (const char c : bytes) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') << bytes;
@@ -61,22 +61,28 @@ TEST(XMLOutputTest, SectionsStandWhereTheyWereAppended) {
   xml::Section& first = root.appendSection("s");
   root.appendSection("empty");
   root.appendChild("a");
-  const xml::Element element = document.newElement("e");
-  element.node().appendChild("b").appendChild("c", "<");
-  root.append(element);
-  first.append(element);
-  first.append(element);
+  root.appendChild("b", "\x01");  // a text of which nothing is left
+  const auto element = [&document] {
+    xml::Element made = document.newElement("e");
+    made.node().appendChild("b").appendChild("c", "<");
+    made.node().appendChild("d", "\x01");
+    made.node().appendChild("d", "");
+    return made;
+  };
+  root.append(element());
+  first.append(element());
+  first.append(element());
   EXPECT_EQ(root.section("s"), &first);
   EXPECT_EQ(root.section("e"), nullptr);
   root.appendComment("end");
-  const std::string e = "<e>\n@  <b>\n@    <c>&lt;</c>\n@  </b>\n@</e>\n";
+  const std::string e = "<e>\n@  <b>\n@    <c>&lt;</c>\n@  </b>\n@  <d></d>\n@  <d />\n@</e>\n";
   const auto indented = [&e](const std::string& by) {
     std::string text = by + e;
     for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@')) text.replace(at, 1, by);
     return text;
   };
   EXPECT_EQ(written(document), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r n=\"&quot;1&quot;\">\n  <s>\n" +
-                                   indented("    ") + indented("    ") + "  </s>\n  <empty />\n  <a />\n" +
+                                   indented("    ") + indented("    ") + "  </s>\n  <empty />\n  <a />\n  <b></b>\n" +
                                    indented("  ") + "  <!--end-->\n</r>\n");
 }
 
@@ -86,7 +92,10 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
   for (const std::string& text : {std::string("text"), large}) {
     xml::OutputDocument document;
     xml::Section& root = document.setRoot(std::make_unique<xml::Section>("r", 0));
+    xml::Element waiting = document.newElement("waiting");
+    waiting.node().appendChild("t", text);
     for (int round = 0; round < 3; ++round) {
+      const auto scope = document.scope();
       xml::Element outer = document.newElement("outer");
       {
         xml::Element inner = document.newElement("inner");
@@ -98,9 +107,11 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
       }
       const xml::Element other = document.newElement("other");
       other.node().appendChild("t", "other");
-      root.append(outer);
+      root.append(std::move(outer));
     }
+    root.append(std::move(waiting));
     const auto again = parsed(written(document));
+    EXPECT_EQ(xml::Query("waiting/t").last(again->root()).last.stringValue(), text);
     const auto texts = xml::Query("outer/inner/t").all(again->root());
     ASSERT_EQ(texts.size(), 3U);
     for (const xml::Node found : texts) EXPECT_EQ(found.stringValue(), text);

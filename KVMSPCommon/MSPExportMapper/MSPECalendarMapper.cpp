@@ -140,7 +140,7 @@ void MSPECalendarMapper::buildCalendarHierarchy() {
     written->setCalendar(calendar);
     mapScheduleInfo(*written);
     written->setCalendar({});
-    calendars_.append(calendar);
+    calendars_.append(std::move(calendar));
   }
 }
 

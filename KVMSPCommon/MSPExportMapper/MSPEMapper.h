@@ -61,6 +61,9 @@ class MSPEMapper {
   /// A new element of the output document, not yet part of it.
   [[nodiscard]] xml::Element newElement(std::string_view name) const { return mspdiXmlDoc_.newElement(name); }
 
+  /// For what makes many elements while others wait (see ElementMemory::Scope).
+  [[nodiscard]] xml::ElementMemory::Scope elementScope() const { return mspdiXmlDoc_.scope(); }
+
   /// Counts the `TimephasedData` of the export as they are given to assignments.
   /// @throws InvariantFailure beyond a million: a plan that asks for so many would take all memory.
   void countTimephasedData(std::size_t elements);
@@ -80,8 +83,8 @@ class MSPEMapper {
   std::shared_ptr<xml::Document> kvdxXmlDoc_;
   std::shared_ptr<xml::Document> kvdxTOCXmlDoc_;
   std::shared_ptr<xml::Document> mspdiTemplateXmlDoc_;
-  /// Grows from the start, since elements live in their document; handed out when it is finished. Building apart from
-  /// the tree changes nothing that a reader of the context can see.
+  /// There from the start, since elements live in its memory; handed out when it is finished. Making elements changes
+  /// nothing that a reader of the context can see.
   mutable xml::OutputDocument mspdiXmlDoc_;
   bool finished_ = false;
   xml::Section* mspdiProject_ = nullptr;

@@ -161,7 +161,7 @@ bool MSPEProjectMapper::addKvdxResource(xml::Node kvdxResource, xml::Node parent
     }
     if (resource) {
       if (groupName) addChildElementWithName(*resource, "Group", *groupName);
-      toResources.append(*resource);
+      toResources.append(std::move(*resource));
     }
   }
   if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return true;
@@ -198,7 +198,7 @@ bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xm
     std::optional<std::vector<xml::Element>> timephasedData;
     if (isSplit) timephasedData = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromKvdxSplitTask(kvdxTask);
     addChildElementWithName(task, "OutlineLevel", std::to_string(atLevel));
-    toTasks.append(task);
+    toTasks.append(std::move(task));
     if (const auto kvdxAssignments = objectsForXQuery(kvdxTask, "assignment"); !kvdxAssignments.empty()) {
       addKvdxAssignments(kvdxAssignments, kvdxTask, kvdxScenario, timephasedData, assignments, error);
     } else if (!isGroup) {
@@ -228,7 +228,7 @@ void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
   xml::Element assignment = MSPEAssignmentMapper::newDummyAssignmentForTaskId(*id, &uid, mapper());
   require(uid >= 1, "Incorrect UID for dummy assignment ({}).", uid);
   appendTimephasedData(mapper(), assignment, uid, timephasedDataArray);
-  toAssignments.append(assignment);
+  toAssignments.append(std::move(assignment));
 }
 
 bool MSPEProjectMapper::addKvdxAssignments(const std::vector<xml::Node>& kvdxAssignments, xml::Node kvdxTask,
@@ -237,9 +237,10 @@ bool MSPEProjectMapper::addKvdxAssignments(const std::vector<xml::Node>& kvdxAss
                                            xml::Section& toAssignments, XQueryError* /*error*/) {
   MSPEAssignmentMapper assignmentMapper(mapper(), kvdxTask);
   for (const xml::Node kvdxAssignment : kvdxAssignments) {
+    const auto scope = mapper().elementScope();
     xml::Element assignment = assignmentMapper.newAssignmentFromKVDXAssignment(kvdxAssignment);
     appendTimephasedData(mapper(), assignment, assignmentMapper.UID(), timephasedDataArray);
-    toAssignments.append(assignment);
+    toAssignments.append(std::move(assignment));
   }
   return true;
 }

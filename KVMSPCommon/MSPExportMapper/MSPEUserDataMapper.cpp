@@ -62,6 +62,6 @@ std::string MSPEUserDataMapper::addExtendedAttribute(const std::string& key) {
   addChildElementWithName(definition, "FieldName", fmt::format("Text{}", n + 1));
   addChildElementWithName(definition, "Alias", stringByReplacingOccurrencesOfNewline(key));
   addChildElementWithName(definition, "Guid", "00000000-0000-0000-0000-000000000000");
-  definitions->append(definition);
+  definitions->append(std::move(definition));
   return fieldId;
 }

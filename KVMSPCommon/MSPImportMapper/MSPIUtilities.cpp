@@ -220,14 +220,6 @@ MSPCDateComponents systemComponents(Instant instant) {
   return record;
 }
 
-/// What the system zone's clock shows as MSPCDateComponents::convertToSystemTimezone() has it, in seconds.
-std::int64_t systemClock(const MSPCDateComponents& record) {
-  const TimeZone& zone = TimeZone::system();
-  const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
-  const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
-  return platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT() + offset);
-}
-
 /// Conversions that an export is asked for again and again: a plan's tasks start and end at the same few hours, and
 /// each date is written for a task, its assignments and its baseline.
 struct Conversions {
@@ -451,9 +443,9 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_v
   return conversions().instants.get(kvdx, [kvdx]() -> std::optional<Instant> {
     MSPCUnitFlags flags = 0;
     MSPCDateComponents record = kvdxComponents(kvdx, flags);
-    const std::int64_t clock = systemClock(record);
-    if (isFourDigitYear(clock)) return TimeZone::system().instantFromCivilSeconds(clock);
     record.convertToSystemTimezone();
+    const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
+    if (isFourDigitYear(clock)) return TimeZone::system().instantFromCivilSeconds(clock);
     return mspdiToMppDateTime(orEmpty(stringFromComponents(record, kMSPCDateTimeUnits)));
   });
 }
