@@ -25,7 +25,7 @@ struct IdHash {
       if (!isDigit(c)) return std::hash<std::string_view>()(id);
       number = number * 10 + static_cast<std::uint64_t>(c - '0');
     }
-    const std::uint64_t kind = static_cast<unsigned char>(id.front()) * 256U + id.size();
+    const std::uint64_t kind = std::uint64_t{256} * static_cast<unsigned char>(id.front()) + id.size();
     return (number / kBlock ^ kind << 48U) * spread_ / kBlock * kBlock + number % kBlock;
   }
 
