@@ -59,8 +59,7 @@ TEST(MSPCExtensionsTest, Building) {
   setAttributeWithName(r, "m");
   EXPECT_EQ(setAttributeWithName(r, "n", "\"2\"")->markup, "&quot;2&quot;");
   root.append(std::move(made));
-  std::string text;
-  document.serialize([&text](std::string_view piece) { text += piece; });
+  const std::string text = written(document);
   EXPECT_EQ(parsed(text)->root().markup(),
             "<s><r n=\"&quot;2&quot;\" m=\"1\"><d/><a/><c>1</c><b>&lt;&amp;&gt;</b></r></s>");
   EXPECT_NE(text.find("m=\"1\">\n    <!--first-->\n    <d />"), std::string::npos);

@@ -45,9 +45,7 @@ Mapped mapped(const std::string& scenarioXml, const std::vector<std::string>& ot
   result.failure = failureOf([&mapper] { mapper.map(); });
   testing::internal::GetCapturedStderr();
   if (!result.failure.empty()) return result;
-  std::string text;
-  mapper.mspdiXmlDoc()->serialize([&text](std::string_view piece) { text += piece; });
-  result.output = parsed(text);
+  result.output = parsed(written(*mapper.mspdiXmlDoc()));
   return result;
 }
 

@@ -32,6 +32,13 @@ class PinnedZone {
   ScopedVariable variable_;
 };
 
+/// The text of a document that was read or made.
+template <typename Document>
+std::string written(const Document& document) {
+  std::string text;
+  document.serialize([&text](std::string_view piece) { text += piece; });
+  return text;
+}
 /// A document of the text; fails the test when it is none.
 std::shared_ptr<xml::Document> parsed(std::string_view text);
 

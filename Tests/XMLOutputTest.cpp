@@ -5,12 +5,6 @@
 
 namespace {
 
-std::string written(const xml::OutputDocument& document) {
-  std::string bytes;
-  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
-  return bytes;
-}
-
 /// What of a text, in elements, attributes and comments, reads back from a document of XML's characters alone.
 std::string readBack(std::string_view text) {
   xml::OutputDocument document;
