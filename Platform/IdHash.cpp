@@ -4,6 +4,6 @@
 
 namespace platform {
 
-const std::uint64_t IdHash::spread_ = (std::uint64_t{randomValue()} << 32U | randomValue()) | 1U;
+const std::uint64_t IdHash::spread_ = unforeseeableValue() | 1U;
 
 }  // namespace platform
