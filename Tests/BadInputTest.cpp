@@ -102,13 +102,10 @@ TEST(BadInput, DocumentsThatAreNoXML) {
   expectAll({
       {__LINE__, "", kNoDocument},
       {__LINE__, std::string(5000, '\0'), kNoDocument},
-      {__LINE__, plan(std::string("a\0b", 3)), kRepaired + failed("Resource <0x0> has no 'id' attribute.")},
       {__LINE__, plan("Caf\xE9"), kRepaired, "<Name>Caf"},
       {__LINE__, declared("ISO-8859-1") + plan("Caf\xE9"), "", "<Name>Caf\xC3\xA9</Name>"},
       {__LINE__, declared("windows-1252") + plan("\x80"), kRepaired, "<Name>\xE2\x82\xAC</Name>"},
       {__LINE__, utf16(declared("UTF-16") + wide), "", "<Name>Cafe</Name>"},
-      {__LINE__, utf16(wide + "<"), kRepaired, "<Name>Cafe</Name>"},
-      {__LINE__, "<scenario>" + repeated("<x>", 200000), kRepaired + failed(kNoTop)},
       {__LINE__, plan(repeated("<x>", 200000) + "a" + repeated("</x>", 200000)), "", "<Name>a</Name>"},
       // NOLINTNEXTLINE(bugprone-string-constructor): it is meant to be that long
       {__LINE__, plan("a</title><title x='" + std::string(50'000'000, 'b') + "'>"), "", "<Name />"},
@@ -116,29 +113,6 @@ TEST(BadInput, DocumentsThatAreNoXML) {
       {__LINE__, plan("a</title><title" + attributes + "><b>"), kNoDocument},
       {__LINE__, plan(controls), "", "<Name>ab</Name>"},
   });
-}
-
-TEST(BadInput, DocumentsCutShort) {
-  const std::string noResource = kRepaired + failed("Resource <0x0> has no 'id' attribute.");
-  const std::string noTask = kRepaired + failed("Task <0x0> has no 'id' attribute.");
-  const std::string noEnd = kRepaired + failed("Task element 'end-date' not found.");
-  const std::vector<std::string> plans = {kNoDocument, noResource, noEnd,     noResource, noTask, noTask,
-                                          noTask,      noEnd,      kRepaired, kRepaired,  ""};
-  const std::string listed = repaired("__TOC.xml");
-  const std::string missing = listed + kExporter + "exportKVDXBundle: No ";
-  const std::string noProject = missing + "'project' element found in source document.\n";
-  const std::string noWindow = missing + "window elements found in source document.\n";
-  const std::string noEdited = listed +
-                               "Baseline \"(null)\" will not be exported because it is not the baseline visible "
-                               "in the front Korvella document window.\n";
-  const std::vector<std::string> listings = {kNoDocument, noProject, noWindow, noWindow, noWindow, noWindow,
-                                             noEdited,    noEdited,  listed,   listed,   ""};
-  for (std::size_t tenth = 0; tenth <= 10; ++tenth) {
-    SCOPED_TRACE(tenth);
-    const auto cut = [tenth](const std::string& text) { return text.substr(0, text.size() * tenth / 10); };
-    Place(cut(plan("Cut")), listing("Plan.xml")).expect(tenth < 8 ? 1 : 0, plans.at(tenth));
-    Place(plan("Cut"), cut(listing("Plan.xml"))).expect(tenth < 8 ? 1 : 0, listings.at(tenth));
-  }
 }
 
 TEST(BadInput, DeclarationsAreNotTakenIn) {
@@ -154,7 +128,6 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
   const std::string hidden = std::regex_replace(plain, std::regex("&"), "+ACY-");
   expectAll({
       {__LINE__, outside, "", "<Name>&amp;x;&amp;y;</Name>"},
-      {__LINE__, outside + "<", kRepaired, "<Name>&amp;x;&amp;y;</Name>"},
       {__LINE__, entities, "", "<Name>&amp;m;</Name>"},
       {__LINE__, entities + "<", kRepaired, "<Name />"},
       {__LINE__, utf16(entities + "<"), kRepaired, "<Name />"},
@@ -170,11 +143,9 @@ TEST(BadInput, DocumentsThatAreNotInTheBundle) {
            {"none.xml", "No such file or directory"},
            {"/dev/zero", outside},
            {"../secret.xml", outside},
-           {"folder/../../secret.xml", outside},
            {"link.xml", outside},
            {"device.xml", outside},
            {"loop.xml", "Too many levels of symbolic links"},
-           {"", outside},
            {"folder", "Not a regular file"},
            {"fifo", "Not a regular file"},
            {std::string(5000, 'a'), "File name too long"},
@@ -184,15 +155,6 @@ TEST(BadInput, DocumentsThatAreNotInTheBundle) {
 }
 
 TEST(BadInput, PlansWithoutBounds) {
-  const auto chain = [](const std::string& kind, int count, std::size_t references) {
-    const auto id = [&kind](int number) { return kind.substr(0, 1) + std::to_string(number); };
-    std::string text;
-    for (int i = 1; i <= count; ++i) {
-      const std::string members = children(kind, std::vector(references, id(i + 1)));
-      text += kind == "task" ? task(id(i), "<type>group</type>" + members) : resource(id(i), "Group", members);
-    }
-    return scenario(text);
-  };
   const auto linked = [](const char* id, const char* to) {
     return task(id, fmt::format("<prerequisite-task idref='{}'/>", to));
   };
@@ -200,14 +162,9 @@ TEST(BadInput, PlansWithoutBounds) {
   for (int i = 0; i < 10000; ++i)
     nested += fmt::format("<event start='{}-01-01T09:00:00' end='{}-01-01T10:00:00'/>", 12000 - i, 12000 + i);
   const std::string nest = e("schedule", "<calendar name='O' overtime='true'>" + nested + "</calendar>");
-  const std::string deep = "000' is nested too deep. At most 1000 levels can be exported.";
-  const std::string ways = "Resource id='r60' is reached in too many ways. At most 1610 visits can be exported.";
   const std::string overlap = "Calendar events overlap too much: more than 1000000 working times in exceptions of ";
   expectAll({
       {__LINE__, scenario(linked("t1", "t2") + linked("t2", "t1")), ""},
-      {__LINE__, chain("task", 50000, 1), failed("Task id='t1" + deep)},
-      {__LINE__, chain("resource", 50000, 1), failed("Resource id='r1" + deep)},
-      {__LINE__, chain("resource", 60, 2), failed(ways)},
       {__LINE__, scenario(resource("r1", "Staff", e("name", "R") + nest)), failed(overlap + "calendar 'O'.")},
   });
 }
@@ -222,23 +179,15 @@ TEST(BadInput, NumbersAndDatesWithoutBounds) {
     return timed("1", "<prerequisite-task idref='t1'>" + e("lead-time", text) + "</prerequisite-task>");
   };
   const auto dated = [](const std::string& start, const char* end) { return task("t1", "", start.c_str(), end); };
-  const auto noNumber = [](const std::string& kind, const std::string& markup) {
-    return failed("Failed to get " + kind + " value from XML node: " + markup);
-  };
   const std::string start = "\n      <Start>2026-05-04T00:00:00</Start>";
   const std::string use = e("effort", nines) + "<assignment idref='r1' units='" + nines + "'/>";
   const std::string longDate = fmt::format("{0}-{0}-{0}T{0}:{0}:{0}+{0}", nines);
   expectAll({
-      {__LINE__, timed("nan"), noNumber("float", "<duration>nan</duration>")},
-      {__LINE__, timed(""), noNumber("float", "<duration/>")},
       {__LINE__, timed("1e400"), "", "<Duration>PT596523H14M7S</Duration>"},
       {__LINE__, timed("-" + nines), "", "<Duration>PT-596523H-14M-8S</Duration>"},
       {__LINE__, timed("1", use), "", "<Work>PT596523H14M7S</Work>"},
-      {__LINE__, timed("1", e("effort", "nan")), noNumber("int", "<effort>nan</effort>")},
       {__LINE__, timed("1", e("priority", nines)), "", "<Priority>1000</Priority>" + start},
-      {__LINE__, timed("1", e("priority", "-" + nines)), "", "<Priority>0</Priority>" + start},
       {__LINE__, lag(nines), "", "<LinkLag>9223372036854775807</LinkLag>"},
-      {__LINE__, lag("-1e300"), "", "<LinkLag>-9223372036854775808</LinkLag>"},
       {__LINE__, scenario(dated("999999999-01-01T00:00:00Z", "0000-00-00")), "", "<Start>999999999-01-01T00:00:00"},
       {__LINE__, scenario(dated(longDate, "soon")), "", "<Start>1-01-01T00:00:00</Start>"},
   });

@@ -64,10 +64,12 @@ TEST_P(GoldenTest, MatchesExpected) {
   const ScratchFolder scratch;
   fs::copy(bundle, fs::path(scratch.path()) / bundle.filename(), fs::copy_options::recursive);
 
-  const auto result = runExporter({bundle.filename(), "out.xml"}, {scratch.path(),
-                                                                   {{"TZ", settings.at("zone")},
-                                                                    {"SOURCE_DATE_EPOCH", settings.at("epoch")},
-                                                                    {"XDG_CONFIG_HOME", scratch.path()}}});
+  const auto result =
+      RunningProcess({MSPDI_PROGRAM, bundle.filename(), "out.xml"}, {scratch.path(),
+                                                                     {{"TZ", settings.at("zone")},
+                                                                      {"SOURCE_DATE_EPOCH", settings.at("epoch")},
+                                                                      {"XDG_CONFIG_HOME", scratch.path()}}})
+          .end();
   const std::string log =
       withoutPrefixes(result.log, scratch.path()) + "status=" + std::to_string(result.status) + "\n";
   const bool written = fs::exists(scratch / "out.xml");

@@ -25,16 +25,13 @@ TEST(MSPCExtensionsTest, ValuesAndErrors) {
       {__LINE__, x<&intValueForXQuery>, ">", "0|X1 "},
       {__LINE__, x<&intValueForXQuery>, "><x> -12abc</x>", "-12"},
       {__LINE__, x<&intValueForXQuery>, "><x>abc</x>", "raises Failed to get int value from XML node: <x>abc</x>"},
-      {__LINE__, x<&floatValueForXQuery>, "><x>-1.5e1kg</x>", "-15"},
       {__LINE__, x<&floatValueForXQuery>, "><x/>", "raises Failed to get float value from XML node: <x/>"},
       {__LINE__, x<&boolValueForXQuery>, ">", "false|X1 "},
       {__LINE__, x<&boolValueForXQuery>, "><x> YES\n</x>", "true"},
       {__LINE__, x<&boolValueForXQuery>, "><x>no</x><x>True</x>", "true|X2 "},
       {__LINE__, x<&boolValueForXQuery>, "><x>2</x>", "true"},
-      {__LINE__, x<&boolValueForXQuery>, "><x>0</x>", "false"},
       {__LINE__, x<&boolValueForXQuery>, "><x>1.5 </x>", "false|G2 Failed to get boolean value from string: \"1.5 \""},
       {__LINE__, x<&boolAttributeForName>, " y='1'>", "false|X3 Failed to find arrtibute 'x' in element 's'."},
-      {__LINE__, flat, "a\r\nb\nc", "a\r b c"},
       {__LINE__, flat, "a\r\xE2\x80\xA8x", "a\r x"},
       {__LINE__, flat, "a&#x0A;b\rc", "a&#x0A;b c"},
       {__LINE__, flat, "a&#x0D;&#x0d;&#x2028;&#x0A;b&#x0a;", "a&#x0D;&#x0d;&#x2028;&#x0A;b "},
@@ -60,10 +57,9 @@ TEST(MSPCExtensionsTest, Building) {
   EXPECT_EQ(setAttributeWithName(r, "n", "\"2\"")->markup, "&quot;2&quot;");
   root.append(std::move(made));
   const std::string text = written(document);
-  EXPECT_EQ(parsed(text)->root().markup(),
-            "<s><r n=\"&quot;2&quot;\" m=\"1\"><d/><a/><c>1</c><b>&lt;&amp;&gt;</b></r></s>");
-  EXPECT_NE(text.find("m=\"1\">\n    <!--first-->\n    <d />"), std::string::npos);
-  EXPECT_NE(text.find("</b>\n    <!---->\n  </r>"), std::string::npos);
+  EXPECT_EQ(text.substr(text.find("  <r")),
+            "  <r n=\"&quot;2&quot;\" m=\"1\">\n    <!--first-->\n    <d />\n    <a />\n    <c>1</c>\n"
+            "    <b>&lt;&amp;&gt;</b>\n    <!---->\n  </r>\n</s>\n");
   const std::string behind = " to an object which is not NSXMLElementProxy.";
   EXPECT_EQ(failureOf([comment] { addChildElementWithName(comment, "x"); }),
             "Sent message addChildElementWithName:stringValue:" + behind);

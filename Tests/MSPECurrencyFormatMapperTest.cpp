@@ -8,10 +8,8 @@ TEST(MSPECurrencyFormatMapper, TakesTheSampleApart) {
   const auto none = std::nullopt;
   const std::vector<std::tuple<int, std::string, std::int64_t, Text, Text, std::int64_t>> rows = {
       {__LINE__, "$ 1,234.56", 2, "$", "USD", 2},
-      {__LINE__, "1,234.56 $", 2, "$", "USD", 3},
       {__LINE__, "12€", 0, "€", "EUR", 1},
       {__LINE__, "kr\t1.23.4567", 4, "kr", "SEK", 2},
-      {__LINE__, "P5", 0, "P", "BWP", 0},
       {__LINE__, "￥5", 0, "￥", "JPY", 0},
       {__LINE__, "£5.00", 2, "£", none, 0},             // several currencies have it
       {__LINE__, "5.5\u00A0€", 1, "\u00A0€", none, 1},  // no blank to an expression over bytes

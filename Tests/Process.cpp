@@ -63,11 +63,6 @@ ProcessResult RunningProcess::end(int signal) {
   return result_;
 }
 
-ProcessResult runExporter(std::vector<std::string> arguments, const ProcessOptions& options) {
-  arguments.insert(arguments.begin(), MSPDI_PROGRAM);
-  return RunningProcess(arguments, options).end();
-}
-
 std::string withoutPrefixes(const std::string& log, const std::string& folder) {
   static const std::regex prefix(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} MSPDIExport\[\d+\] )");
   return std::regex_replace(std::regex_replace(log, prefix, ""), std::regex(folder), "@DIR@");

@@ -38,9 +38,6 @@ class RunningProcess {
   int child_ = -1;
 };
 
-/// Runs the exporter with these arguments.
-ProcessResult runExporter(std::vector<std::string> arguments, const ProcessOptions& options);
-
 /// The log without the prefix of each record, with the folder's path as "@DIR@".
 std::string withoutPrefixes(const std::string& log, const std::string& folder);
 

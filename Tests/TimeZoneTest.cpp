@@ -28,20 +28,15 @@ std::string state(std::string_view text) {
 
 TEST(TimeZoneTest, WallClocksAndInstants) {
   expectOutcomes({
-      {__LINE__, instant, "2011-03-27 01:59:59", "2011-03-27 00:59:59", "Europe/Berlin"},
-      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},  // skipped
-      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},  // repeated
-      {__LINE__, instant, "2600-07-01 12:00:00", "2600-07-01 10:00:00", "Europe/Berlin"},
-      {__LINE__, instant, "2011-04-03 02:30:00", "2011-04-02 16:30:00", "Australia/Sydney"},
+      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},        // skipped
+      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},        // repeated
       {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},  // half an hour
-      {__LINE__, instant, "2011-04-03 01:45:00", "2011-04-02 15:15:00", "Australia/Lord_Howe"},
-      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},       // a day that is none
-      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},  // no midnight
-      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},    // back at midnight
-      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},    // back to midnight
+      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},         // a day that is none
+      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},    // no midnight
+      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},      // back at midnight
+      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},      // back to midnight
       {__LINE__, state, "2011-03-27 00:59:59", "1 3600 0 1 Europe/Berlin", ":Europe/Berlin"},
       {__LINE__, state, "2011-03-27 01:00:00", "3 7200 3600 1 Europe/Berlin", "/usr/share/zoneinfo/Europe/Berlin"},
-      {__LINE__, state, "1969-12-31 18:30:00", "0 19800 0 5 Asia/Kolkata", "Asia/Kolkata"},
       {__LINE__, state, "2012-02-29 06:00:00", "6 0 0 4 UTC", "Nowhere/Land"},
       {__LINE__, state, "2012-02-29 06:00:00", "15 32400 0 4 GMT+09:00", "JST-9"},
   });

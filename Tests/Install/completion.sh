@@ -19,18 +19,10 @@ offers() {
   expect_same "$*" "$expected" "$(IFS='|' && echo "${COMPREPLY[*]}")"
 }
 offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' MSPDIExport ''
-offers 'Plan.kvdx' MSPDIExport P
 offers '--input-list' MSPDIExport --i
-offers 'Xtra' MSPDIExport Plan.kvdx X
 offers 'Plan.xml' MSPDIExport Plan.kvdx P
-offers 'list.txt' MSPDIExport --input-list l
 offers 'Plan.xml' MSPDIExport --input-list list.txt P
-offers '' MSPDIExport Plan.kvdx Plan.xml ''
 offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
-offers '' mspdi-export-all --jobs ''
-offers '--resume' mspdi-export-all --log run --r
-offers '--conform' mspdi-export-all --c
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
-offers 'Plan.xml' mspdi-conform Plan.xml P
 offers '' mspdi-conform Plan.xml copy.xml ''

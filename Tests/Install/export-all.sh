@@ -96,10 +96,6 @@ conforming_copies_are_made_beside_the_exports() {
     'Old (conforming)-1.xml' | LC_ALL=C sort)" "$(files_below plans)"
   expect_same 'copies of the new exports' $'Bolts (conforming).xml\nOld (conforming)-1.xml\nUnlucky (conforming).xml' \
     "$(cd plans && grep -l '<OutlineNumber>' -- *.xml | LC_ALL=C sort)"
-  # A run without copies makes none when it is resumed.
-  run 0 --log plain-log --output plain plans/Old.kvdx
-  run 0 --log plain-log --resume
-  expect_same outputs Old.xml "$(files_below plain)"
 }
 
 arguments_of_one_name_stay_apart() {
