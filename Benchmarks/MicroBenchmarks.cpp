@@ -8,7 +8,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarExceptions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/TimeZone.h"
+#include "Platform/Time/TimeZone.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "Platform/GregorianCalendar.h"
+#include "Platform/Time/GregorianCalendar.h"
 
 namespace {
 

@@ -13,9 +13,9 @@
 #include "Fuzz/Check.h"
 #include "KVMSPCommon/MSPCDateTimeConverter.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/Time/TimeZone.h"
 
 /// What an operation gave, or the reason of the exception that it raised.
 template <typename Operation>

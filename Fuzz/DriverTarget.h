@@ -9,9 +9,9 @@
 
 #include "Fuzz/Check.h"
 #include "MSPDIExport/MSPDIExport.h"
-#include "Platform/FileSystem.h"
-#include "Platform/Texts.h"
-#include "Platform/URL.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/URL.h"
+#include "Platform/Text/Texts.h"
 
 inline void checkPath(const std::string& path) {
   const std::string standard = platform::standardizePath(path);

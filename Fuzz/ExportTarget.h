@@ -9,9 +9,9 @@
 #include "Fuzz/Check.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
-#include "Platform/XMLTree.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/XML/XMLTree.h"
 
 /// Parts the documents of one input: the plan, the table of contents, then the baselines. No XML document may hold it.
 inline constexpr char kDocumentSeparator = '\x1E';

@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "Platform/Clock.h"
-#include "Platform/GregorianCalendar.h"
-#include "Platform/Texts.h"
-#include "Platform/TimeZone.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/Time/Clock.h"
+#include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/TimeZone.h"
 
 using platform::GregorianCalendar;
 using platform::Instant;
@@ -35,6 +35,20 @@ std::int64_t MSPCDateComponents::secondsFromGMT() const {
 
 void MSPCDateComponents::fixUTC() { isUTC_ = timeZoneHour_ == 0 && timeZoneMinute_ == 0; }
 
+void MSPCDateComponents::setUTC() {
+  timeZoneHour_ = 0;
+  timeZoneMinute_ = 0;
+  isUTC_ = true;
+}
+
+std::int64_t MSPCDateComponents::secondsOfTime(MSPCUnitFlags unitFlags) const {
+  platform::Wide seconds = 0;
+  if ((unitFlags & kMSPCHour) != 0) seconds += static_cast<platform::Wide>(hour) * kSecondsPerHour;
+  if ((unitFlags & kMSPCMinute) != 0) seconds += static_cast<platform::Wide>(minute) * kSecondsPerMinute;
+  if ((unitFlags & kMSPCSecond) != 0) seconds += second;
+  return platform::saturated(seconds);
+}
+
 std::int64_t MSPCDateComponents::systemOffset(Instant when) {
   const TimeZone& zone = TimeZone::system();
   const std::int64_t daylightOffset = zone.daylightSavingOffset(when);
@@ -47,10 +61,7 @@ std::int64_t MSPCDateComponents::systemOffset(Instant when) {
 }
 
 MSPCUnitFlags MSPCDateComponents::forceSystemTimezoneforDate(std::optional<Instant> date) {
-  isUTC_ = true;
-  timeZoneHour_ = 0;
-  timeZoneMinute_ = 0;
-
+  setUTC();
   const std::int64_t offset = systemOffset(date ? *date : TimeZone::system().instantFromCivil(civil()));
   if (offset == 0) return kMSPCAllUnits;
 

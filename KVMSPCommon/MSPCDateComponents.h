@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "Platform/DateComponents.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/DateComponents.h"
+#include "Platform/Time/Instant.h"
 
 /// Which components of a date and time a text carried, or are to be printed: a sum of the bits below.
 using MSPCUnitFlags = std::uint64_t;
@@ -50,6 +50,11 @@ class MSPCDateComponents : public platform::DateComponents {
 
   /// UTC exactly when the offset is 0:0.
   void fixUTC();
+  /// What the designator "Z" says: UTC, offset 0:0.
+  void setUTC();
+
+  /// Hours, minutes and seconds, as far as the flags name them, in seconds.
+  [[nodiscard]] std::int64_t secondsOfTime(MSPCUnitFlags unitFlags) const;
 
   /// The system zone's offset at the instant, as it labels clock fields: in seconds.
   [[nodiscard]] static std::int64_t systemOffset(platform::Instant when);

@@ -1,11 +1,11 @@
 #include "KVMSPCommon/MSPCDateTimeConverter.h"
 
-#include "Platform/DateFormatter.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Log.h"
-#include "Platform/RegularExpression.h"
-#include "Platform/Texts.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/Log.h"
+#include "Platform/Text/RegularExpression.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/Time/DateFormatter.h"
+#include "Platform/Time/TimeZone.h"
 
 using platform::DateFormatter;
 using platform::Instant;

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 /// Date-times from one form into another, by date patterns: a second family beside MSPIUtilities (which has the table
 /// of the forms), named target from source. Texts are trimmed of white space first. A text that does not match its

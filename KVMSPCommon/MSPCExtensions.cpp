@@ -7,9 +7,9 @@
 #include <limits>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
-#include "Platform/Exceptions.h"
-#include "Platform/FileSystem.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/Text/Texts.h"
 
 using platform::require;
 

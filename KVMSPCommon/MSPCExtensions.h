@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/XMLOutput.h"
-#include "Platform/XMLQuery.h"
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLQuery.h"
+#include "Platform/XML/XMLTree.h"
 
 class MSPEMapper;
 
@@ -34,7 +34,7 @@ struct XQueryError {
   explicit operator bool() const { return code != 0; }
 };
 
-/// Every match of a path query (Platform/XMLQuery.h has the forms) in document order; empty when nothing matches.
+/// Every match of a path query (Platform/XML/XMLQuery.h has the forms) in document order; empty when nothing matches.
 /// @param error for a query that cannot be evaluated; these can all, so that it is left alone.
 std::vector<xml::Node> objectsForXQuery(xml::Node node, const xml::Query& query, XQueryError* error = nullptr);
 /// The last match in document order, or an empty node.

@@ -5,11 +5,11 @@
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
-#include "Platform/Exceptions.h"
-#include "Platform/FileSystem.h"
-#include "Platform/Log.h"
-#include "Platform/Texts.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/Log.h"
+#include "Platform/System/UserDefaults.h"
+#include "Platform/Text/Texts.h"
 
 using platform::Exception;
 using platform::log;

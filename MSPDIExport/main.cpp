@@ -1,5 +1,5 @@
 #include "MSPDIExport/MSPDIExport.h"
-#include "Platform/Process.h"
+#include "Platform/System/Process.h"
 
 int main(int argc, char *argv[]) {
   platform::reportWriteErrors();

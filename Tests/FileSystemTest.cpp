@@ -1,6 +1,6 @@
-#include "Platform/FileSystem.h"
-#include "Platform/Texts.h"
-#include "Platform/URL.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/URL.h"
+#include "Platform/Text/Texts.h"
 #include "Tests/Tables.h"
 
 namespace {

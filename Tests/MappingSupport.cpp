@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
-#include "Platform/XMLQuery.h"
+#include "Platform/XML/XMLQuery.h"
 
 static std::string childNames(const std::string& markup) {
   std::string names;

@@ -9,9 +9,9 @@
 #include <iterator>
 
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Clock.h"
-#include "Platform/FileSystem.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/Time/Clock.h"
+#include "Platform/Time/TimeZone.h"
 
 ScopedVariable::ScopedVariable(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
   if (const char* before = std::getenv(name_.c_str())) before_ = before;

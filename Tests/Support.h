@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLTree.h"
 
 /// An environment variable set for a test's length; none unsets it.
 class ScopedVariable {
@@ -67,7 +67,7 @@ void writeFile(const std::string& path, std::string_view contents);
 /// Reads a file; fails the test when it cannot.
 std::string contentsOf(const std::string& path);
 
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 template <typename Action>
 std::string failureOf(Action action) {

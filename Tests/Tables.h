@@ -6,8 +6,8 @@
 #include <chrono>
 #include <cstdio>
 
-#include "Platform/Exceptions.h"
-#include "Platform/Instant.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Time/Instant.h"
 #include "Tests/Support.h"
 
 // Tables of texts: an operation, what it is given, what it gives; one line a row.

@@ -1,7 +1,7 @@
 #include <random>
 
-#include "Platform/GregorianCalendar.h"
-#include "Platform/TimeZone.h"
+#include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/TimeZone.h"
 #include "Tests/Tables.h"
 
 using platform::CivilTime;

@@ -1,6 +1,6 @@
-#include "Platform/Texts.h"
-#include "Platform/XMLOutput.h"
-#include "Platform/XMLQuery.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLQuery.h"
 #include "Tests/Tables.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include "Platform/Texts.h"
-#include "Platform/XMLQuery.h"
-#include "Platform/XMLTree.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/XML/XMLQuery.h"
+#include "Platform/XML/XMLTree.h"
 #include "Tests/Tables.h"
 
 namespace {

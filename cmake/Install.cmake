@@ -61,9 +61,9 @@ foreach(header
     KVMSPCommon/MSPExportMapper/MSPEMapper.h
     KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h
     MSPDIExport/MSPDIExport.h
-    Platform/URL.h
-    Platform/XMLOutput.h
-    Platform/XMLTree.h)
+    Platform/System/URL.h
+    Platform/XML/XMLOutput.h
+    Platform/XML/XMLTree.h)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${MSPDI_INCLUDES}/${folder} COMPONENT library)
 endforeach()

@@ -5,8 +5,8 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
 
 using platform::orEmpty;
 using platform::require;

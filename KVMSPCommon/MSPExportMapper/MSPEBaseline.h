@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLTree.h"
 
 /// A baseline: an earlier state of the plan, kept as a scenario document of its own. Gives the object that an object of
 /// the plan was then; when several have the id, the last one. Tasks and resources are found through the document's

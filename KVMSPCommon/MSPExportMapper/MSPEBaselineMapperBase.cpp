@@ -2,8 +2,8 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
 
 MSPEBaselineMapperBase::MSPEBaselineMapperBase(std::int64_t baselineNumber, MSPEMapper& mapper)
     : MSPEObjectMapperBase(mapper), baselineNumber_(baselineNumber), kvdxBaselines_(mapper.kvdxBaselines()) {

@@ -1,7 +1,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
 
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 platform::Instant calendarDate(xml::Node element, const char* attribute) {
   const auto text = element.attributeText(attribute);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Instant.h"
-#include "Platform/XMLTree.h"
+#include "Platform/Time/Instant.h"
+#include "Platform/XML/XMLTree.h"
 
 /// The instant that an attribute of a calendar's event or day names, in kvdx form; without a zone, wall-clock time of
 /// the system zone.

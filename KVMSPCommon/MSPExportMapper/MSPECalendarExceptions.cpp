@@ -7,9 +7,9 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
+#include "Platform/Time/TimeZone.h"
 
 using platform::Instant;
 using platform::kSecondsPerDay;

@@ -7,7 +7,7 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPEExceptionInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEKvdxEventInfo.h"
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLTree.h"
 
 /// One set of deviations from the normal week, either overtime or time off: the source's events, which may span days
 /// and overlap, and the sequence of exceptions without overlaps that is made of them.

@@ -2,9 +2,9 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Log.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/Log.h"
+#include "Platform/Text/Texts.h"
 
 using platform::log;
 using platform::orEmpty;

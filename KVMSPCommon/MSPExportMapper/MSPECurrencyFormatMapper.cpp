@@ -4,8 +4,8 @@
 #include <array>
 
 #include "KVMSPCommon/MSPCExtensions.h"
-#include "Platform/LocaleCurrencies.h"
-#include "Platform/RegularExpression.h"
+#include "Platform/Text/LocaleCurrencies.h"
+#include "Platform/Text/RegularExpression.h"
 
 namespace {
 

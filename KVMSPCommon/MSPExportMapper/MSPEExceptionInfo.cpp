@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 std::string MSPEExceptionInfo::description() const {
   std::string text = fmt::format("MSPEExceptionInfo  fromDate='{}' toDate='{}' workingTimes={}:",

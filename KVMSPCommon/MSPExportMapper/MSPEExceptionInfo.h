@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEWorkingTime.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 /// One exception of a calendar: a range of days that all have the same working times.
 class MSPEExceptionInfo {

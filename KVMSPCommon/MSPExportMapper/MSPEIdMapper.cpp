@@ -1,7 +1,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEIdMapper.h"
 
-#include "Platform/Exceptions.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
 
 using platform::orNull;
 using platform::require;

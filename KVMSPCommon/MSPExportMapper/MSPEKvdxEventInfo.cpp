@@ -4,8 +4,8 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Time/TimeZone.h"
 
 using platform::Instant;
 using platform::kSecondsPerDay;

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Platform/Instant.h"
-#include "Platform/XMLTree.h"
+#include "Platform/Time/Instant.h"
+#include "Platform/XML/XMLTree.h"
 
 /// One deviation from the normal week: some days, and possibly a working period that holds on each of them.
 class MSPEKvdxEventInfo {

@@ -6,9 +6,9 @@
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
-#include "Platform/Clock.h"
-#include "Platform/Exceptions.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Time/Clock.h"
+#include "Platform/Time/TimeZone.h"
 
 namespace {
 

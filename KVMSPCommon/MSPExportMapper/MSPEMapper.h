@@ -9,9 +9,9 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEIdMapper.h"
-#include "Platform/URL.h"
-#include "Platform/XMLOutput.h"
-#include "Platform/XMLTree.h"
+#include "Platform/System/URL.h"
+#include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLTree.h"
 
 class MSPECalendarMapper;
 class MSPEProjectMapper;

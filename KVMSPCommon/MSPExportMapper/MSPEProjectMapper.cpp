@@ -12,9 +12,9 @@
 #include "KVMSPCommon/MSPExportMapper/MSPETaskMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Clock.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Log.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/Log.h"
+#include "Platform/Time/Clock.h"
 
 using platform::log;
 using platform::orEmpty;

@@ -10,7 +10,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETreeGuard.h"
-#include "Platform/IdHash.h"
+#include "Platform/Base/IdHash.h"
 
 class MSPECurrencyFormatMapper;
 struct XQueryError;

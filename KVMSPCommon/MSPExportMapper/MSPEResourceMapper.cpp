@@ -11,9 +11,9 @@
 #include "KVMSPCommon/MSPExportMapper/MSPENoteMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEUserDataMapper.h"
-#include "Platform/Exceptions.h"
-#include "Platform/Log.h"
-#include "Platform/Texts.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/Log.h"
+#include "Platform/Text/Texts.h"
 
 using platform::log;
 using platform::orEmpty;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Instant.h"
-#include "Platform/XMLTree.h"
+#include "Platform/Time/Instant.h"
+#include "Platform/XML/XMLTree.h"
 
 /// A working period within a day.
 struct MSPETimePeriod {

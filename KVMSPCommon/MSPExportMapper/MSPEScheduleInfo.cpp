@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 using platform::require;
 

@@ -9,8 +9,8 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarExceptions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWorkingTime.h"
-#include "Platform/XMLOutput.h"
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLTree.h"
 
 /// One working schedule: the project's own (its top resource's), one resource's, or a flattened copy of one. Says for
 /// each day of the week either nothing (the parent's schedule holds) or which working times it has, and lists the

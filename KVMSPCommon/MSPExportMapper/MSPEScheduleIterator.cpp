@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
-#include "Platform/Exceptions.h"
-#include "Platform/TimeZone.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Time/TimeZone.h"
 
 using platform::TimeZone;
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 /// Walks the working periods of a calendar, day by day. Keeps a calendar of its own.
 class MSPEScheduleIterator {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Instant.h"
-#include "Platform/XMLTree.h"
+#include "Platform/Time/Instant.h"
+#include "Platform/XML/XMLTree.h"
 
 /// The parsed record of one source task: its schedule, kind, constraints and dependencies. Dates are instants,
 /// durations and efforts seconds of working time.

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 /// A stretch of time to be written as `TimephasedData`, one element for each calendar day of the machine's zone.
 class MSPETimephasedDataInfo {

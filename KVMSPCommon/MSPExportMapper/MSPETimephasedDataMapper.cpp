@@ -7,7 +7,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataInfo.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 namespace {
 

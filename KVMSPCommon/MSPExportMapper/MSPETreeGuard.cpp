@@ -1,6 +1,6 @@
 #include "KVMSPCommon/MSPExportMapper/MSPETreeGuard.h"
 
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 using platform::require;
 

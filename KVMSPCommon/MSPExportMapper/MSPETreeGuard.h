@@ -4,7 +4,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "Platform/XMLTree.h"
+#include "Platform/XML/XMLTree.h"
 
 /// Watches a walk down a tree that the source spells by references, which nothing keeps from running in circles or from
 /// going on for ever. Raises InvariantFailure instead.

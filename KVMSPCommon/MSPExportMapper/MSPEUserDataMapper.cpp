@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "KVMSPCommon/MSPCExtensions.h"
-#include "Platform/Exceptions.h"
+#include "Platform/System/Exceptions.h"
 
 using platform::require;
 

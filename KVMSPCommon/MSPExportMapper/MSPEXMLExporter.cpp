@@ -3,9 +3,10 @@
 #include <fmt/format.h>
 
 #include "KVMSPCommon/MSPCExtensions.h"
-#include "Platform/Exceptions.h"
-#include "Platform/FileSystem.h"
-#include "Platform/Log.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/Log.h"
+#include "Platform/Text/Texts.h"
 
 using platform::Exception;
 using platform::log;

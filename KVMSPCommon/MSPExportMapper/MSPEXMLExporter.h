@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
-#include "Platform/URL.h"
-#include "Platform/XMLTree.h"
+#include "Platform/System/URL.h"
+#include "Platform/XML/XMLTree.h"
 
 class NumberedPath;
 

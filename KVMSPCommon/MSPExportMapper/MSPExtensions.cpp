@@ -1,6 +1,6 @@
 #include "KVMSPCommon/MSPExportMapper/MSPExtensions.h"
 
-#include "Platform/Log.h"
+#include "Platform/System/Log.h"
 
 platform::Instant MSPExtensions::dateAdvancedByDuration(platform::Instant date, double duration, bool forward,
                                                         bool allowEdgeTime, const MSPEScheduleCalendar* calendar) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 /// Working-time operations on instants. All use the standard calendar; one that is given is told in the log to be
 /// ignored.

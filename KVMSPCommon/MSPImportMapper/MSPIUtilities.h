@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "KVMSPCommon/MSPCDateComponents.h"
-#include "Platform/Instant.h"
+#include "Platform/Time/Instant.h"
 
 class MSPEScheduleCalendar;
 

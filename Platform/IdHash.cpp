@@ -1,9 +1,0 @@
-#include "Platform/IdHash.h"
-
-#include "Platform/Random.h"
-
-namespace platform {
-
-const std::uint64_t IdHash::spread_ = unforeseeableValue() | 1U;
-
-}  // namespace platform

@@ -1,0 +1,298 @@
+#include "Platform/System/FileSystem.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace platform {
+namespace {
+
+/// The path with "~" or "~user" in front replaced; as it is when there is no such home.
+std::string expandTilde(std::string_view path) {
+  if (!path.starts_with('~')) return std::string(path);
+  const std::size_t nameEnd = std::min(path.find('/'), path.size());
+  const std::string user(path.substr(1, nameEnd - 1));
+  std::string home;
+  if (user.empty()) {
+    const char* environment = std::getenv("HOME");
+    if (environment != nullptr) home = environment;
+  }
+  if (home.empty()) {
+    const passwd* entry = user.empty() ? getpwuid(getuid()) : getpwnam(user.c_str());
+    if (entry == nullptr) return std::string(path);
+    home = entry->pw_dir;
+  }
+  return home + std::string(path.substr(nameEnd));
+}
+
+std::string_view withoutTrailingSlashes(std::string_view path) {
+  while (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+  return path;
+}
+
+/// Position of the dot before the extension of the last component; npos when it has none.
+std::size_t extensionDot(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  const std::size_t nameStart = slash == std::string_view::npos ? 0 : slash + 1;
+  const std::size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos || dot <= nameStart || dot + 1 == path.size()) return std::string_view::npos;
+  return dot;
+}
+
+std::string systemReason(int error) { return std::strerror(error); }
+
+class Descriptor {
+ public:
+  explicit Descriptor(int value) : value_(value) {}
+  ~Descriptor() {
+    if (value_ >= 0) ::close(value_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  [[nodiscard]] int get() const { return value_; }
+
+ private:
+  int value_;
+};
+
+std::optional<std::string> realPath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
+  if (!resolved) return std::nullopt;
+  return std::string(resolved.get());
+}
+
+}  // namespace
+
+std::string standardizePath(std::string_view path) {
+  const std::string expanded = expandTilde(path);
+  const bool absolute = expanded.starts_with('/');
+  std::vector<std::string_view> kept;
+  const std::string_view whole(expanded);
+  for (std::size_t at = 0; at <= whole.size();) {
+    const std::size_t end = std::min(whole.find('/', at), whole.size());
+    const std::string_view component = whole.substr(at, end - at);
+    at = end + 1;
+    if (component.empty() || component == ".") continue;
+    if (component == ".." && !kept.empty() && kept.back() != "..") {
+      kept.pop_back();
+    } else if (component != ".." || !absolute) {
+      kept.push_back(component);
+    }
+  }
+  std::string result = absolute ? "/" : "";
+  for (const std::string_view component : kept) {
+    if (!result.empty() && !result.ends_with('/')) result += '/';
+    result += component;
+  }
+  if (result.empty() && !path.empty()) return ".";  // the current folder has a name
+  return result;
+}
+
+std::string absolutePath(std::string_view path) {
+  if (path.starts_with('/')) return standardizePath(path);
+  const std::unique_ptr<char, decltype(&std::free)> current(::getcwd(nullptr, 0), &std::free);
+  if (!current) return std::string(path);
+  return standardizePath(appendPathComponent(current.get(), path));
+}
+
+std::string lastPathComponent(std::string_view path) {
+  path = withoutTrailingSlashes(path);
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos || path == "/") return std::string(path);
+  return std::string(path.substr(slash + 1));
+}
+
+std::string deleteLastPathComponent(std::string_view path) {
+  path = withoutTrailingSlashes(path);
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos) return "";
+  return std::string(slash == 0 ? "/" : withoutTrailingSlashes(path.substr(0, slash)));
+}
+
+std::string pathExtension(std::string_view path) {
+  path = withoutTrailingSlashes(path);
+  const std::size_t dot = extensionDot(path);
+  return dot == std::string_view::npos ? "" : std::string(path.substr(dot + 1));
+}
+
+std::string deletePathExtension(std::string_view path) {
+  path = withoutTrailingSlashes(path);
+  return std::string(path.substr(0, extensionDot(path)));
+}
+
+std::string appendPathComponent(std::string_view folder, std::string_view name) {
+  std::string result(folder);
+  if (!result.empty() && !result.ends_with('/')) result += '/';
+  return result.append(name);
+}
+
+bool fileExists(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0;
+}
+
+bool mayExist(const std::string& path) {
+  struct stat info {};
+  return ::lstat(path.c_str(), &info) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool isDirectory(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+void deleteItem(const std::string& path) { std::remove(path.c_str()); }
+
+void createDirectories(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::create_directories(path, ignored);
+}
+
+std::optional<std::string> readFile(const std::string& path, std::string* problem) {
+  const auto fail = [problem](std::string reason) -> std::optional<std::string> {
+    if (problem != nullptr) *problem = std::move(reason);
+    return std::nullopt;
+  };
+  // O_NONBLOCK: opening a pipe without a writer must not wait for one.
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.get() < 0) return fail(systemReason(errno));
+  struct stat info {};
+  if (::fstat(file.get(), &info) != 0) return fail(systemReason(errno));
+  if (!S_ISREG(info.st_mode)) return fail("Not a regular file");
+
+  std::string bytes;
+  bytes.resize(static_cast<std::size_t>(info.st_size) + 1);  // one more byte shows that the file did not grow
+  std::size_t filled = 0;
+  for (;;) {
+    if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
+    const ssize_t got = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return fail(systemReason(errno));
+    if (got == 0) break;
+    filled += static_cast<std::size_t>(got);
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+std::optional<std::string> readFileInside(const std::string& folder, const std::string& name, std::string* problem) {
+  const auto fail = [problem](std::string reason) -> std::optional<std::string> {
+    if (problem != nullptr) *problem = std::move(reason);
+    return std::nullopt;
+  };
+  const auto realFolder = realPath(folder);
+  if (!realFolder) return fail(systemReason(errno));
+  if (name.starts_with('/')) return fail("Not inside the bundle");
+  const auto realFile = realPath(appendPathComponent(folder, name));
+  if (!realFile) return fail(systemReason(errno));
+  if (!realFile->starts_with(*realFolder + "/")) return fail("Not inside the bundle");
+  return readFile(*realFile, problem);
+}
+
+AtomicFile::AtomicFile(std::string_view target) {
+  const std::string folder = deleteLastPathComponent(target);
+  temporary_ = appendPathComponent(folder.empty() ? "." : folder, ".MSPDIExport-XXXXXX");
+  descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+  if (descriptor_ < 0) {
+    fail();
+    temporary_.clear();
+    return;
+  }
+  if (descriptor_ <= STDERR_FILENO) {
+    // The caller closed a standard stream. The log would go into the file.
+    const int taken = descriptor_;
+    descriptor_ = ::fcntl(taken, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    if (descriptor_ < 0) fail();
+    ::close(taken);
+    if (descriptor_ < 0) return;
+  }
+  // mkostemp makes a private file; the target is to have the rights of any new file.
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  ::fchmod(descriptor_, 0666 & ~mask);
+}
+
+AtomicFile::~AtomicFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+void AtomicFile::fail() {
+  if (error_ == 0) error_ = errno;
+}
+
+void AtomicFile::append(std::string_view bytes) {
+  constexpr std::size_t kBufferSize = std::size_t{1} << 16;
+  if (buffer_.size() + bytes.size() >= kBufferSize) flush();
+  if (bytes.size() >= kBufferSize) {
+    write(bytes);
+  } else {
+    buffer_.append(bytes);
+  }
+}
+
+void AtomicFile::write(std::string_view rest) {
+  while (error_ == 0 && !rest.empty()) {
+    const ssize_t written = ::write(descriptor_, rest.data(), rest.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail();
+    if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+bool AtomicFile::flush() {
+  write(buffer_);
+  buffer_.clear();
+  return error_ == 0;
+}
+
+AtomicFile::Outcome AtomicFile::commit(const std::string& target) {
+  if (!flush()) return Outcome::kFailed;
+  if (!synced_ && ::fsync(descriptor_) != 0) {
+    fail();
+    return Outcome::kFailed;
+  }
+  synced_ = true;
+  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) != 0) {
+    if (errno == EEXIST) return Outcome::kTargetExists;
+    if (errno != EINVAL && errno != ENOSYS) {
+      fail();
+      return Outcome::kFailed;
+    }
+    // A file system without that kind of rename: take the name first, then rename over what is ours.
+    const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (placeholder.get() < 0) {
+      if (errno == EEXIST) return Outcome::kTargetExists;
+      fail();
+      return Outcome::kFailed;
+    }
+    const Outcome outcome = commitReplacing(target);
+    if (outcome == Outcome::kFailed) ::unlink(target.c_str());
+    return outcome;
+  }
+  temporary_.clear();
+  return Outcome::kWritten;
+}
+
+AtomicFile::Outcome AtomicFile::commitReplacing(const std::string& target) {
+  if (!flush() || ::rename(temporary_.c_str(), target.c_str()) != 0) {
+    fail();
+    return Outcome::kFailed;
+  }
+  temporary_.clear();
+  return Outcome::kWritten;
+}
+
+std::string AtomicFile::failureReason() const { return systemReason(error_); }
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// Paths as texts. None of these looks at the disk.
+
+/// The path with a leading "~" or "~user" replaced by that home, and without ".", "..", doubled and trailing slashes.
+/// Works on the text alone (symbolic links are not followed); a leading ".." of a relative path stays, and the current
+/// folder is ".".
+[[nodiscard]] std::string standardizePath(std::string_view path);
+/// The path itself when it begins with "/", otherwise the current directory's path and it, standardized. When the
+/// current directory is gone, the path stays relative.
+[[nodiscard]] std::string absolutePath(std::string_view path);
+/// What follows the last slash; trailing slashes do not count.
+[[nodiscard]] std::string lastPathComponent(std::string_view path);
+/// What precedes the last component: "" for a bare name, "/" for a name in the root.
+[[nodiscard]] std::string deleteLastPathComponent(std::string_view path);
+/// What follows the last dot of the last component, the dot excluded; empty when there is none, or when nothing
+/// precedes it (".kvdx" is a hidden file without an extension).
+[[nodiscard]] std::string pathExtension(std::string_view path);
+/// The path without its extension and the dot.
+[[nodiscard]] std::string deletePathExtension(std::string_view path);
+[[nodiscard]] std::string appendPathComponent(std::string_view folder, std::string_view name);
+
+// The disk.
+
+/// Whether anything is at the path (symbolic links are followed).
+[[nodiscard]] bool fileExists(const std::string& path);
+/// Whether anything, be it a dangling link or in a folder that cannot be looked into, may be at the path.
+[[nodiscard]] bool mayExist(const std::string& path);
+[[nodiscard]] bool isDirectory(const std::string& path);
+/// Deletes the file, link or empty folder at the path. A folder with something in it is left alone.
+void deleteItem(const std::string& path);
+/// Makes the folder and those above it that are missing.
+void createDirectories(const std::string& path);
+
+/// The bytes of a regular file; none, with the system's reason in `problem`, when it cannot be read or is
+/// anything but a regular file (so that nothing blocks on a pipe or a device).
+[[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::string* problem = nullptr);
+/// The same for a file below a folder; none also when the name is absolute, or leads out of the folder by ".." or
+/// by a symbolic link.
+[[nodiscard]] std::optional<std::string> readFileInside(const std::string& folder, const std::string& name,
+                                                        std::string* problem = nullptr);
+
+/// A new file that nobody sees before it is whole: the bytes go to a temporary file beside the target, which is
+/// checked, flushed to the disk and renamed at the end. Dropped before that, it leaves nothing behind.
+class AtomicFile {
+ public:
+  enum class Outcome { kWritten, kTargetExists, kFailed };
+
+  /// @param target path of the file to be; the temporary file is made in its folder.
+  explicit AtomicFile(std::string_view target);
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  void append(std::string_view bytes);
+  /// Gives the file its name. A file that has that name already is left alone (kTargetExists): the caller may try
+  /// another name in the same folder.
+  [[nodiscard]] Outcome commit(const std::string& target);
+  /// Gives the file its name, replacing a file that has it.
+  [[nodiscard]] Outcome commitReplacing(const std::string& target);
+  /// The system's reason for the first thing that failed.
+  [[nodiscard]] std::string failureReason() const;
+
+ private:
+  void write(std::string_view rest);
+  bool flush();
+  void fail();
+
+  std::string temporary_;
+  int descriptor_ = -1;
+  int error_ = 0;
+  std::string buffer_;
+  bool synced_ = false;
+};
+
+}  // namespace platform

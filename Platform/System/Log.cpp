@@ -1,0 +1,74 @@
+#include "Platform/System/Log.h"
+
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <iterator>
+#include <string>
+
+namespace platform {
+namespace {
+
+std::string &programName() {
+  static std::string name = "MSPDIExport";
+  return name;
+}
+
+/// " MSPDIExport[4711] "
+const std::string &nameAndProcess() {
+  static const std::string text = fmt::format(" {}[{}] ", programName(), getpid());
+  return text;
+}
+
+void append(fmt::memory_buffer &record, std::string_view text) {
+  record.append(text.data(), text.data() + text.size());
+}
+
+char digit(int number) { return static_cast<char>('0' + number); }
+
+/// The prefix's date and time to the second. Kept from record to record: thousands share a second.
+const std::string &localSecond(time_t now) {
+  static time_t cachedFor = -1;
+  static std::string text;
+  if (now != cachedFor) {
+    tm local{};
+    localtime_r(&now, &local);
+    text = fmt::format("{:04d}-{:02d}-{:02d} {:02d}:{:02d}:{:02d}", local.tm_year + 1900, local.tm_mon + 1,
+                       local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+    cachedFor = now;
+  }
+  return text;
+}
+
+}  // namespace
+
+void setLogProgramName(std::string_view name) { programName() = name; }
+
+void logRecord(fmt::string_view format, fmt::format_args args) {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  const auto milliseconds = static_cast<int>(now.tv_usec / 1000);
+  const std::array<char, 4> fraction = {'.', digit(milliseconds / 100), digit(milliseconds / 10 % 10),
+                                        digit(milliseconds % 10)};
+  fmt::memory_buffer record;
+  append(record, localSecond(now.tv_sec));
+  append(record, {fraction.data(), fraction.size()});
+  append(record, nameAndProcess());
+  fmt::vformat_to(std::back_inserter(record), format, args);
+  record.push_back('\n');
+
+  const char *rest = record.data();
+  std::size_t left = record.size();
+  while (left > 0) {
+    const ssize_t written = ::write(STDERR_FILENO, rest, left);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return;  // nowhere to tell it
+    rest += written;
+    left -= static_cast<std::size_t>(written);
+  }
+}
+
+}  // namespace platform

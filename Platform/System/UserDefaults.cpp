@@ -1,0 +1,61 @@
+#include "Platform/System/UserDefaults.h"
+
+#include <toml++/toml.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/Log.h"
+
+namespace platform {
+namespace {
+
+/// The folder of the settings files; none when the environment names neither it nor a home.
+std::optional<std::string> settingsFolder() {
+  // The base directory convention takes only absolute paths.
+  if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && folder[0] == '/') return folder;
+  if (const char* home = std::getenv("HOME"); home != nullptr && home[0] != '\0') return std::string(home) + "/.config";
+  return std::nullopt;
+}
+
+std::optional<std::string> asText(const toml::node& value) {
+  if (const auto* boolean = value.as_boolean()) return boolean->get() ? "true" : "false";
+  if (const auto* integer = value.as_integer()) return integer->get() != 0 ? "true" : "false";
+  if (const auto* text = value.as_string()) return text->get();
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::map<std::string, std::string> UserDefaults::persistentDomain(std::string_view domain) {
+  std::map<std::string, std::string> values;
+  const auto folder = settingsFolder();
+  if (!folder) return values;
+  const std::string path = appendPathComponent(*folder, std::string(domain) + ".toml");
+  if (!mayExist(path)) return values;
+
+  std::string problem;
+  const auto contents = readFile(path, &problem);
+  if (!contents) {
+    log("WARNING: Settings file '{}' could not be read: {}. Default settings are used.", path, problem);
+    return values;
+  }
+  try {
+    for (const auto& [key, value] : toml::parse(*contents, path)) {
+      if (auto text = asText(value)) values.emplace(std::string(key.str()), std::move(*text));
+    }
+  } catch (const toml::parse_error& error) {
+    std::string reason(error.description());  // may quote a line break of the file
+    std::replace_if(
+        reason.begin(), reason.end(), [](unsigned char c) { return c < ' '; }, ' ');
+    log("WARNING: Settings file '{}' is malformed at line {}, column {}: {}. "
+        "Default settings are used.",
+        path, error.source().begin.line, error.source().begin.column, reason);
+    values.clear();
+  }
+  return values;
+}
+
+}  // namespace platform

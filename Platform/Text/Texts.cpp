@@ -1,0 +1,215 @@
+#include "Platform/Text/Texts.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <system_error>
+
+namespace platform {
+namespace {
+
+/// Every white-space and newline character: ASCII's in one byte, then the others as UTF-8.
+constexpr std::array<std::string_view, 25> kWhitespace = {" ",
+                                                          "\t",
+                                                          "\n",
+                                                          "\v",
+                                                          "\f",
+                                                          "\r",
+                                                          "\xC2\x85",
+                                                          "\xC2\xA0",
+                                                          "\xE1\x9A\x80",
+                                                          "\xE2\x80\x80",
+                                                          "\xE2\x80\x81",
+                                                          "\xE2\x80\x82",
+                                                          "\xE2\x80\x83",
+                                                          "\xE2\x80\x84",
+                                                          "\xE2\x80\x85",
+                                                          "\xE2\x80\x86",
+                                                          "\xE2\x80\x87",
+                                                          "\xE2\x80\x88",
+                                                          "\xE2\x80\x89",
+                                                          "\xE2\x80\x8A",
+                                                          "\xE2\x80\xA8",
+                                                          "\xE2\x80\xA9",
+                                                          "\xE2\x80\xAF",
+                                                          "\xE2\x81\x9F",
+                                                          "\xE3\x80\x80"};
+
+constexpr std::array<std::string_view, 7> kNewlines = {"\n",       "\v",           "\f",          "\r",
+                                                       "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
+
+std::size_t leadingWhitespace(std::string_view text) {
+  std::size_t length = 0;
+  // Nearly every text begins with an ASCII character that is not blank.
+  if (!text.empty() && text[0] > ' ') return 0;
+  for (bool more = true; more;) {
+    more = false;
+    for (const std::string_view blank : kWhitespace) {
+      if (text.substr(length).starts_with(blank)) {
+        length += blank.size();
+        more = true;
+        break;
+      }
+    }
+  }
+  return length;
+}
+
+/// Whether a decimal number without a sign is below 1, however long it is.
+bool isBelowOne(std::string_view digits) {
+  const std::size_t exponentMark = std::min(digits.find_first_of("eE"), digits.size());
+  const std::string_view mantissa = digits.substr(0, exponentMark);
+  const auto point = static_cast<Wide>(std::min(mantissa.find('.'), mantissa.size()));
+  const auto first = static_cast<Wide>(mantissa.find_first_not_of("0."));
+  const Wide exponent = exponentMark < digits.size() ? integerValue(digits.substr(exponentMark + 1)) : 0;
+  return point - first + exponent <= 0;
+}
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+}  // namespace
+
+std::string lowercased(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+  text.remove_prefix(leadingWhitespace(text));
+  for (bool more = true; more;) {
+    more = false;
+    for (const std::string_view blank : kWhitespace) {
+      if (text.ends_with(blank)) {
+        text.remove_suffix(blank.size());
+        more = true;
+        break;
+      }
+    }
+  }
+  return text;
+}
+
+std::vector<std::string_view> splitAtNewlines(std::string_view text) {
+  std::vector<std::string_view> pieces;
+  std::size_t start = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view rest = text.substr(at);
+    const auto* newline = std::find_if(kNewlines.begin(), kNewlines.end(),
+                                       [rest](std::string_view candidate) { return rest.starts_with(candidate); });
+    if (newline == kNewlines.end()) {
+      ++at;
+      continue;
+    }
+    pieces.push_back(text.substr(start, at - start));
+    at += newline->size();
+    start = at;
+  }
+  pieces.push_back(text.substr(start));
+  return pieces;
+}
+
+std::size_t utf8CharacterLength(std::string_view text) {
+  const auto at = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+  const unsigned first = at(0);
+  if (first < 0x80) return text.empty() ? 0 : 1;
+  const std::size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0) != 0x80) return 0;
+  }
+  // Forms that are too long, surrogates, and what lies beyond the last character.
+  const unsigned second = at(1);
+  if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) || (first == 0xF0 && second < 0x90) ||
+      (first == 0xF4 && second > 0x8F)) {
+    return 0;
+  }
+  return length;
+}
+
+bool isUTF8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    // Most bytes of most documents are ASCII: eight at a time.
+    std::uint64_t eight = 0;
+    if (bytes.size() >= sizeof eight) {
+      std::memcpy(&eight, bytes.data(), sizeof eight);
+      if ((eight & 0x8080808080808080U) == 0) {
+        bytes.remove_prefix(sizeof eight);
+        continue;
+      }
+    }
+    const std::size_t length = utf8CharacterLength(bytes);
+    if (length == 0) return false;
+    bytes.remove_prefix(length);
+  }
+  return true;
+}
+
+std::string asUTF8(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const std::size_t length = utf8CharacterLength(bytes);
+    if (length > 0) {
+      text.append(bytes.substr(0, length));
+    } else {
+      const auto byte = static_cast<unsigned char>(bytes[0]);
+      text += static_cast<char>(0xC0 | byte >> 6);
+      text += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+    bytes.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return text;
+}
+
+std::optional<Scanned<std::int64_t>> scanInteger(std::string_view text) {
+  std::size_t at = leadingWhitespace(text);
+  const bool signedNumber = at < text.size() && (text[at] == '+' || text[at] == '-');
+  const bool negative = signedNumber && text[at] == '-';
+  if (signedNumber) ++at;
+  if (at >= text.size() || !isDigit(text[at])) return std::nullopt;
+  std::int64_t value = 0;
+  const char* first = negative ? text.data() + at - 1 : text.data() + at;
+  const auto [end, error] = std::from_chars(first, text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    value = negative ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
+  }
+  return Scanned<std::int64_t>{value, static_cast<std::size_t>(end - text.data())};
+}
+
+std::optional<Scanned<double>> scanDouble(std::string_view text) {
+  std::size_t at = leadingWhitespace(text);
+  const bool negative = at < text.size() && text[at] == '-';
+  if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+  const bool startsNumber =
+      at < text.size() && (isDigit(text[at]) || (text[at] == '.' && at + 1 < text.size() && isDigit(text[at + 1])));
+  if (!startsNumber) return std::nullopt;
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data() + at, text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    const std::string_view digits(text.data() + at, static_cast<std::size_t>(end - text.data()) - at);
+    value = isBelowOne(digits) ? 0.0 : std::numeric_limits<double>::infinity();
+  }
+  return Scanned<double>{negative ? -value : value, static_cast<std::size_t>(end - text.data())};
+}
+
+std::int64_t integerValue(std::string_view text) {
+  const auto scanned = scanInteger(text);
+  return scanned ? scanned->value : 0;
+}
+
+std::string fixedPoint(double number, int decimals) {
+  // The largest number has 309 digits.
+  std::array<char, 400> text{};
+  const auto result = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, decimals);
+  return {text.data(), result.ptr};
+}
+
+double doubleValue(std::string_view text) {
+  const auto scanned = scanDouble(text);
+  return scanned ? scanned->value : 0.0;
+}
+
+}  // namespace platform

@@ -1,0 +1,162 @@
+#include "Platform/XML/XMLText.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "Platform/Text/Texts.h"
+
+namespace xml {
+namespace {
+
+/// Length of the character of XML that the bytes begin with; 0 when they begin with none.
+std::size_t characterLength(std::string_view bytes) {
+  const std::size_t length = platform::utf8CharacterLength(bytes);
+  const char first = bytes[0];
+  if (length == 1 && static_cast<unsigned char>(first) < 0x20 && first != '\t' && first != '\n' && first != '\r')
+    return 0;
+  const bool isNoncharacter = bytes.starts_with("\xEF\xBF\xBE") || bytes.starts_with("\xEF\xBF\xBF");
+  return isNoncharacter ? 0 : length;
+}
+
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+constexpr std::uint64_t kHighestBits = kEachByte * 0x80;
+
+/// Of eight ASCII bytes: the highest bit of the first that is the character, and perhaps of others behind it.
+constexpr std::uint64_t bytesThatAre(char c, std::uint64_t bytes) {
+  return (bytes ^ (kEachByte * static_cast<unsigned char>(c))) - kEachByte;
+}
+
+constexpr bool isPlain(char c) {
+  return static_cast<unsigned char>(c - 0x20) < 0x60 && c != '&' && c != '<' && c != '>';
+}
+
+/// The same for eight at once.
+bool arePlain(const char* characters) {
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, characters, sizeof bytes);
+  // A byte's highest bit is set when the byte has it or, less 0x20, borrows it. "<" and ">" differ in one bit alone.
+  const std::uint64_t special =
+      (bytes - kEachByte * 0x20) | bytesThatAre('&', bytes) | bytesThatAre('>', bytes | (kEachByte * ('<' ^ '>')));
+  return ((bytes | special) & kHighestBits) == 0;
+}
+
+/// The text without what cannot be a character in XML.
+std::string charactersOnly(std::string_view text) {
+  std::string characters;
+  characters.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = characterLength(text.substr(i));
+    characters.append(text.substr(i, length));
+    i += length == 0 ? 1 : length;
+  }
+  return characters;
+}
+
+/// Appends a character of a text or an attribute.
+void appendEscaped(std::string& to, char c) {
+  switch (c) {
+    case '&':
+      to += "&amp;";
+      break;
+    case '<':
+      to += "&lt;";
+      break;
+    case '>':
+      to += "&gt;";
+      break;
+    case '\r':
+      to += "&#13;";
+      break;
+    default:
+      to += c;
+  }
+}
+
+/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read.
+std::string declaredEncoding(std::string_view bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+  if (!bytes.starts_with("<?xml")) return "";
+  const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+  const std::size_t key = declaration.find("encoding");
+  const std::size_t open = key == std::string_view::npos ? key : declaration.find_first_of("\"'", key);
+  if (open == std::string_view::npos) return "";
+  const std::size_t close = declaration.find(declaration[open], open + 1);
+  if (close == std::string_view::npos) return "";
+  return platform::lowercased(declaration.substr(open + 1, close - open - 1));
+}
+
+/// Whether a character reference names NUL: "&#0;", "&#x00;".
+bool refersToNul(std::string_view bytes) {
+  for (std::size_t at = bytes.find("&#"); at != std::string_view::npos; at = bytes.find("&#", at + 2)) {
+    std::size_t digit = at + 2;
+    if (digit < bytes.size() && bytes[digit] == 'x') ++digit;
+    const std::size_t end = bytes.find_first_not_of('0', digit);
+    if (end != std::string_view::npos && end > digit && bytes[end] == ';') return true;
+  }
+  return false;
+}
+
+/// Whether the tree's parser reads the encoding by itself. It tells UTF-16 and UTF-32 by their first bytes.
+bool parserKnows(const std::string& encoding) {
+  return encoding.empty() || encoding == "utf-8" || encoding == "us-ascii" || encoding == "iso-8859-1" ||
+         encoding == "latin1" || encoding.starts_with("utf-16") || encoding.starts_with("utf-32");
+}
+
+}  // namespace
+
+// Every text that is written comes through here: eight bytes at a time, the last of them perhaps for the second time.
+bool isPlainText(std::string_view text) {
+  constexpr std::size_t kStep = sizeof(std::uint64_t);
+  if (text.size() < kStep) return std::all_of(text.begin(), text.end(), isPlain);
+  for (std::size_t at = 0; at < text.size(); at += kStep) {
+    if (!arePlain(text.data() + std::min(at, text.size() - kStep))) return false;
+  }
+  return true;
+}
+
+std::string escapedText(std::string_view text) {
+  std::string escaped;
+  for (const char c : charactersOnly(text)) appendEscaped(escaped, c);
+  return escaped;
+}
+
+std::string escapedAttribute(std::string_view text) {
+  std::string escaped;
+  for (const char c : escapedText(text)) {
+    if (c == '"') {
+      escaped += "&quot;";
+    } else if (c == '\n' || c == '\t') {
+      escaped += c == '\n' ? "&#10;" : "&#9;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string commentText(std::string_view text) {
+  std::string comment;
+  for (const char c : charactersOnly(text)) {
+    if (c == '-' && comment.ends_with('-')) comment += ' ';
+    comment += c == '\r' ? '\n' : c;
+  }
+  if (comment.ends_with('-')) comment += ' ';
+  return comment;
+}
+
+bool isTakenForUTF8(std::string_view bytes) {
+  // UTF-16 and UTF-32 begin with a mark, or have NULs between their first letters.
+  const bool isWide = bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE") ||
+                      bytes.substr(0, 4).find('\0') != std::string_view::npos;
+  const std::string encoding = declaredEncoding(bytes);
+  return !isWide && (encoding.empty() || encoding == "utf-8" || encoding == "us-ascii");
+}
+
+bool parserReads(std::string_view bytes) {
+  if (!parserKnows(declaredEncoding(bytes))) return false;
+  if (isTakenForUTF8(bytes) && !platform::isUTF8(bytes)) return false;
+  return !refersToNul(bytes);
+}
+
+}  // namespace xml
