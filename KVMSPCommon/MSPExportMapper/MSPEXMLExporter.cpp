@@ -65,13 +65,19 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   log("Input:  '{}'", source->path());
   log("Output: '{}'", path.get());
 
-  Contents contents = readContents(source->path());
-  MSPEMapper mapper(std::move(contents.plan), std::move(contents.tableOfContents), contents.baselines, nullptr, info_);
-  mapper.map();
-  const xml::OutputDocument* document = mapper.mspdiXmlDoc();
+  const Mapped mapped = map(source->path());
+  const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) return false;
   write(*document, path);
   return true;
+}
+
+MSPEXMLExporter::Mapped MSPEXMLExporter::map(const std::string& bundle) const {
+  Contents contents = readContents(bundle);
+  auto context =
+      std::make_unique<MSPEMapper>(contents.plan, contents.tableOfContents, contents.baselines, nullptr, info_);
+  context->map();
+  return {std::move(contents), std::move(context)};
 }
 
 MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundle) {

@@ -23,7 +23,6 @@ class MSPEXMLExporter {
   /// @return whether a document was made and a write was tried. A write that fails is logged, too, but counts.
   bool exportKVDXBundle(const std::optional<platform::URL>& source, const std::optional<platform::URL>& toURL);
 
- private:
   using DocumentPointer = std::shared_ptr<xml::Document>;
 
   /// What an export reads from a bundle.
@@ -32,7 +31,18 @@ class MSPEXMLExporter {
     DocumentPointer plan;  ///< none when no scenario is the edited one
     std::vector<DocumentPointer> baselines;
   };
+  /// A bundle, exported in memory: what was read, and the context that holds the document.
+  struct Mapped {
+    Contents contents;
+    std::unique_ptr<MSPEMapper> context;
+  };
 
+  /// Reads and maps the bundle as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result.
+  /// @param bundle path of the bundle's folder.
+  /// @throws platform::Exception what the mappers raise. The context has no document when there is nothing to export.
+  [[nodiscard]] Mapped map(const std::string& bundle) const;
+
+ private:
   [[nodiscard]] bool exportBundle(const std::optional<platform::URL>& source,
                                   const std::optional<platform::URL>& destination) const;
   [[nodiscard]] static Contents readContents(const std::string& bundle);

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <iterator>
 #include <string>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -15,6 +16,11 @@ namespace {
 std::string &programName() {
   static std::string name = "MSPDIExport";
   return name;
+}
+
+std::function<void(std::string_view)> &sink() {
+  static std::function<void(std::string_view)> ofTheProcess;
+  return ofTheProcess;
 }
 
 /// " MSPDIExport[4711] "
@@ -47,7 +53,13 @@ const std::string &localSecond(time_t now) {
 
 void setLogProgramName(std::string_view name) { programName() = name; }
 
+void setLogSink(std::function<void(std::string_view record)> newSink) { sink() = std::move(newSink); }
+
 void logRecord(fmt::string_view format, fmt::format_args args) {
+  if (sink()) {
+    sink()(fmt::vformat(format, args));
+    return;
+  }
   timeval now{};
   gettimeofday(&now, nullptr);
   const auto milliseconds = static_cast<int>(now.tv_usec / 1000);

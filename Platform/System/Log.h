@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <string_view>
 
 namespace platform {
@@ -15,6 +16,10 @@ void setLogProgramName(std::string_view name);
 /// name and process id ("2026-05-06 08:00:00.123 MSPDIExport[4711] "); a record of several lines has the
 /// prefix in front of its first. A closed or full standard error is ignored.
 void logRecord(fmt::string_view format, fmt::format_args args);
+
+/// Hands every record to the sink (without prefix and line break at its end) instead of standard error. For programs
+/// that show the log in another way. An empty sink restores standard error.
+void setLogSink(std::function<void(std::string_view record)> sink);
 
 /// Formats a record as fmt does and writes it.
 template <typename... Args>

@@ -1,0 +1,90 @@
+#include "Conform/Copy.h"
+
+#include <utility>
+
+#include "Platform/System/Exceptions.h"
+
+namespace conform {
+namespace {
+
+using platform::require;
+
+constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_comments | pugi::parse_pi |
+                                   pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
+
+/// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
+class SinkWriter final : public pugi::xml_writer {
+ public:
+  explicit SinkWriter(const std::function<void(std::string_view)>& sink) : sink_(sink) {}
+
+  void write(const void* data, std::size_t size) override {
+    std::string_view rest(static_cast<const char*>(data), size);
+    for (std::size_t at = rest.find('\r'); at != std::string_view::npos; at = rest.find('\r')) {
+      sink_(rest.substr(0, at));
+      sink_("&#13;");
+      rest.remove_prefix(at + 1);
+    }
+    sink_(rest);
+  }
+
+ private:
+  const std::function<void(std::string_view)>& sink_;
+};
+
+template <typename List>
+void list(pugi::xml_node container, const char* name, List& to) {
+  for (const pugi::xml_node element : container.children(name)) to.push_back({element, {}});
+}
+
+}  // namespace
+
+Copy::Copy(std::string bytes, const Plan* plan, Options options)
+    : bytes_(std::move(bytes)), plan_(plan), options_(std::move(options)) {
+  const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions);
+  if (!result) throw platform::Exception("ConformException", result.description());
+  project = document_.document_element();
+  if (std::string_view(project.name()) != "Project") {
+    throw platform::Exception("ConformException", "this is no Microsoft Project XML file");
+  }
+  listElements();
+  if (plan_ != nullptr) pairWithPlan();
+}
+
+void Copy::listElements() {
+  list(project.child("Calendars"), "Calendar", calendars);
+  list(project.child("Tasks"), "Task", tasks);
+  list(project.child("Resources"), "Resource", resources);
+  list(project.child("Assignments"), "Assignment", assignments);
+}
+
+void Copy::pairWithPlan() {
+  const auto check = [&](std::string_view kind, std::size_t found, std::size_t expected) {
+    require(found == expected, "The exported document does not belong to the plan: {} {} in place of {}.", found, kind,
+            expected);
+  };
+  check("calendars", calendars.size(), plan_->resources().size());
+  for (std::size_t i = 0; i < calendars.size(); ++i) calendars[i].source = &plan_->resources()[i];
+
+  check("tasks", tasks.size(), plan_->tasks().size());
+  for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].source = plan_->tasks()[i];
+
+  std::size_t written = 1;  // the first is the placeholder
+  for (const PlanResource& resource : plan_->resources()) {
+    if (!Plan::isWritten(resource)) continue;
+    if (written < resources.size()) resources[written].source = resource.node;
+    ++written;
+  }
+  check("resources", resources.size(), written);
+
+  check("assignments", assignments.size(), plan_->assignments().size());
+  for (std::size_t i = 0; i < assignments.size(); ++i) assignments[i].source = &plan_->assignments()[i];
+}
+
+void Copy::serialize(const std::function<void(std::string_view)>& sink) const {
+  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  SinkWriter writer(sink);
+  document_.document_element().print(writer, "  ", kWriteOptions, pugi::encoding_utf8);
+}
+
+}  // namespace conform

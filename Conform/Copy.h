@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Conform/Plan.h"
+#include "Conform/Report.h"
+
+namespace conform {
+
+/// What the user decides.
+struct Options {
+  std::string baseName;    ///< names a project without a title: the file's name without its extension
+  std::string currency;    ///< ISO 4217 code for a symbol that tells none; empty when not given
+  bool keepDates = false;  ///< schedule every task by hand, so that no reader moves it
+};
+
+/// An element of the file and where it came from; the source is empty when the bundle is not at hand.
+struct Item {
+  pugi::xml_node element;
+  xml::Node source;
+};
+struct AssignmentItem {
+  pugi::xml_node element;
+  const PlanAssignment* source = nullptr;
+};
+struct CalendarItem {
+  pugi::xml_node element;
+  const PlanResource* source = nullptr;
+};
+
+/// An exported document on its way to the file that one sends. The corrections change `project` in place. They find the
+/// elements in the lists, each with its source when there is a bundle. A correction that removes or adds a task,
+/// resource, assignment or calendar keeps its list right.
+class Copy {
+ public:
+  /// @param bytes an exported document. @param plan the bundle's plan, which must outlive the copy; none when only the
+  /// file is at hand.
+  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML, and InvariantFailure
+  /// when the file does not belong to the plan.
+  Copy(std::string bytes, const Plan* plan, Options options);
+  Copy(const Copy&) = delete;
+  Copy& operator=(const Copy&) = delete;
+
+  pugi::xml_node project;
+  std::vector<CalendarItem> calendars;
+  std::vector<Item> tasks;
+  std::vector<Item> resources;
+  std::vector<AssignmentItem> assignments;
+  Report report;
+
+  [[nodiscard]] const Plan* plan() const { return plan_; }
+  [[nodiscard]] const Options& options() const { return options_; }
+
+  /// The document as well-formed UTF-8 XML, piece by piece.
+  void serialize(const std::function<void(std::string_view)>& sink) const;
+
+ private:
+  void listElements();
+  void pairWithPlan();
+
+  std::string bytes_;  ///< what the texts of unchanged elements point into
+  pugi::xml_document document_;
+  const Plan* plan_;
+  Options options_;
+};
+
+}  // namespace conform

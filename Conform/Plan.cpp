@@ -1,0 +1,80 @@
+#include "Conform/Plan.h"
+
+#include <string>
+#include <string_view>
+
+#include "KVMSPCommon/MSPCExtensions.h"
+
+namespace conform {
+namespace {
+
+/// The object that the reference's "idref" names; the last one when several have the id.
+xml::Node referred(xml::Node scenario, std::string_view kind, xml::Node reference) {
+  const auto id = reference.attributeText("idref");
+  return id ? singleObjectForXQuery(scenario, xml::Query::child(kind, "id", *id)) : xml::Node();
+}
+
+std::string typeOf(xml::Node object) { return stringValueForXQuery(object, "type").value_or(""); }
+
+/// Puts what the group refers to on the stack, so that the first is taken next.
+template <typename Entry, typename Make>
+void pushMembers(std::vector<Entry>& stack, const std::vector<xml::Node>& references, Make make) {
+  for (auto reference = references.rbegin(); reference != references.rend(); ++reference) make(stack, *reference);
+}
+
+}  // namespace
+
+Plan::Plan(const xml::Document& plan, const xml::Document& tableOfContents)
+    : scenario_(plan.root()), tableOfContents_(tableOfContents.root()) {
+  walkResources();
+  walkTasks();
+}
+
+bool Plan::isWritten(const PlanResource& resource) {
+  const std::string type = typeOf(resource.node);
+  return type == "Staff" || type == "Equipment" || type == "Material";
+}
+
+void Plan::walkResources() {
+  std::vector<PlanResource> stack;
+  const xml::Node top = referred(scenario_, "resource", singleObjectForXQuery(scenario_, "top-resource"));
+  if (top) stack.push_back({top, std::nullopt});
+  while (!stack.empty()) {
+    const PlanResource resource = stack.back();
+    stack.pop_back();
+    const std::size_t index = resources_.size();
+    resources_.push_back(resource);
+    if (typeOf(resource.node) != "Group") continue;
+    pushMembers(stack, objectsForXQuery(resource.node, "child-resource"), [&](auto& to, xml::Node reference) {
+      if (const xml::Node member = referred(scenario_, "resource", reference)) to.push_back({member, index});
+    });
+  }
+}
+
+void Plan::walkTasks() {
+  std::vector<xml::Node> stack;
+  const xml::Node top = referred(scenario_, "task", singleObjectForXQuery(scenario_, "top-task"));
+  if (top) stack.push_back(top);
+  while (!stack.empty()) {
+    const xml::Node task = stack.back();
+    stack.pop_back();
+    tasks_.push_back(task);
+    addAssignments(task);
+    if (typeOf(task) != "group") continue;
+    pushMembers(stack, objectsForXQuery(task, "child-task"), [&](auto& to, xml::Node reference) {
+      if (const xml::Node child = referred(scenario_, "task", reference)) to.push_back(child);
+    });
+  }
+}
+
+/// A task that nobody is assigned to gets one assignment all the same, a group none.
+void Plan::addAssignments(xml::Node task) {
+  const std::size_t index = tasks_.size() - 1;
+  const auto assignments = objectsForXQuery(task, "assignment");
+  for (const xml::Node assignment : assignments) {
+    assignments_.push_back({index, assignment, referred(scenario_, "resource", assignment)});
+  }
+  if (assignments.empty() && typeOf(task) != "group") assignments_.push_back({index, {}, {}});
+}
+
+}  // namespace conform

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "Platform/XML/XMLTree.h"
+
+namespace conform {
+
+/// A resource that the export reached, groups included.
+struct PlanResource {
+  xml::Node node;
+  std::optional<std::size_t> parent;  ///< index of the group that it was reached from; none for the top resource
+};
+
+/// An assignment that the export wrote.
+struct PlanAssignment {
+  std::size_t task = 0;  ///< index into Plan::tasks()
+  xml::Node node;        ///< the source `assignment`; empty for a task that nobody is assigned to
+  xml::Node resource;    ///< the assigned `resource`; empty when there is none
+};
+
+/// The bundle's plan in the order in which it is exported: the n-th task here is the n-th `Task` of the file, and the
+/// same holds for calendars (one for each resource, groups included), resources and assignments. Borrows the documents.
+class Plan {
+ public:
+  /// @param plan the exported scenario. @param tableOfContents the bundle's "__TOC.xml".
+  Plan(const xml::Document& plan, const xml::Document& tableOfContents);
+
+  [[nodiscard]] xml::Node scenario() const { return scenario_; }
+  /// The root of the table of contents.
+  [[nodiscard]] xml::Node tableOfContents() const { return tableOfContents_; }
+  [[nodiscard]] const std::vector<PlanResource>& resources() const { return resources_; }
+  [[nodiscard]] const std::vector<xml::Node>& tasks() const { return tasks_; }
+  [[nodiscard]] const std::vector<PlanAssignment>& assignments() const { return assignments_; }
+  /// Whether the resource is written as a `Resource` of its own: people, equipment and materials, but no groups.
+  [[nodiscard]] static bool isWritten(const PlanResource& resource);
+
+ private:
+  void walkResources();
+  void walkTasks();
+  void addAssignments(xml::Node task);
+
+  xml::Node scenario_;
+  xml::Node tableOfContents_;
+  std::vector<PlanResource> resources_;
+  std::vector<xml::Node> tasks_;
+  std::vector<PlanAssignment> assignments_;
+};
+
+}  // namespace conform

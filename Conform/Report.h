@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace conform {
+
+/// What the corrections did: counts for a summary, and one sentence for each thing that could not be carried over or
+/// that the reader will find changed.
+class Report {
+ public:
+  /// Adds to the count of what was changed, for example "links without a lag".
+  void count(const std::string& what, std::size_t number = 1);
+  /// One sentence for people, without a full stop: "resource 5: \"A,B\" is now \"A;B\"". Said once however often.
+  void warn(std::string sentence);
+
+  [[nodiscard]] const std::map<std::string, std::size_t>& counts() const { return counts_; }
+  /// In the order in which they were said.
+  [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
+
+ private:
+  std::map<std::string, std::size_t> counts_;
+  std::vector<std::string> warnings_;
+  std::set<std::string> said_;
+};
+
+}  // namespace conform
