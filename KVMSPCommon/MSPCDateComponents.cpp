@@ -51,11 +51,11 @@ std::int64_t MSPCDateComponents::secondsOfTime(MSPCUnitFlags unitFlags) const {
 
 std::int64_t MSPCDateComponents::systemOffset(Instant when) {
   const TimeZone& zone = TimeZone::system();
-  const std::int64_t daylightOffset = zone.daylightSavingOffset(when);
-  if (daylightOffset != 0) {
-    // Seen from winter, summer is today's offset and an hour, also where the zone had another one then.
+  if (zone.isDaylightSavingTime(when)) {
+    // Seen from standard time, daylight-saving time is today's offset and its share, also where the zone had another
+    // offset then.
     const Instant now = platform::Clock::now();
-    if (zone.daylightSavingOffset(now) == 0) return daylightOffset + zone.secondsFromGMT(now);
+    if (!zone.isDaylightSavingTime(now)) return zone.daylightSavingOffset(when) + zone.secondsFromGMT(now);
   }
   return zone.secondsFromGMT(when);
 }

@@ -22,7 +22,7 @@ constexpr std::string_view kZoneExpression = R"([\+\-]{1}[:digit:]{2}(:[:digit:]
 constexpr std::string_view kCompactZoneExpression = R"([\+\-]{1}[:digit:]{4,6}$)";
 
 DateFormatter formatter(std::string_view pattern, bool forceUTC = false) {
-  return {pattern, forceUTC ? "GMT" : platform::TimeZone::system().name()};
+  return {pattern, forceUTC ? platform::TimeZone::utc() : platform::TimeZone::system()};
 }
 
 bool hasTime(std::string_view text) { return text.find('T') != std::string_view::npos; }

@@ -26,6 +26,10 @@ TEST(MSPCDateTimeConverterTest, Conversions) {
   const PinnedZone zone("Europe/Berlin");
   expectOutcomes({
       {__LINE__, fromMspdi, "2011-05-06T08:00:00Z", "none"},
+      {__LINE__, fromMspdi, "2011-05-06T24:59:59", "2011-05-06 22:59:59"},
+      {__LINE__, fromMspdi, "2011-13-32T08:75:75", "2012-02-01 08:16:15"},
+      {__LINE__, fromMspdi, "2011-05-06T25:00:00", "2011-05-06 23:00:00"},
+      {__LINE__, fromKvdx, "2011-02-30T08:00:75Z", "2011-03-02 08:01:15"},
       {__LINE__, fromMspdi, "2011-03-27T02:30:00", "2011-03-27 01:30:00"},  // skipped
       {__LINE__, fromMspdi, "2011-10-30T02:30:00", "2011-10-30 01:30:00"},  // repeated
       {__LINE__, fromKvdx, "\t2011-05-06T08:00:00+02:00", "2011-05-06 06:00:00"},

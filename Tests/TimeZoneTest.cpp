@@ -1,3 +1,4 @@
+#include <ctime>
 #include <random>
 
 #include "Platform/Time/GregorianCalendar.h"
@@ -28,18 +29,82 @@ std::string state(std::string_view text) {
 
 TEST(TimeZoneTest, WallClocksAndInstants) {
   expectOutcomes({
-      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},        // skipped
-      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},        // repeated
-      {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},  // half an hour
-      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},         // a day that is none
-      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},    // no midnight
-      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},      // back at midnight
-      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},      // back to midnight
+      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},          // skipped
+      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},          // repeated
+      {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},    // half an hour
+      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},           // a day that is none
+      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},      // no midnight
+      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},        // back at midnight
+      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},        // back to midnight
+      {__LINE__, instant, "2011-04-10 12:00:00", "2011-04-10 11:00:00", "XXX0YYY,J100/0,J101/0"},  // a day of summer
+      {__LINE__, instant, "2424-07-01 12:00:00", "2424-07-01 10:00:00", "Europe/Berlin"},
       {__LINE__, state, "2011-03-27 00:59:59", "1 3600 0 1 Europe/Berlin", ":Europe/Berlin"},
+      {__LINE__, state, "2424-07-01 10:00:00", "12 7200 3600 2 Europe/Berlin", "Europe/Berlin"},
+      {__LINE__, state, "2011-01-01 12:00:00", "12 0 -3600 7 Europe/Dublin", "Europe/Dublin"},
+      {__LINE__, state, "1943-06-01 12:00:00", "14 7200 7200 3 Europe/London", "Europe/London"},    // double
+      {__LINE__, state, "2016-07-01 12:00:00", "15 10800 0 6 Europe/Istanbul", "Europe/Istanbul"},  // kept for good
+      {__LINE__, state, "2023-07-01 12:00:00", "6 -21600 0 7 America/Mexico_City", "America/Mexico_City"},
       {__LINE__, state, "2011-03-27 01:00:00", "3 7200 3600 1 Europe/Berlin", "/usr/share/zoneinfo/Europe/Berlin"},
       {__LINE__, state, "2012-02-29 06:00:00", "6 0 0 4 UTC", "Nowhere/Land"},
-      {__LINE__, state, "2012-02-29 06:00:00", "15 32400 0 4 GMT+09:00", "JST-9"},
+      {__LINE__, state, "2012-02-29 06:00:00", "15 32400 0 4 JST-9", "JST-9"},
   });
+}
+
+TEST(TimeZoneTest, AgreesWithTheCLibrary) {
+  // What TZ may hold, and zones that changed late, often, by odd amounts, over the date line or the wrong way round.
+  const std::vector<std::string> names = {"",
+                                          ":Europe/Berlin",
+                                          "/usr/share/zoneinfo/Asia/Kolkata",
+                                          ":/etc/localtime",
+                                          "UTC",
+                                          "EST5EDT",
+                                          "EST5EDT,M3.2.0,M11.1.0",
+                                          "CET-1CEST",
+                                          "CET-1CEST,M3.5.0,M10.5.0/3",
+                                          "<+0330>-3:30",
+                                          "<-02>2<-01>,M3.5.0/-1,M10.5.0/0",
+                                          "NZST-12NZDT,M9.5.0,M4.1.0/3",
+                                          "XXX1YYY,J100/0,J101/0",
+                                          "LMT0:53:28",
+                                          "America/Mexico_City",
+                                          "America/Ciudad_Juarez",
+                                          "America/Coyhaique",
+                                          "America/Nuuk",
+                                          "America/Asuncion",
+                                          "America/St_Johns",
+                                          "America/Caracas",
+                                          "Africa/Cairo",
+                                          "Africa/Casablanca",
+                                          "Africa/Monrovia",
+                                          "Asia/Almaty",
+                                          "Asia/Gaza",
+                                          "Asia/Kathmandu",
+                                          "Asia/Pyongyang",
+                                          "Antarctica/Vostok",
+                                          "Antarctica/Troll",
+                                          "Australia/Lord_Howe",
+                                          "Europe/Dublin",
+                                          "Europe/Istanbul",
+                                          "Europe/London",
+                                          "Europe/Moscow",
+                                          "Pacific/Apia",
+                                          "Pacific/Chatham",
+                                          "Pacific/Kwajalein"};
+  std::mt19937_64 random(19700101);
+  for (const std::string& name : names) {
+    const PinnedZone pinned(name);
+    tzset();
+    const TimeZone& zone = TimeZone::system();
+    for (int i = 0; i < 40; ++i) {
+      constexpr std::int64_t kFirst = -2'208'988'800;  // 1900
+      const std::time_t time = kFirst + static_cast<std::int64_t>(random() % 6'311'433'600);
+      tm clock{};
+      localtime_r(&time, &clock);
+      const platform::Instant instant{static_cast<double>(time)};
+      ASSERT_EQ(zone.secondsFromGMT(instant), clock.tm_gmtoff) << name << " at " << time;
+      ASSERT_EQ(zone.isDaylightSavingTime(instant), clock.tm_isdst > 0) << name << " at " << time;
+    }
+  }
 }
 
 TEST(TimeZoneTest, CalendarAgreesWithTheStandardLibrary) {

@@ -1,17 +1,14 @@
 #include "Platform/Time/TimeZone.h"
 
-#include <unicode/basictz.h>
-#include <unicode/timezone.h>
-#include <unicode/tztrans.h>
-#include <unicode/unistr.h>
+#include <stdlib.h>
+#include <time.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
-#include <optional>
 #include <string_view>
 
+#include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/Text/RegularExpression.h"
 
@@ -19,12 +16,14 @@ namespace platform {
 namespace {
 
 constexpr std::int64_t kDay = 86400;
+constexpr std::int64_t kBlock = 64 * kDay;
 constexpr std::int64_t kSecondsPerEra = 146097 * kDay;     // 400 Gregorian years: weekdays and rules repeat
 constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;  // 1800: before every zone's first clock change
 constexpr std::int64_t kLastRuleSecond = 16'725'225'600;   // 2500: every zone follows its last rule by then
+constexpr const char* kHostZoneFile = "/etc/localtime";
 
-/// An instant within the years 1800 to 2500 with the same offset. Keeps broken documents' year 999999999
-/// away from the library and the number of spans small.
+/// An instant within the years 1800 to 2500 with the same offset. Keeps broken documents' year 999999999 away from the
+/// C library, which counts years in 32 bits.
 std::int64_t foldedIntoRules(std::int64_t utcSeconds) {
   if (utcSeconds < kFirstRuleSecond) return kFirstRuleSecond;
   if (utcSeconds >= kLastRuleSecond) {
@@ -38,39 +37,65 @@ std::int64_t wholeSeconds(Instant instant) {
   return static_cast<std::int64_t>(std::floor(std::clamp(instant.seconds, -kLimit, kLimit)));
 }
 
-std::string utf8(const icu::UnicodeString& text) {
-  std::string result;
-  text.toUTF8String(result);
-  return result;
-}
-
-bool isHostZoneFile(std::string_view name) { return name == "/etc/localtime" || name == ":/etc/localtime"; }
-
-/// A POSIX zone of a fixed offset, "JST-9" or "<+03>-3", by the name that the library has for it ("GMT+09:00"; POSIX
-/// counts west of Greenwich). None for anything else.
-std::optional<std::string> fixedOffsetName(const std::string& name) {
-  const PosixRegularExpression form("^([A-Za-z]{3,}|<[A-Za-z0-9+-]+>)([+-]?)([0-9]{1,2})(:([0-9][0-9]))?$");
-  const auto groups = form.match(name);
-  if (groups.empty()) return std::nullopt;
-  const std::string_view minutes = groups[5].present() ? groups[5].in(name) : "00";
-  return fmt::format("GMT{}{:0>2}:{}", groups[2].in(name) == "-" ? '+' : '-', groups[3].in(name), minutes);
-}
-
-/// The name of the machine's zone: TZ as it is commonly written (a name, ":name", a path into the zone database, a
-/// fixed offset), or what the host is set to. An empty TZ is UTC, as for the C library.
-std::string systemZoneName() {
-  if (const char* environment = std::getenv("TZ"); environment != nullptr && !isHostZoneFile(environment)) {
-    std::string_view name(environment);
-    if (name.starts_with(':')) name.remove_prefix(1);
-    for (const std::string_view folder : {"/zoneinfo/", "posix/", "right/"}) {
-      if (const auto at = name.find(folder); at != std::string_view::npos) name.remove_prefix(at + folder.size());
-    }
-    if (name.empty()) return "UTC";
-    return fixedOffsetName(std::string(name)).value_or(std::string(name));
+/// Lets the C library use another zone for as long as this lives. It knows one at a time, the one in TZ.
+class ScopedZone {
+ public:
+  explicit ScopedZone(const std::string& tz) {
+    if (const char* before = std::getenv("TZ")) before_ = before;
+    if (before_ != tz) ::setenv("TZ", tz.c_str(), 1);
+    ::tzset();
   }
-  const std::unique_ptr<icu::TimeZone> host(icu::TimeZone::detectHostTimeZone());
-  icu::UnicodeString id;
-  return host ? utf8(host->getID(id)) : "UTC";
+  ~ScopedZone() {
+    if (before_) {
+      ::setenv("TZ", before_->c_str(), 1);
+    } else {
+      ::unsetenv("TZ");
+    }
+    ::tzset();
+  }
+  ScopedZone(const ScopedZone&) = delete;
+  ScopedZone& operator=(const ScopedZone&) = delete;
+
+ private:
+  std::optional<std::string> before_;
+};
+
+/// The name of a zone that is given by the path of its file, or in one of the copies that the zone database has.
+std::string_view shortName(std::string_view name) {
+  for (const std::string_view folder : {"/zoneinfo/", "posix/", "right/"}) {
+    if (const auto at = name.find(folder); at != std::string_view::npos) name.remove_prefix(at + folder.size());
+  }
+  return name;
+}
+
+std::string hostZoneName() {
+  const std::unique_ptr<char, decltype(&std::free)> file(::realpath(kHostZoneFile, nullptr), &std::free);
+  return file ? std::string(shortName(file.get())) : "UTC";
+}
+
+/// Whether the C library finds a zone file of the name. What else stands there it takes for a rule.
+bool isZoneFile(const std::string& name) {
+  const char* folder = std::getenv("TZDIR");
+  if (folder == nullptr || *folder == '\0') folder = "/usr/share/zoneinfo";
+  const auto bytes = readFile(name.starts_with('/') ? name : appendPathComponent(folder, name));
+  return bytes && bytes->starts_with("TZif");
+}
+
+/// A name and an offset; the same of daylight-saving time; the dates at which that begins and ends: "JST-9",
+/// "EST5EDT,M3.2.0,M11.1.0". The C library takes any other text for UTC.
+bool isPosixRule(const std::string& text) {
+  static const PosixRegularExpression form(
+      "^([A-Za-z]{3,}|<[A-Za-z0-9+-]{3,}>)[+-]?[0-9]{1,2}(:[0-9]{1,2}){0,2}"
+      "(([A-Za-z]{3,}|<[A-Za-z0-9+-]{3,}>)([+-]?[0-9]{1,2}(:[0-9]{1,2}){0,2})?"
+      "(,(M[0-9]{1,2}\\.[1-5]\\.[0-6]|J?[0-9]{1,3})(/[+-]?[0-9]{1,3}(:[0-9]{1,2}){0,2})?){0,2})?$");
+  return !form.match(text).empty();
+}
+
+/// What TZ says, or what the host is set to. An empty TZ is UTC.
+std::string systemZoneName() {
+  const char* environment = std::getenv("TZ");
+  if (environment == nullptr) return kHostZoneFile;
+  return *environment == '\0' ? "UTC" : environment;
 }
 
 std::unique_ptr<TimeZone>& systemZone() {
@@ -79,39 +104,6 @@ std::unique_ptr<TimeZone>& systemZone() {
 }
 
 }  // namespace
-
-struct TimeZone::Rules {
-  bool known = true;
-  std::unique_ptr<icu::BasicTimeZone> zone;
-
-  explicit Rules(const std::string& name) {
-    std::unique_ptr<icu::TimeZone> found(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
-    if (*found == icu::TimeZone::getUnknown()) {
-      known = false;
-      found.reset(icu::TimeZone::createTimeZone("UTC"));
-    }
-    // Every zone that createTimeZone makes is a BasicTimeZone.
-    zone.reset(static_cast<icu::BasicTimeZone*>(found.release()));
-  }
-
-  [[nodiscard]] Span spanAt(std::int64_t utcSeconds) const {
-    const double milliseconds = static_cast<double>(utcSeconds) * 1000.0;
-    std::int32_t raw = 0;
-    std::int32_t daylight = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    zone->getOffset(milliseconds, false, raw, daylight, status);
-    Span span{std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max(),
-              (raw + daylight) / 1000, daylight / 1000};
-    icu::TimeZoneTransition change;
-    if (zone->getPreviousTransition(milliseconds, true, change)) {
-      span.from = static_cast<std::int64_t>(change.getTime() / 1000.0);
-    }
-    if (zone->getNextTransition(milliseconds, false, change)) {
-      span.to = static_cast<std::int64_t>(change.getTime() / 1000.0);
-    }
-    return span;
-  }
-};
 
 const TimeZone& TimeZone::system() {
   auto& zone = systemZone();
@@ -123,49 +115,98 @@ const TimeZone& TimeZone::system() {
   return *zone;
 }
 
-void TimeZone::resetSystemForTesting() { systemZone().reset(); }
-
-TimeZone::TimeZone(const std::string& name) : name_(name), rules_(std::make_unique<Rules>(name)) {
-  if (!rules_->known) name_ = "UTC";
+const TimeZone& TimeZone::utc() {
+  static const TimeZone zone("UTC");
+  return zone;
 }
 
-TimeZone::~TimeZone() = default;
+void TimeZone::resetSystemForTesting() { systemZone().reset(); }
 
-bool TimeZone::isKnown() const { return rules_->known; }
+TimeZone::TimeZone(const std::string& name) : tz_(name.starts_with(':') ? name.substr(1) : name) {
+  const bool isHost = tz_ == kHostZoneFile;  // a machine without that file is in UTC
+  isKnown_ = isHost || isZoneFile(tz_) || isPosixRule(tz_);
+  if (!isKnown_) tz_ = "UTC";
+  name_ = isHost ? hostZoneName() : std::string(shortName(tz_));
+}
 
-const TimeZone::Span& TimeZone::spanAt(std::int64_t utcSeconds) const {
+TimeZone::Span TimeZone::spanAt(std::int64_t utcSeconds) const {
   const std::int64_t folded = foldedIntoRules(utcSeconds);
-  for (const std::size_t last : lastSpans_) {
-    if (last < spans_.size() && spans_[last].from <= folded && folded < spans_[last].to) return spans_[last];
+  for (const Span& span : lastSpans_) {
+    if (span.from <= utcSeconds && utcSeconds < span.to) return span;
   }
-  auto next = std::upper_bound(spans_.begin(), spans_.end(), folded,
-                               [](std::int64_t seconds, const Span& span) { return seconds < span.from; });
-  if (next == spans_.begin() || folded >= std::prev(next)->to) next = spans_.insert(next, rules_->spanAt(folded)) + 1;
-  lastSpans_ = {static_cast<std::size_t>(next - spans_.begin()) - 1, lastSpans_[0]};
-  return spans_[lastSpans_[0]];
+  const auto number = static_cast<std::size_t>((folded - kFirstRuleSecond) / kBlock);
+  auto [block, isNew] = blocks_.try_emplace(number);
+  if (isNew) block->second = spansFrom(kFirstRuleSecond + static_cast<std::int64_t>(number) * kBlock);
+  Span span = *std::find_if(block->second.begin(), block->second.end(),
+                            [folded](const Span& candidate) { return folded < candidate.to; });
+  span.from += utcSeconds - folded;
+  span.to += utcSeconds - folded;
+  lastSpans_ = {span, lastSpans_[0]};
+  return span;
+}
+
+/// The spans of a block, from the C library: day by day, and where a day's end differs from its beginning, bisected.
+std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
+  const ScopedZone zone(tz_);
+  const auto at = [](std::int64_t seconds) {
+    const time_t time = seconds;
+    tm clock{};
+    ::localtime_r(&time, &clock);
+    return Span{seconds, seconds, clock.tm_gmtoff, clock.tm_isdst > 0};
+  };
+  const auto isSame = [](const Span& a, const Span& b) {
+    return a.offset == b.offset && a.isDaylightSaving == b.isDaylightSaving;
+  };
+  std::vector<Span> spans = {at(blockStart)};
+  for (std::int64_t day = blockStart; day < blockStart + kBlock; day += kDay) {
+    const Span next = at(day + kDay);
+    if (isSame(spans.back(), next)) continue;
+    std::int64_t before = day;
+    std::int64_t after = day + kDay;
+    while (after - before > 1) {
+      const std::int64_t middle = before + (after - before) / 2;
+      (isSame(at(middle), spans.back()) ? before : after) = middle;
+    }
+    spans.back().to = after;
+    spans.push_back({after, after, next.offset, next.isDaylightSaving});
+  }
+  spans.back().to = blockStart + kBlock;
+  return spans;
 }
 
 std::int64_t TimeZone::secondsFromGMT(Instant instant) const { return spanAt(wholeSeconds(instant)).offset; }
 
-std::int64_t TimeZone::daylightSavingOffset(Instant instant) const { return spanAt(wholeSeconds(instant)).daylight; }
+bool TimeZone::isDaylightSavingTime(Instant instant) const { return spanAt(wholeSeconds(instant)).isDaylightSaving; }
+
+std::int64_t TimeZone::daylightSavingOffset(Instant instant) const {
+  const Span span = spanAt(wholeSeconds(instant));
+  if (!span.isDaylightSaving) return 0;
+  std::optional<std::int64_t> share;
+  for (const bool isForward : {false, true}) {
+    const auto standard = standardOffset(span, isForward);
+    if (standard && (!share || std::abs(span.offset - *standard) < std::abs(*share))) share = span.offset - *standard;
+  }
+  return share.value_or(0);
+}
+
+std::optional<std::int64_t> TimeZone::standardOffset(Span span, bool isForward) const {
+  // Double summer time lies between two stretches of summer time: standard time may be some changes away.
+  constexpr int kMostSpans = 64;  // ten years, at the least
+  for (int i = 0; i < kMostSpans && span.isDaylightSaving; ++i) span = spanAt(isForward ? span.to : span.from - 1);
+  return span.isDaylightSaving ? std::nullopt : std::optional(span.offset);
+}
 
 std::int64_t TimeZone::utcFromCivilSeconds(std::int64_t civilSeconds) const {
-  // The offsets a day before and a day after surround at most one change that matters to this clock reading.
-  const Span& spanBefore = spanAt(civilSeconds - kDay);
-  const std::int64_t before = spanBefore.offset;
-  if (civilSeconds + kDay < spanBefore.to) return civilSeconds - before;  // nearly always
-  const std::int64_t after = spanAt(civilSeconds + kDay).offset;
-  if (before == after) {
-    // A change there and back within two days is looked at once more below.
-    const std::int64_t utc = civilSeconds - before;
-    if (spanAt(utc).offset == before) return utc;
+  // Offsets are below a day: every span that may show the reading lies between the day before and the day after.
+  std::optional<std::int64_t> latest;
+  std::int64_t offsetBefore = 0;
+  for (Span span = spanAt(civilSeconds - kDay);; span = spanAt(span.to)) {
+    const std::int64_t utc = civilSeconds - span.offset;
+    if (span.from <= utc && utc < span.to) latest = utc;
+    if (utc >= span.to || span.from <= civilSeconds - kDay) offsetBefore = span.offset;
+    if (civilSeconds + kDay < span.to) break;
   }
-  const std::int64_t later = civilSeconds - std::min(before, after);
-  const std::int64_t earlier = civilSeconds - std::max(before, after);
-  // A reading is real when the zone has, at the instant it stands for, the offset it was made with.
-  if (spanAt(later).offset == civilSeconds - later) return later;
-  if (spanAt(earlier).offset == civilSeconds - earlier) return earlier;
-  return civilSeconds - before;
+  return latest.value_or(civilSeconds - offsetBefore);
 }
 
 Instant TimeZone::instantFromCivil(const CivilTime& civil) const {

@@ -2,8 +2,9 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "Platform/Time/GregorianCalendar.h"
@@ -11,29 +12,42 @@
 
 namespace platform {
 
-/// A time zone with its history of offsets: the bridge between instants and wall clocks.
+/// A time zone with its history of offsets, as the C library reads it from the system's zone data: the bridge between
+/// instants and wall clocks. The C library knows one zone at a time, the one in TZ: zones other than the machine's set
+/// TZ for a moment when they are asked about dates for the first time.
+///
+///   const TimeZone zone("Europe/Berlin");
+///   zone.civilFromInstant({1301187600})            // 2011-03-27T01:00:00Z: clocks show 03:00:00
+///   zone.instantFromCivil({2011, 3, 27, 2, 30, 0})  // skipped: as if at the offset before, 2011-03-27T01:30:00Z
+///   zone.instantFromCivil({2011, 10, 30, 2, 0, 0})  // shown twice: the second time, 2011-10-30T01:00:00Z
 class TimeZone {
  public:
-  /// The machine's zone, TZ respected, captured at the first call. A TZ that names no known zone gives one
-  /// warning line in the log and UTC.
+  /// The machine's zone, TZ respected, captured at the first call. TZ means what it means to the C library: the name of
+  /// a zone file (also with a colon in front), its path, a POSIX rule ("EST5EDT,M3.2.0,M11.1.0"), an empty text for
+  /// UTC. A TZ that is none of these gives one warning line in the log and UTC. Leap seconds are not counted.
   [[nodiscard]] static const TimeZone& system();
+
+  /// UTC, wherever the machine is.
+  [[nodiscard]] static const TimeZone& utc();
 
   /// Forgets the captured zone, so that the next call of system() looks at the environment again. For tests.
   static void resetSystemForTesting();
 
-  /// @throws Exception never; an unknown name gives a zone for which isKnown() is false and which is UTC.
+  /// @param name as in TZ. An unknown one gives a zone for which isKnown() is false and which is UTC.
   explicit TimeZone(const std::string& name);
-  ~TimeZone();
   TimeZone(const TimeZone&) = delete;
   TimeZone& operator=(const TimeZone&) = delete;
 
-  [[nodiscard]] bool isKnown() const;
-  /// The zone's identifier, for example "Europe/Berlin".
+  [[nodiscard]] bool isKnown() const { return isKnown_; }
+  /// What to call the zone: "Europe/Berlin", also when it was given by a path; a POSIX rule as it stands; "UTC".
   [[nodiscard]] const std::string& name() const { return name_; }
 
   /// Whole seconds east of UTC at the instant, daylight-saving time included.
   [[nodiscard]] std::int64_t secondsFromGMT(Instant instant) const;
-  /// The share of daylight-saving time in secondsFromGMT at the instant, in seconds; 0 outside of it.
+  /// Whether the zone data calls the instant daylight-saving time. In some zones that is the winter (Europe/Dublin).
+  [[nodiscard]] bool isDaylightSavingTime(Instant instant) const;
+  /// The share of daylight-saving time in secondsFromGMT at the instant, in seconds; 0 outside of it. It is counted
+  /// from the standard time before or after it, whichever is nearer in offset: -3600 in Dublin's winter.
   [[nodiscard]] std::int64_t daylightSavingOffset(Instant instant) const;
 
   /// The instant at which the zone's clocks show the civil time. A time that a clock change repeats is the
@@ -56,24 +70,26 @@ class TimeZone {
  private:
   /// A stretch of time with one offset: [from, to) in seconds since 1970.
   struct Span {
-    std::int64_t from;
-    std::int64_t to;
-    std::int64_t offset;
-    std::int64_t daylight;
+    std::int64_t from = 0;
+    std::int64_t to = 0;
+    std::int64_t offset = 0;
+    bool isDaylightSaving = false;
   };
-  struct Rules;
 
-  [[nodiscard]] const Span& spanAt(std::int64_t utcSeconds) const;
+  [[nodiscard]] Span spanAt(std::int64_t utcSeconds) const;
+  [[nodiscard]] std::vector<Span> spansFrom(std::int64_t blockStart) const;
+  /// The offset of the nearest standard time before or after the span; none when there is none.
+  [[nodiscard]] std::optional<std::int64_t> standardOffset(Span span, bool isForward) const;
   [[nodiscard]] std::int64_t utcFromCivilSeconds(std::int64_t civilSeconds) const;
 
+  std::string tz_;  ///< what TZ says to have this zone
   std::string name_;
-  std::unique_ptr<Rules> rules_;
-  /// The spans asked for so far, in order of time: the library's look-ups are dear, and a plan's dates lie
-  /// in a few of them.
-  mutable std::vector<Span> spans_;
-  /// Where the last two answers lay: the next one mostly lies there too (dates of a summer are labelled by what the
-  /// zone has now, in winter).
-  mutable std::array<std::size_t, 2> lastSpans_{};
+  bool isKnown_ = true;
+  /// The spans of the blocks of 64 days that were asked for so far: asking the C library takes a hundred times as long.
+  mutable std::unordered_map<std::size_t, std::vector<Span>> blocks_;
+  /// The last two answers: the next one is mostly one of them (dates of a summer are labelled by what the zone has now,
+  /// in winter).
+  mutable std::array<Span, 2> lastSpans_{};
 };
 
 }  // namespace platform
