@@ -11,6 +11,7 @@
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/Text/RegularExpression.h"
+#include "Platform/Text/Texts.h"
 
 namespace platform {
 namespace {
@@ -73,11 +74,16 @@ std::string hostZoneName() {
   return file ? std::string(shortName(file.get())) : "UTC";
 }
 
+/// Where the C library looks for a zone file of the name.
+std::string zoneFilePath(const std::string& name) {
+  if (name.starts_with('/')) return name;
+  const char* folder = std::getenv("TZDIR");
+  return appendPathComponent(folder == nullptr || *folder == '\0' ? "/usr/share/zoneinfo" : folder, name);
+}
+
 /// Whether the C library finds a zone file of the name. What else stands there it takes for a rule.
 bool isZoneFile(const std::string& name) {
-  const char* folder = std::getenv("TZDIR");
-  if (folder == nullptr || *folder == '\0') folder = "/usr/share/zoneinfo";
-  const auto bytes = readFile(name.starts_with('/') ? name : appendPathComponent(folder, name));
+  const auto bytes = readFile(zoneFilePath(name));
   return bytes && bytes->starts_with("TZif");
 }
 
@@ -118,6 +124,26 @@ const TimeZone& TimeZone::system() {
 const TimeZone& TimeZone::utc() {
   static const TimeZone zone("UTC");
   return zone;
+}
+
+void TimeZone::setSystem(const std::string& name) {
+  ::setenv("TZ", name.c_str(), 1);
+  ::tzset();
+  systemZone().reset();
+}
+
+std::vector<std::string> TimeZone::names() {
+  std::vector<std::string> names;
+  const std::string table = readFile(zoneFilePath("zone1970.tab")).value_or("");
+  for (const std::string_view line : splitAtNewlines(table)) {
+    // Countries, coordinates, the name, perhaps a remark; tabs between them.
+    const std::size_t nameAt = line.find('\t', line.find('\t') + 1) + 1;
+    if (line.starts_with('#') || nameAt == 0) continue;
+    const std::string_view name = line.substr(nameAt);
+    names.emplace_back(name.substr(0, name.find('\t')));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 void TimeZone::resetSystemForTesting() { systemZone().reset(); }

@@ -30,6 +30,12 @@ class TimeZone {
   /// UTC, wherever the machine is.
   [[nodiscard]] static const TimeZone& utc();
 
+  /// Makes the zone that of the machine for the rest of the process, also for its log. Before the first date is
+  /// converted: conversions are remembered.
+  static void setSystem(const std::string& name);
+  /// The names of all zones that the system's zone data distinguishes, in alphabetical order; none without that table.
+  [[nodiscard]] static std::vector<std::string> names();
+
   /// Forgets the captured zone, so that the next call of system() looks at the environment again. For tests.
   static void resetSystemForTesting();
 

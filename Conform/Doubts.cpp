@@ -1,0 +1,273 @@
+#include "Conform/Doubts.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include "Conform/Plan.h"
+#include "Conform/Report.h"
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUsualDateTime.h"
+#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
+
+namespace conform {
+namespace {
+
+using platform::orEmpty;
+
+enum class Kind : std::uint8_t {
+  kText,
+  kDate,   ///< with "Z" or an offset
+  kNumber  ///< read as far as it goes
+};
+
+/// A child that counts once.
+struct Field {
+  std::string_view name;
+  Kind kind;
+};
+
+constexpr Field kScenarioFields[] = {
+    {"start-date", Kind::kDate}, {"end-date", Kind::kDate}, {"top-resource", Kind::kText}, {"top-task", Kind::kText}};
+
+constexpr Field kTaskFields[] = {
+    {"title", Kind::kText},
+    {"type", Kind::kText},
+    {"start-date", Kind::kDate},
+    {"end-date", Kind::kDate},
+    {"duration", Kind::kNumber},
+    {"effort", Kind::kNumber},
+    {"effort-done", Kind::kNumber},
+    {"priority", Kind::kNumber},
+    {"completion-percentage", Kind::kNumber},
+    {"recalculate", Kind::kText},
+    {"schedule-type", Kind::kText},
+    {"static-cost", Kind::kNumber},
+    {"splittable", Kind::kText},
+    {"leveled-start", Kind::kDate},
+    {"locked-start-date", Kind::kDate},
+    {"locked-end-date", Kind::kDate},
+    {"start-constraint-date", Kind::kDate},
+    {"end-constraint-date", Kind::kDate},
+    {"note", Kind::kText},
+    {"user-data", Kind::kText},
+};
+
+constexpr Field kResourceFields[] = {
+    {"name", Kind::kText},          {"type", Kind::kText},           {"units-available", Kind::kNumber},
+    {"efficiency", Kind::kNumber},  {"cost-per-use", Kind::kNumber}, {"cost-per-hour", Kind::kNumber},
+    {"email-address", Kind::kText}, {"schedule", Kind::kText},       {"note", Kind::kText},
+    {"user-data", Kind::kText},
+};
+
+/// Words that a text may be, and what any other counts as.
+struct Words {
+  std::string_view name;
+  std::span<const std::string_view> known;
+  std::string_view otherwise;
+};
+
+constexpr std::string_view kTaskTypes[] = {"task", "milestone", "group", "hammock"};
+constexpr std::string_view kScheduleTypes[] = {"asap", "alap"};
+constexpr std::string_view kResourceTypes[] = {"Staff", "Equipment", "Material", "Group"};
+constexpr std::string_view kLinkKinds[] = {"FS", "SF", "SS", "FF"};
+
+constexpr Words kTaskType{"type", kTaskTypes, "it is a task"};
+constexpr Words kScheduleType{"schedule-type", kScheduleTypes, "it goes the way of the project"};
+constexpr Words kResourceType{"type", kResourceTypes, "it is left out"};
+constexpr Words kLinkKind{"kind", kLinkKinds, "it goes from finish to start"};
+
+class Doubts {
+ public:
+  Doubts(const Plan& plan, Report& report) : plan_(plan), report_(report) {}
+
+  void tell() {
+    lookAt("the plan", plan_.scenario(), "");
+    checkFields(plan_.scenario(), kScenarioFields);
+    for (const xml::Node task : plan_.tasks()) checkTask(task);
+    for (const PlanResource& resource : plan_.resources()) checkResource(resource.node);
+    checkLeftOut("task", "title", tasksReached());
+    checkLeftOut("resource", "name", resourcesReached());
+  }
+
+ private:
+  /// The object that the next warnings are about.
+  void lookAt(std::string_view kind, xml::Node object, std::string_view nameChild) {
+    kind_ = kind;
+    object_ = object;
+    nameChild_ = nameChild;
+  }
+
+  /// "task t12 'Motor driver board': ..."
+  template <typename... Args>
+  void warn(fmt::format_string<Args...> sentence, Args&&... args) {
+    const std::string about = nameChild_.empty()
+                                  ? std::string(kind_)
+                                  : fmt::format("{} {} '{}'", kind_, orEmpty(object_.attributeText("id")),
+                                                orEmpty(stringValueForXQuery(object_, nameChild_)));
+    report_.warn(about + ": " + fmt::format(sentence, std::forward<Args>(args)...));
+  }
+
+  void checkTask(xml::Node task) {
+    lookAt("task", task, "title");
+    checkFields(task, kTaskFields);
+    checkWord(stringValueForXQuery(task, "type"), kTaskType);
+    checkWord(stringValueForXQuery(task, "schedule-type"), kScheduleType);
+    for (const xml::Node link : objectsForXQuery(task, "prerequisite-task")) {
+      checkReference("link", "task", link);
+      checkWord(link.attributeText("kind"), kLinkKind);
+      if (const auto lag = stringValueForXQuery(link, "lead-time")) checkNumber("lead-time", *lag);
+    }
+    for (const xml::Node child : objectsForXQuery(task, "child-task")) checkReference("child-task", "task", child);
+    for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
+      if (const auto units = assignment.attributeText("units")) checkCopied("units", *units);
+    }
+  }
+
+  void checkResource(xml::Node resource) {
+    lookAt("resource", resource, "name");
+    checkFields(resource, kResourceFields);
+    checkWord(stringValueForXQuery(resource, "type"), kResourceType);
+    if (const auto rate = stringValueForXQuery(resource, "cost-per-hour")) checkCopied("cost-per-hour", *rate);
+    for (const xml::Node child : objectsForXQuery(resource, "child-resource")) {
+      checkReference("child-resource", "resource", child);
+    }
+    checkEfficiency(resource);
+    for (const xml::Node event : objectsForXQuery(resource, "schedule/calendar/event")) {
+      for (const std::string_view name : {"start", "end"}) checkLocalDate(name, event.attribute(name).value());
+    }
+  }
+
+  void checkFields(xml::Node object, std::span<const Field> fields) {
+    std::string storage;
+    for (const Field& field : fields) {
+      XQueryError error;
+      const xml::Node found = singleObjectForXQuery(object, xml::Query(field.name), &error);
+      if (!found) continue;
+      if (error) warn("there is more than one {}, the last one counts", field.name);
+      if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue(storage));
+      // Rates are copied as they are.
+      if (field.kind == Kind::kNumber && field.name != "cost-per-hour") {
+        checkNumber(field.name, found.stringValue(storage));
+      }
+    }
+  }
+
+  void checkDate(std::string_view name, std::string_view text) {
+    MSPCDateComponents record;
+    const auto flags = scanUsualDateTime(record, text);
+    constexpr MSPCUnitFlags kTime = kMSPCHour;
+    if (flags && (*flags & kMSPCTimeZoneUnits) != 0) return;
+    if (flags && (*flags & kTime) != 0) {
+      warn("{} '{}' has no offset, UTC is taken", name, text);
+    } else {
+      tellReading(name, text);
+    }
+  }
+
+  /// Events may be wall-clock times.
+  void checkLocalDate(std::string_view name, std::string_view text) {
+    MSPCDateComponents record;
+    const auto flags = scanUsualDateTime(record, text);
+    if (!flags || (*flags & kMSPCHour) == 0) tellReading(name, text);
+  }
+
+  void tellReading(std::string_view name, std::string_view text) {
+    if (text.empty()) {
+      warn("{} is empty", name);
+    } else if (!MSPIUtilities::isIsoiDateTime(text)) {
+      warn("{} '{}' is no date, year 1 is written", name, text);
+    } else {
+      warn("{} '{}' is not read whole, {} is written", name, text, orEmpty(MSPIUtilities::kvdxToMspdiDateTime(text)));
+    }
+  }
+
+  void checkNumber(std::string_view name, std::string_view text) {
+    const auto number = platform::scanDouble(text);
+    if (!number) {
+      warn("{} '{}' is no number, 0 is written", name, text);
+    } else if (!platform::trimmed(text.substr(number->length)).empty()) {
+      warn("{} '{}' is read as far as it is a number: {}", name, text, number->value);
+    }
+  }
+
+  /// What is copied into the file, where it has to be a number.
+  void checkCopied(std::string_view name, std::string_view text) {
+    if (text.empty()) return;
+    const auto number = platform::scanDouble(text);
+    if (!number || number->length != text.size()) warn("{} '{}' is no number, and is written as it is", name, text);
+  }
+
+  void checkWord(const std::optional<std::string>& text, const Words& words) {
+    if (!text || std::find(words.known.begin(), words.known.end(), *text) != words.known.end()) return;
+    warn("{} '{}' is unknown, {}", words.name, *text, words.otherwise);
+  }
+
+  void checkReference(std::string_view name, std::string_view kind, xml::Node reference) {
+    const auto id = reference.attributeText("idref");
+    if (id && singleObjectForXQuery(plan_.scenario(), xml::Query::child(kind, "id", *id))) return;
+    warn("{} to '{}' leads to nothing, and is left out", name, orEmpty(id));
+  }
+
+  void checkEfficiency(xml::Node resource) {
+    XQueryError error;
+    const double efficiency = floatValueForXQuery(resource, "efficiency", &error);
+    if (!error && efficiency != 1.0) warn("the format has no efficiency, {} % is left out", efficiency * 100);
+  }
+
+  using Identities = std::unordered_set<const void*>;
+
+  /// Tasks that are exported, and the pieces of split ones, which are in them.
+  [[nodiscard]] Identities tasksReached() const {
+    Identities reached;
+    for (const xml::Node task : plan_.tasks()) {
+      reached.insert(task.identity());
+      for (const xml::Node child : objectsForXQuery(task, "child-task")) {
+        const auto id = child.attributeText("idref");
+        if (id)
+          reached.insert(singleObjectForXQuery(plan_.scenario(), xml::Query::child("task", "id", *id)).identity());
+      }
+    }
+    return reached;
+  }
+
+  [[nodiscard]] Identities resourcesReached() const {
+    Identities reached;
+    for (const PlanResource& resource : plan_.resources()) reached.insert(resource.node.identity());
+    return reached;
+  }
+
+  void checkLeftOut(std::string_view kind, std::string_view name, const Identities& reached) {
+    for (const xml::Node object : objectsForXQuery(plan_.scenario(), xml::Query(kind))) {
+      if (reached.contains(object.identity())) continue;
+      const auto id = object.attributeText("id");
+      const bool isReplaced =
+          id && singleObjectForXQuery(plan_.scenario(), xml::Query::child(kind, "id", *id)) != object;
+      lookAt(kind, object, name);
+      if (isReplaced) {
+        warn("another {} has the same id, this one is left out", kind);
+      } else {
+        warn("no group holds it, it is left out");
+      }
+    }
+  }
+
+  const Plan& plan_;
+  Report& report_;
+  std::string_view kind_;
+  xml::Node object_;
+  std::string_view nameChild_;
+};
+
+}  // namespace
+
+void warnOfDoubts(const Plan& plan, Report& report) { Doubts(plan, report).tell(); }
+
+}  // namespace conform

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Platform/Time/TimeZone.h"
+#include "Platform/XML/XMLTree.h"
+
+namespace conform {
+
+/// The zones in which a plan's dates were written. Korvella writes each date with the offset that the author's clock
+/// had then, so that the offsets of a plan tell its zone, or a few zones that all show the same times for these dates.
+///
+///   <start-date>2026-02-06T08:30:00-05:00</start-date> and <end-date>2026-10-08T17:30:00-04:00</end-date>
+///   fit America/New_York, and not America/Bogota, which has -05:00 all year.
+class PlanZone {
+ public:
+  /// Gathers the dates of a plan that have a time and an offset or "Z": texts of elements, and attributes.
+  explicit PlanZone(xml::Node scenario);
+
+  /// The number of dates gathered.
+  [[nodiscard]] std::size_t count() const { return count_; }
+  /// How many of them have another offset than the zone has at these instants.
+  [[nodiscard]] std::size_t countOfOthers(const platform::TimeZone& zone) const;
+  /// The first zone that fits all dates: UTC, then those in which most people live, then every other one of the
+  /// system's zone data in alphabetical order. Empty when none fits, as when several authors worked in several zones.
+  [[nodiscard]] std::string firstFitting() const;
+
+ private:
+  /// Dates of one instant and offset. A plan has the same few times of day over and over.
+  struct Date {
+    std::int64_t utcSeconds;
+    std::int64_t offset;
+    std::size_t count;
+  };
+
+  void gather(std::string_view text);
+  void sortDates();
+  [[nodiscard]] bool fits(const platform::TimeZone& zone) const;
+
+  std::vector<Date> dates_;
+  std::size_t count_ = 0;
+};
+
+}  // namespace conform
