@@ -72,6 +72,7 @@ set(MSPDI_CMAKE ${CMAKE_INSTALL_LIBDIR}/cmake/mspdi)
 file(CONFIGURE OUTPUT mspdiConfig.cmake @ONLY CONTENT [[
 include(CMakeFindDependencyMacro)
 find_dependency(pugixml)
+find_dependency(LibArchive)
 find_dependency(LibXml2)
 find_dependency(ICU COMPONENTS i18n uc)
 find_dependency(fmt)
@@ -111,7 +112,7 @@ set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "Export Korvella plans to Microsoft Project
 The static library of MSPDIExport with its headers and CMake package, for
 programs that export a Korvella document bundle themselves.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
-  "libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
+  "libarchive-dev, libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
 
 # What Debian wants of each package.
 string(TIMESTAMP MSPDI_NOW "%a, %d %b %Y %H:%M:%S +0000" UTC)

@@ -1,0 +1,161 @@
+#include "Platform/System/ZipArchive.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+#include "Platform/System/FileSystem.h"
+
+namespace platform {
+namespace {
+
+constexpr std::uint64_t kFreeBytes = std::uint64_t{64} << 20;
+constexpr std::uint64_t kMostGrowth = 200;
+constexpr std::size_t kMostMembers = 10'000;
+constexpr std::size_t kBlockSize = std::size_t{1} << 16;
+
+using Archive = std::unique_ptr<archive, decltype(&archive_read_free)>;
+
+std::string problemOf(const Archive& archive) {
+  const char* text = archive_error_string(archive.get());
+  return text == nullptr ? "the archive is damaged" : text;
+}
+
+std::string nameOf(archive_entry* entry) {
+  if (const char* name = archive_entry_pathname_utf8(entry)) return name;
+  const char* name = archive_entry_pathname(entry);
+  return name == nullptr ? "" : name;
+}
+
+/// Whether the member stays below the folder that it is unpacked into.
+bool staysInside(const std::string& name) {
+  if (name.empty() || name.starts_with('/') || name.find('\0') != std::string::npos) return false;
+  for (std::size_t at = 0; at <= name.size();) {
+    const std::size_t end = std::min(name.find('/', at), name.size());
+    if (name.compare(at, end - at, "..") == 0) return false;
+    at = end + 1;
+  }
+  return true;
+}
+
+/// What is left of the bytes that the archive may unpack to.
+class Allowance {
+ public:
+  explicit Allowance(std::uint64_t archiveSize) : left_(kFreeBytes + kMostGrowth * archiveSize) {}
+  bool take(std::uint64_t bytes) {
+    if (bytes > left_) return false;
+    left_ -= bytes;
+    return true;
+  }
+
+ private:
+  std::uint64_t left_;
+};
+
+std::optional<std::string> writeAll(int descriptor, const char* bytes, std::size_t size) {
+  while (size > 0) {
+    const ssize_t written = ::write(descriptor, bytes, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return std::strerror(errno);
+    bytes += written;
+    size -= static_cast<std::size_t>(written);
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> unpackFile(const Archive& archive, const std::string& path, Allowance& allowance) {
+  createDirectories(deleteLastPathComponent(path));
+  // A name that stands in the archive twice is refused, as is one that a folder has.
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (descriptor < 0) return std::strerror(errno);
+  std::optional<std::string> problem;
+  std::array<char, kBlockSize> block{};
+  while (!problem) {
+    const la_ssize_t size = archive_read_data(archive.get(), block.data(), block.size());
+    if (size == 0) break;
+    if (size < 0) {
+      problem = problemOf(archive);
+    } else if (!allowance.take(static_cast<std::uint64_t>(size))) {
+      problem = fmt::format("it unpacks to more than {} times its size", kMostGrowth);
+    } else {
+      problem = writeAll(descriptor, block.data(), static_cast<std::size_t>(size));
+    }
+  }
+  ::close(descriptor);
+  return problem;
+}
+
+std::optional<std::string> unpackMember(const Archive& archive, archive_entry* entry, const std::string& folder,
+                                        Allowance& allowance) {
+  const std::string name = nameOf(entry);
+  if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", name);
+  const std::string path = standardizePath(appendPathComponent(folder, name));
+  const auto type = archive_entry_filetype(entry);
+  if (archive_entry_symlink(entry) != nullptr || archive_entry_hardlink(entry) != nullptr ||
+      (type != AE_IFREG && type != AE_IFDIR)) {
+    return fmt::format("its member '{}' is neither file nor folder", name);
+  }
+  if (type == AE_IFDIR) {
+    createDirectories(path);
+    return std::nullopt;
+  }
+  auto problem = unpackFile(archive, path, allowance);
+  if (problem) return fmt::format("member '{}': {}", name, *problem);
+  return std::nullopt;
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+  const char* parent = std::getenv("TMPDIR");
+  path_ = appendPathComponent(parent == nullptr || *parent == '\0' ? "/tmp" : parent, "mspdi-export-XXXXXX");
+  if (::mkdtemp(path_.data()) == nullptr) path_.clear();
+}
+
+TemporaryFolder::TemporaryFolder(TemporaryFolder&& other) noexcept : path_(std::exchange(other.path_, {})) {}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+}
+
+bool isZipArchive(const std::string& path) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) return false;
+  std::array<char, 4> mark{};
+  const bool isRead = ::read(descriptor, mark.data(), mark.size()) == static_cast<ssize_t>(mark.size());
+  ::close(descriptor);
+  return isRead && std::memcmp(mark.data(), "PK\3\4", mark.size()) == 0;
+}
+
+std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
+  const Archive archive(archive_read_new(), &archive_read_free);
+  archive_read_support_format_zip(archive.get());
+  if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
+
+  Allowance allowance(static_cast<std::uint64_t>(info.st_size));
+  archive_entry* entry = nullptr;
+  for (std::size_t members = 0;; ++members) {
+    const int result = archive_read_next_header(archive.get(), &entry);
+    if (result == ARCHIVE_EOF) return std::nullopt;
+    if (result < ARCHIVE_WARN) return problemOf(archive);
+    if (members == kMostMembers) return fmt::format("it has more than {} members", kMostMembers);
+    if (auto problem = unpackMember(archive, entry, folder, allowance)) return problem;
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// A private folder below the machine's folder for temporary files, removed with everything in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(TemporaryFolder&& other) noexcept;
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  /// Empty when the folder could not be made.
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Whether the file begins as zip archives do.
+[[nodiscard]] bool isZipArchive(const std::string& path);
+
+/// Unpacks a zip archive into an existing folder that nobody else can write to. Only files and folders are unpacked,
+/// and nothing outside the folder.
+/// @return none when all went well; else the reason in plain words, and part of the archive may be in the folder.
+/// Refused are members that lead out of the folder, links, special files and passwords, and archives that unpack to
+/// more than 64 MB and 200 times their size (plans shrink to a tenth or a thirtieth) or to more than 10,000 members.
+[[nodiscard]] std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder);
+
+}  // namespace platform
