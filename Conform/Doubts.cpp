@@ -168,7 +168,7 @@ class Doubts {
     if (flags && (*flags & kTime) != 0) {
       warn("{} '{}' has no offset, UTC is taken", name, text);
     } else {
-      tellReading(name, text);
+      tellReading(name, text, MSPIUtilities::kvdxToMspdiDateTime(text));
     }
   }
 
@@ -176,16 +176,17 @@ class Doubts {
   void checkLocalDate(std::string_view name, std::string_view text) {
     MSPCDateComponents record;
     const auto flags = scanUsualDateTime(record, text);
-    if (!flags || (*flags & kMSPCHour) == 0) tellReading(name, text);
+    if (flags && (*flags & kMSPCHour) != 0) return;
+    tellReading(name, text, MSPIUtilities::mppToMspdiDateTime(MSPIUtilities::kvdxToMppDateTime(text)));
   }
 
-  void tellReading(std::string_view name, std::string_view text) {
+  void tellReading(std::string_view name, std::string_view text, const std::optional<std::string>& reading) {
     if (text.empty()) {
       warn("{} is empty", name);
     } else if (!MSPIUtilities::isIsoiDateTime(text)) {
       warn("{} '{}' is no date, year 1 is written", name, text);
     } else {
-      warn("{} '{}' is not read whole, {} is written", name, text, orEmpty(MSPIUtilities::kvdxToMspdiDateTime(text)));
+      warn("{} '{}' is not read whole, {} is written", name, text, orEmpty(reading));
     }
   }
 

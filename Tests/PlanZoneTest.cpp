@@ -1,0 +1,35 @@
+#include "Conform/PlanZone.h"
+#include "Tests/Tables.h"
+
+namespace {
+
+/// Of a plan with the start dates, divided by blanks: how many dates, how many of another zone than New York's, and the
+/// first zone that fits.
+std::string zoneOf(std::string_view dates) {
+  std::string plan = "<scenario>";
+  while (!dates.empty()) {
+    const std::size_t end = std::min(dates.find(' '), dates.size());
+    plan += fmt::format("<task><start-date>{}</start-date></task>", dates.substr(0, end));
+    dates.remove_prefix(std::min(end + 1, dates.size()));
+  }
+  const auto document = parsed(plan + "</scenario>");
+  const conform::PlanZone zone(document->root());
+  return fmt::format("{} {} {}", zone.count(), zone.countOfOthers(platform::TimeZone("America/New_York")),
+                     zone.firstFitting());
+}
+
+}  // namespace
+
+TEST(PlanZoneTest, FirstZoneThatFitsAllDates) {
+  expectOutcomes({
+      {__LINE__, zoneOf, "2026-02-06T08:30:00-05:00 2026-07-08T17:30:00-04:00", "2 0 America/New_York"},
+      {__LINE__, zoneOf, "2026-02-06T08:30:00-05:00 2026-07-08T17:30:00-05:00", "2 1 America/Bogota"},
+      {__LINE__, zoneOf, "2026-03-29T01:59:59+01:00 2026-03-29T03:00:00+02:00", "2 2 Europe/Berlin"},
+      {__LINE__, zoneOf, "2026-01-06T08:30:00Z 2026-07-08T08:30:00+01:00", "2 2 Europe/London"},
+      {__LINE__, zoneOf, "2026-01-06T08:30:00Z 2026-07-08T08:30:00Z", "2 2 UTC"},
+      {__LINE__, zoneOf, "2026-01-06T08:30:00-03:30 2026-07-08T08:30:00-02:30", "2 2 America/St_Johns"},
+      {__LINE__, zoneOf, "2026-01-06T08:30:00+13:45", "1 1 Pacific/Chatham"},             // of the system's table
+      {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-01-06T08:30:00+05:30", "2 2 "},  // two authors
+      {__LINE__, zoneOf, "2026-01-06T08:30:00 2026-01-06 soon 2026-01-06T08:30:00.5+01:00", "0 0 "},  // none to tell by
+  });
+}
