@@ -1,8 +1,11 @@
 // The program as a user runs it: its log, its exit status and what it leaves on the disk.
 
+#include <fmt/chrono.h>
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <filesystem>
 #include <tuple>
 
@@ -45,6 +48,10 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
   const std::string usage =
       "Usage:\n  MSPDIExport <input_KVDX_bundle_path> [<output_path>]\n  MSPDIExport --input-list <input_list_path>  "
       "[<output_path>]\n<output_path> is either an exported XML file, or a directory to write XML file to.\n";
+  // A terminal must not obey a name. What is no control character, or a line end or a tab, is as it is.
+  const std::string plain = "\xC2\xA0\xC3\x9B\t\r\nx\xC2";
+  const std::string controls = "\x1b[2J\x07\x7f\xC2\x80\xC2\x9F" + plain;
+  const std::string shown = "\\x1b[2J\\x07\\x7f\\x80\\x9f" + plain;
   for (const auto& [arguments, log] : std::vector<std::pair<std::string, std::string>>{
            {"", argument + "Too few arguments. Need at least input bundle.\n" + usage},
            {"--input-list", list + argument + "No input list found in command line.\n"},
@@ -52,6 +59,7 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
            {"--input-list latin1.txt", list + noList + "file could not be read or empty: latin1.txt\n"},
            {"--input-list empty.txt", list},
            {"Plan.xml", single("Plan.xml") + noBundle + "'Plan.xml'\n"},
+           {"'" + controls + "'", single(shown) + noBundle + "'" + shown + "'\n"},
            {"'~/No.kvdx'", single("~/No.kvdx") + noInput + "not found: @DIR@/home/No.kvdx\n"},
            {"File.kvdx", single("File.kvdx") + noInput + "is not a bundle (folder): File.kvdx\n"},
            {"Plan.kvdx out.XML", located + argument + "Output file extension is not 'xml': out.XML.\n"},
@@ -149,6 +157,18 @@ TEST(MSPDIExport, ExportsAListInOrder) {
     for (const std::string& text : row.unsaid) EXPECT_THAT(result.log, Not(HasSubstr(text)));
     EXPECT_FALSE(place.exists("Plan2.xml"));
   }
+}
+
+TEST(MSPDIExport, LogsInLocalTime) {
+  Place place;
+  place.options.environment["TZ"] = "XYZ-5:45";
+  const auto local = [] {
+    return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(std::time(nullptr) + (5 * 60 + 45) * 60));
+  };
+  const std::string before = local();
+  const std::string logged = place.start("").end().log.substr(0, before.size());
+  EXPECT_LE(before, logged);
+  EXPECT_LE(logged, local());
 }
 
 TEST(MSPDIExport, ReadsTheBundleThatTheFrontWindowShows) {

@@ -3,6 +3,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <ctime>
@@ -31,6 +32,37 @@ const std::string &nameAndProcess() {
 
 void append(fmt::memory_buffer &record, std::string_view text) {
   record.append(text.data(), text.data() + text.size());
+}
+
+constexpr char kLeadOfC1 = '\xC2';  // of U+0080 to U+00BF in UTF-8, the first half of which are control characters
+
+/// Whether a control character begins there, or may do so.
+bool mayBeginControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < ' ' && c != '\n' && c != '\r' && c != '\t') || byte == 0x7F || c == kLeadOfC1;
+}
+
+/// Appends the character that the text begins with, escaped when it is a control character.
+/// @return how many bytes that were.
+std::size_t appendFirst(fmt::memory_buffer &record, std::string_view text) {
+  const auto byte = [text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0; };
+  const bool isC1 = text.front() == kLeadOfC1 && byte(1) >= 0x80 && byte(1) < 0xA0;
+  if (text.front() == kLeadOfC1 && !isC1) {
+    record.push_back(kLeadOfC1);
+  } else {
+    fmt::format_to(std::back_inserter(record), "\\x{:02x}", byte(isC1 ? 1 : 0));
+  }
+  return isC1 ? 2 : 1;
+}
+
+/// A terminal would obey control characters in the names and texts of a bundle.
+void appendEscaped(fmt::memory_buffer &record, std::string_view text) {
+  while (!text.empty()) {
+    const auto plain = static_cast<std::size_t>(std::find_if(text.begin(), text.end(), mayBeginControl) - text.begin());
+    append(record, text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (!text.empty()) text.remove_prefix(appendFirst(record, text));
+  }
 }
 
 char digit(int number) { return static_cast<char>('0' + number); }
@@ -68,8 +100,10 @@ void logRecord(fmt::string_view format, fmt::format_args args) {
   fmt::memory_buffer record;
   append(record, localSecond(now.tv_sec));
   append(record, {fraction.data(), fraction.size()});
-  append(record, nameAndProcess());
-  fmt::vformat_to(std::back_inserter(record), format, args);
+  appendEscaped(record, nameAndProcess());
+  fmt::memory_buffer message;
+  fmt::vformat_to(std::back_inserter(message), format, args);
+  appendEscaped(record, {message.data(), message.size()});
   record.push_back('\n');
 
   const char *rest = record.data();

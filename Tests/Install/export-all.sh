@@ -106,6 +106,16 @@ arguments_of_one_name_stay_apart() {
   expect_same outputs "$(printf '%s\n' a/plans/Plan.xml b/plans/Plan.xml)" "$(files_below apart)"
 }
 
+names_that_the_log_cannot_show_as_they_are() {
+  local bundle
+  for bundle in $'esc\x1b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
+    mkdir -p "odd/$bundle"
+    make_bundle "odd/$bundle" odd
+  done
+  run 0 odd
+  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+}
+
 other_machines_are_reached_by_ssh() {
   # Stands for ssh, called as "ssh MACHINE -- COMMAND": notes the machine and runs the command here, in another zone.
   printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' 'TZ=UTC exec sh -c "$*"' >ssh-stand-in
