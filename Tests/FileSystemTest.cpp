@@ -12,7 +12,10 @@ std::string parts(std::string_view path) {
          platform::deletePathExtension(platform::lastPathComponent(path));
 }
 std::string folderURL(std::string_view path) { return platform::URL::fileURLWithPath(path, true).absoluteString(); }
-std::string pathOf(std::string_view url) { return platform::URL(url).path(); }
+std::string pathOf(std::string_view text) {
+  const platform::URL url(text);
+  return url.isFileURL() ? url.path() : "not here" + url.path();
+}
 /// The number that the scan found and how many bytes it took.
 template <auto kScan>
 std::string scan(std::string_view text) {
@@ -44,6 +47,9 @@ TEST(FileSystemTest, PathsAndLocations) {
       {__LINE__, folderURL, "/\xC3\xA9#?", "file:///%C3%A9%23%3F/"},
       {__LINE__, pathOf, "file:///b%20c/50%25%C3%a9.kvdx/", "/b c/50%\xC3\xA9.kvdx"},
       {__LINE__, pathOf, "file:///50%/%zz%2", "/50%/%zz%2"},
+      {__LINE__, pathOf, "file://LocalHost/a%20b", "/a b"},
+      {__LINE__, pathOf, "file://localhost.example/a", "not here"},
+      {__LINE__, pathOf, "http://localhost/a", "not here"},
   });
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "Platform/System/FileSystem.h"
+#include "Platform/Text/Texts.h"
 
 namespace platform {
 namespace {
@@ -46,17 +47,19 @@ std::string percentDecoded(std::string_view text) {
 }  // namespace
 
 URL::URL(std::string_view text) : text_(text) {
-  if (isFileURL()) path_ = standardizePath(percentDecoded(text.substr(kFileScheme.size())));
+  if (!text.starts_with(kFileScheme)) return;
+  text.remove_prefix(kFileScheme.size());
+  const std::string_view host = text.substr(0, text.find('/'));
+  isFileURL_ = host.empty() || lowercased(host) == "localhost";
+  if (isFileURL_) path_ = standardizePath(percentDecoded(text.substr(host.size())));
 }
 
 URL URL::fileURLWithPath(std::string_view path, bool isDirectory) {
-  URL url("");
+  URL url(kFileScheme);
   url.path_ = absolutePath(path);
   url.text_ = std::string(kFileScheme) + percentEncoded(url.path_);
   if (isDirectory && !url.text_.ends_with('/')) url.text_ += '/';
   return url;
 }
-
-bool URL::isFileURL() const { return text_.starts_with(kFileScheme); }
 
 }  // namespace platform
