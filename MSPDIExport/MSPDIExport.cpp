@@ -111,11 +111,12 @@ void MSPDIExport::exportEntry(const std::string& entry) {
   log("### Export from URL: '{}'", input.absoluteString());
 
   const std::string output = outputPath(platform::deleteLastPathComponent(bundlePath), baseName);
-  if (settings_.overwriteFilterTarget && platform::fileExists(output)) platform::deleteItem(output);
   const URL outputURL = URL::fileURLWithPath(output, false);
   log("### Write to URL: '{}'", outputURL.absoluteString());
 
-  MSPEXMLExporter exporter({{kInfoMSPDIProjectName, baseName}});
+  using WhenTaken = MSPEXMLExporter::WhenTaken;
+  MSPEXMLExporter exporter({{kInfoMSPDIProjectName, baseName}},
+                           settings_.overwriteFilterTarget ? WhenTaken::kReplace : WhenTaken::kNumber);
   succeeded_ = exporter.exportKVDXBundle(input, outputURL);
   log("### Exporter {}.", succeeded_ ? "SUCCEEDED" : "FAILED");
   if (!succeeded_) platform::deleteItem(outputURL.path());

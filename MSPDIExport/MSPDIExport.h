@@ -21,7 +21,7 @@ class MSPDIExport {
  private:
   struct Settings {
     bool includeInputExtension = false;  ///< "Plan.kvdx" becomes "Plan.kvdx.xml" instead of "Plan.xml"
-    bool overwriteFilterTarget = false;  ///< a file at the output path is deleted before the export
+    bool overwriteFilterTarget = false;  ///< a file at the output path is replaced
   };
 
   [[nodiscard]] static Settings readSettings();

@@ -1,15 +1,21 @@
 // What is left when the machine fails the exporter, or when it is ended or crowded: every file is whole or absent.
 
+#include <fcntl.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <set>
 #include <thread>
 
+#include "Platform/System/Descriptor.h"
 #include "Tests/MappingSupport.h"
 #include "Tests/Process.h"
 
@@ -18,6 +24,11 @@ namespace fs = std::filesystem;
 namespace {
 
 using Files = std::multiset<std::string>;
+#ifdef SYS_rename
+constexpr int kRename = SYS_rename;
+#else
+constexpr int kRename = SYS_renameat;
+#endif
 
 /// A folder with a bundle Plan.kvdx, which gives some megabytes.
 struct Place : Workplace {
@@ -34,15 +45,17 @@ struct Place : Workplace {
     fs::remove(folder / "reference.xml");
     return text;
   }
-  /// Names of the files, without the bundle and with what was begun as "temporary".
+  /// Names of the files, without bundle and settings and with what was begun as "temporary".
   [[nodiscard]] Files files() const {
     Files names;
     for (const auto& entry : fs::directory_iterator(folder.path())) {
       const std::string name = entry.path().filename();
-      if (!entry.is_directory()) names.insert(name.starts_with(".MSPDIExport-") ? "temporary" : name);
+      if (!entry.is_directory() && name != kSettings)
+        names.insert(name.starts_with(".MSPDIExport-") ? "temporary" : name);
     }
     return names;
   }
+  void replaceFiles() const { setSettings("OverwriteFilterTarget = true"); }
   void expect(const ProcessResult& result, int status, const std::string& log) const {
     EXPECT_EQ(result.log, log);
     EXPECT_EQ(result.status, status);
@@ -54,13 +67,55 @@ std::string unwritten(const std::string& name, const std::string& reason) {
 
 }  // namespace
 
-TEST(Fault, FullDisk) {
+TEST(Fault, FileSizeLimit) {
+  for (const char* name : {"Plan-1", "Plan"}) {
+    const Place place;
+    writeFile(place.folder / "Plan.xml", "precious");
+    if (name == std::string("Plan")) place.replaceFiles();
+    const auto limited = place.complaints("Plan.kvdx", "ulimit -f 64; exec \"$@\"");
+    // The status as ever when a document was made.
+    place.expect(limited, 0, unwritten(name, "File too large"));
+    EXPECT_EQ(place.files(), Files{"Plan.xml"});
+    EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "precious");
+  }
+}
+
+TEST(Fault, FoldersThatAreMissing) {
   const Place place;
-  writeFile(place.folder / "Plan.xml", "precious");
-  const auto limited = place.complaints("Plan.kvdx", "ulimit -f 64; exec \"$@\"");
-  place.expect(limited, 0, unwritten("Plan-1", "File too large"));  // the status as ever when a document was made
-  EXPECT_EQ(place.files(), Files{"Plan.xml"});
-  EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "precious");
+  writeFile(place.folder / "file", "");
+  fs::create_symlink("nowhere", place.folder / "link");
+  for (const auto& [folder, reason] : std::vector<std::pair<std::string, std::string>>{
+           {"none/at all", "The folder '@DIR@/none/at all' does not exist"},
+           {"link", "The folder '@DIR@/link' does not exist"},
+           {"file", "Not a directory"},
+       }) {
+    const std::string target = folder + "/Plan";
+    place.expect(place.complaints("Plan.kvdx '" + target + ".xml'"), 0, unwritten(target, reason));
+  }
+}
+
+TEST(Fault, SystemsThatLackSomething) {
+  const FailingCall nameless = {SYS_openat, EOPNOTSUPP, 2, O_TMPFILE & ~O_DIRECTORY};
+  const FailingCall noReplace = {SYS_renameat2, EINVAL, 4, RENAME_NOREPLACE};
+  const FailingCall link = {SYS_linkat, ENOENT};
+  const FailingCall beneath = {SYS_openat2, ENOSYS};
+  for (const std::vector<FailingCall>& missing :
+       std::vector<std::vector<FailingCall>>{{}, {nameless}, {nameless, noReplace}, {link}, {beneath}}) {
+    Place place;
+    place.makeBundle("Plan.kvdx", scenario(task("t1")));
+    const std::string reference = place.reference();
+    place.options.failingCalls = missing;
+    for (const char* name : {"Plan.xml", "Plan-1.xml", "Plan.xml"}) {
+      SCOPED_TRACE(fmt::format("{} {} of {}", name, missing.empty() ? 0 : missing[0].number, missing.size()));
+      place.expect(place.complaints("Plan.kvdx", "umask 027; exec \"$@\""), 0, "");
+      EXPECT_TRUE(contentsOf(place.folder / name) == reference);
+      EXPECT_EQ(fs::status(place.folder / name).permissions(), fs::perms(0640));
+      if (name != std::string("Plan-1.xml")) continue;
+      place.replaceFiles();
+      writeFile(place.folder / "Plan.xml", "replaced");
+    }
+    EXPECT_EQ(place.files(), (Files{"Plan.xml", "Plan-1.xml"}));
+  }
 }
 
 TEST(Fault, NoPermission) {
@@ -94,46 +149,49 @@ TEST(Fault, TwentyExportersAtOnce) {
   for (const std::string& name : place.files()) EXPECT_TRUE(contentsOf(place.folder / name) == reference) << name;
 }
 
-TEST(Fault, EndedAmidAWrite) {
+TEST(Fault, KilledAmidAWrite) {
   constexpr int kPoints = 25;
   const Place place;
+  if (!platform::Descriptor(open(place.folder.path().c_str(), O_TMPFILE | O_WRONLY)).isOpen())
+    GTEST_SKIP() << "the file system has no files without a name";
   const std::string reference = place.reference();
-  for (const int signal : {SIGTERM, SIGKILL}) {
+  for (const bool replaces : {false, true}) {
+    if (replaces) place.replaceFiles();
     int interrupted = 0;
     for (int point = 0; point < kPoints; ++point) {
-      const Files before = place.files();
+      if (replaces) writeFile(place.folder / "Plan.xml", "precious");
       RunningProcess exporter = place.start("Plan.kvdx");
       exporter.waitForLog("Mapping Task id='t1'");
-      while (exporter.isRunning() && place.files() == before) std::this_thread::yield();
+      while (exporter.isRunning() && !exporter.hasNamelessFile()) std::this_thread::yield();
       std::this_thread::sleep_for(std::chrono::microseconds(400 * point));
-      const int status = exporter.end(signal).status;
-      if (place.exists("Plan.xml")) {
-        EXPECT_TRUE(contentsOf(place.folder / "Plan.xml") == reference);
-        fs::remove(place.folder / "Plan.xml");
-      } else {
+      const int status = exporter.end(SIGKILL).status;
+      const std::string left = place.exists("Plan.xml") ? contentsOf(place.folder / "Plan.xml") : "";
+      if (left == (replaces ? "precious" : "")) {
         ++interrupted;
-        EXPECT_EQ(status, 128 + signal);
+        EXPECT_EQ(status, 128 + SIGKILL);
+        EXPECT_EQ(place.files().count("temporary"), 0U);
+      } else {
+        EXPECT_TRUE(left == reference);
       }
+      fs::remove(place.folder / "Plan.xml");
     }
     EXPECT_GT(interrupted, 0);
   }
-  const std::size_t leftovers = place.files().count("temporary");
-  EXPECT_GT(leftovers, 0U);
-  EXPECT_TRUE(place.reference() == reference);
-  EXPECT_EQ(place.files().count("temporary"), leftovers);
 }
 
 TEST(Fault, NowhereToLog) {
-  const Place place;
+  Place place;
   const std::string reference = place.reference();
-  // A link to nowhere makes the exporter tell of another name while the file is open.
+  // A file that the system protects makes the exporter tell of another name while the new file is open.
+  place.replaceFiles();
+  place.options.failingCalls = {{kRename, EPERM}};
   for (const char* script : {"exec \"$@\" 2>&-", "exec \"$@\" <&- >&- 2>&-", "exec \"$@\" 2>/dev/full",
                              "{ \"$@\"; echo $? > status; } 2>&1 >&- | true; exit `cat status; rm status`"}) {
     SCOPED_TRACE(script);
-    fs::create_symlink("nowhere", place.folder / "Plan.xml");
+    writeFile(place.folder / "Plan.xml", "protected");
     EXPECT_EQ(place.run("Plan.kvdx", script).status, 0);
+    EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "protected");
     EXPECT_TRUE(contentsOf(place.folder / "Plan-1.xml") == reference);
-    fs::remove(place.folder / "Plan.xml");
     fs::remove(place.folder / "Plan-1.xml");
   }
 }

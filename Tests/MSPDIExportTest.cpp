@@ -27,9 +27,6 @@ struct Place : Workplace {
     std::filesystem::create_directory(folder / "folder");
     writeFile(folder / "File.kvdx", "");
   }
-  void setSettings(const std::string& toml) const {
-    writeFile(folder / "com.korvella.Korvella2.MSPExportMSPDI.toml", toml);
-  }
 };
 
 }  // namespace
@@ -98,35 +95,73 @@ TEST(MSPDIExport, WritesBesideTheBundleOrWhereItIsTold) {
   }
 }
 
-TEST(MSPDIExport, ReplacesFilesWhenToldToAndWhenItFails) {
-  const Place place;
-  writeFile(place.folder / "Plan.xml", "precious");
-  for (const char* written : {"Plan-1.xml", "Plan-2.xml"}) {
-    EXPECT_EQ(place.run("Plan.kvdx").status, 0);
-    EXPECT_TRUE(place.exists(written));
+TEST(MSPDIExport, ReplacesFilesWhenToldTo) {
+  struct Row {
+    int line;
+    const char* before;  ///< script that makes Plan.xml
+    const char* after;   ///< script that succeeds
+    bool isReplaced;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {__LINE__, "echo old > Plan.xml", "grep old Plan.xml", false},
+           {__LINE__, "ln -s nowhere Plan.xml", "test -h Plan.xml && test ! -e nowhere", false},
+           {__LINE__, "mkdir Plan.xml", "test -d Plan.xml", false},
+           {__LINE__, "echo old > Plan.xml", "test ! -e Plan-1.xml", true},
+           {__LINE__, "ln -s nowhere Plan.xml", "test ! -h Plan.xml && test ! -e nowhere", true},
+           {__LINE__, "echo old > file; ln -s file Plan.xml", "test ! -h Plan.xml && grep old file", true},
+           {__LINE__, "ln -s folder Plan.xml", "test ! -h Plan.xml && test -d folder", true},
+           {__LINE__, "mkdir Plan.xml", "test -f Plan.xml", true},
+           {__LINE__, "mkdir Plan.xml; echo old | tee Plan.xml/file > Plan-1.xml",
+            "grep old Plan.xml/file Plan-1.xml && test -f Plan-2.xml", true},
+       }) {
+    SCOPED_TRACE(row.line);
+    const Place place;
+    if (row.isReplaced) place.setSettings("OverwriteFilterTarget = true");
+    const auto result = place.run("Plan.kvdx", fmt::format("( {} ) && \"$@\" && ( {} ) >&2", row.before, row.after));
+    EXPECT_EQ(result.status, 0) << result.log;
+    // The name is told once, and it is true.
+    const std::size_t told = result.log.find("Output: '@DIR@/");
+    EXPECT_EQ(told, result.log.rfind("Output: "));
+    const std::string name = result.log.substr(told + 15, result.log.find('\'', told + 15) - told - 15);
+    EXPECT_THAT(contentsOf(place.folder / name), HasSubstr("<Project"));
   }
-  EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "precious");
+}
 
-  place.setSettings("OverwriteFilterTarget = true");
-  EXPECT_EQ(place.run("Plan.kvdx").status, 0);
-  EXPECT_THAT(contentsOf(place.folder / "Plan.xml"), HasSubstr("<Project"));
-  EXPECT_FALSE(place.exists("Plan-3.xml"));
-
-  place.setSettings("IncludeInputExtension = true\nOverwriteFilterTarget = = 1\n");
-  const auto malformed = place.run("Plan.kvdx folder");
-  EXPECT_EQ(malformed.status, 0);
-  EXPECT_THAT(malformed.log,
-              HasSubstr("MSPDIExporter Runner\nWARNING: Settings file "
-                        "'@DIR@/com.korvella.Korvella2.MSPExportMSPDI.toml' is malformed at line 2, column "));
-  EXPECT_TRUE(place.exists("folder/Plan.xml"));
-
+TEST(MSPDIExport, DeletesAFileOfTheNameWhenItFails) {
+  const Place place;
   place.makeBundle("Bad.kvdx", "<scenario/>");
-  writeFile(place.folder / "Bad.xml", "from an earlier run");
-  const auto failed = place.run("Bad.kvdx");
-  EXPECT_EQ(failed.status, 1);
-  EXPECT_THAT(failed.log, EndsWith("Exception: InternalInconsistencyException\nInvalid format of KVDX top Resource ID "
-                                   "(must begin with 'r'): (null)\n\n### Exporter FAILED.\n"));
-  EXPECT_FALSE(place.exists("Bad.xml"));
+  for (const char* settings : {"", "OverwriteFilterTarget = true"}) {
+    place.setSettings(settings);
+    writeFile(place.folder / "Bad.xml", "from an earlier run");
+    const auto failed = place.run("Bad.kvdx");
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.log, EndsWith("Exception: InternalInconsistencyException\nInvalid format of KVDX top Resource "
+                                     "ID (must begin with 'r'): (null)\n\n### Exporter FAILED.\n"));
+    EXPECT_FALSE(place.exists("Bad.xml"));
+  }
+}
+
+TEST(MSPDIExport, DoesWithoutSettingsThatCannotBeRead) {
+  struct Row {
+    int line;
+    std::string settings;
+    std::string said;  ///< "": nothing, and the settings count
+  };
+  const std::string malformed = "is malformed at line 2, column ";
+  const std::string on = "IncludeInputExtension = true\n";
+  for (const Row& row : std::initializer_list<Row>{
+           {__LINE__, on + "OverwriteFilterTarget = = 1\n", malformed},
+           {__LINE__, on + "a = 1", ""},
+       }) {
+    SCOPED_TRACE(row.line);
+    const Place place;
+    place.setSettings(row.settings);
+    const auto result = place.run("Plan.kvdx");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(place.exists("Plan.kvdx.xml"), row.said.empty());
+    const std::string warning = fmt::format("Runner\nWARNING: Settings file '@DIR@/{}' {}", kSettings, row.said);
+    EXPECT_THAT(result.log, HasSubstr(row.said.empty() ? "Runner\n### Export" : warning));
+  }
 }
 
 TEST(MSPDIExport, ExportsAListInOrder) {

@@ -1,15 +1,41 @@
 #include "Tests/Process.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
+#include <filesystem>
 #include <regex>
 
+namespace fs = std::filesystem;
+
 namespace {
+
+/// Has the kernel answer the calls with their errors, in this process and those that it starts.
+bool installFailures(const std::vector<FailingCall>& calls) {
+  std::vector<sock_filter> filter;
+  for (const FailingCall& call : calls) {
+    const auto argument = static_cast<std::uint32_t>(offsetof(seccomp_data, args) + call.argument * sizeof(__u64));
+    const auto error = SECCOMP_RET_ERRNO | static_cast<unsigned>(call.error);
+    filter.push_back(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)));
+    filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(call.number), 0, 3));
+    filter.push_back(call.flag != 0 ? sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument)
+                                    : sock_filter BPF_STMT(BPF_LD | BPF_IMM, 1));
+    filter.push_back(BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, call.flag != 0 ? call.flag : 1, 0, 1));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, error));
+  }
+  filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+  const sock_fprog program = {static_cast<unsigned short>(filter.size()), filter.data()};
+  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
 
 [[noreturn]] void becomeProgram(const std::vector<std::string>& command, const ProcessOptions& options, int log) {
   for (const auto& [name, value] : options.environment) setenv(name.c_str(), value.c_str(), 1);
@@ -18,6 +44,7 @@ namespace {
   arguments.push_back(nullptr);
   if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) _exit(126);
   dup2(log, STDERR_FILENO);
+  if (!options.failingCalls.empty() && !installFailures(options.failingCalls)) _exit(126);
   constexpr unsigned kSecondsAllowed = 60;
   alarm(kSecondsAllowed);
   execv(arguments[0], arguments.data());
@@ -40,6 +67,15 @@ RunningProcess::~RunningProcess() { end(SIGKILL); }
 bool RunningProcess::isRunning() const {
   siginfo_t info{};
   return waitid(P_PID, static_cast<id_t>(child_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 && info.si_pid == 0;
+}
+
+bool RunningProcess::hasNamelessFile() const {
+  std::error_code ended;
+  for (fs::directory_iterator file(fmt::format("/proc/{}/fd", child_), ended), end; !ended && file != end;
+       file.increment(ended)) {
+    if (fs::read_symlink(*file, ended).string().ends_with(" (deleted)")) return true;
+  }
+  return false;
 }
 
 void RunningProcess::waitForLog(const std::string& text) {

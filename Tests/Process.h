@@ -12,10 +12,19 @@ struct ProcessResult {
   std::string log;  ///< what it wrote to standard error
 };
 
+/// A system call that fails, as where the system does not have it.
+struct FailingCall {
+  int number;             ///< SYS_openat and the like
+  int error;              ///< errno
+  unsigned argument = 0;  ///< index of the argument that the flag is looked for in
+  unsigned flag = 0;      ///< only calls with it fail; 0: all
+};
+
 /// How to start a program.
 struct ProcessOptions {
   std::string folder;                              ///< its current directory
   std::map<std::string, std::string> environment;  ///< changes to this process's
+  std::vector<FailingCall> failingCalls = {};
 };
 
 /// A program under way, which ends with this object. One that hangs ends itself with SIGALRM after a minute.
@@ -29,6 +38,8 @@ class RunningProcess {
   /// Reads the log until the text is in it; to its end when it never is.
   void waitForLog(const std::string& text);
   [[nodiscard]] bool isRunning() const;
+  /// Whether it has a file open that has no name, or no longer one.
+  [[nodiscard]] bool hasNamelessFile() const;
   /// Waits for its end, after sending it the signal.
   ProcessResult end(int signal = 0);
 
@@ -50,6 +61,9 @@ std::string unread(const std::string& path, const std::string& reason);
 /// A table of contents that shows the plan of that file name.
 std::string listing(const std::string& fileName);
 
+/// Name of the settings file.
+constexpr const char* kSettings = "com.korvella.Korvella2.MSPExportMSPDI.toml";
+
 /// A folder for the exporter to run in, with its settings. The same bundle always gives the same document.
 struct Workplace {
   ScratchFolder folder;
@@ -62,6 +76,7 @@ struct Workplace {
 
   void makeBundle(const std::string& name, const std::string& plan,
                   const std::string& tableOfContents = listing("Plan.xml")) const;
+  void setSettings(const std::string& toml) const { writeFile(folder / kSettings, toml); }
   /// Starts the exporter by a shell script, in which "$@" stands for it and its arguments, which are words of the
   /// shell.
   [[nodiscard]] RunningProcess start(const std::string& arguments, const std::string& script = "exec \"$@\"") const;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/System/AtomicFile.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
@@ -21,6 +22,8 @@ class NumberedPath {
         extension_(platform::pathExtension(path_)) {}
 
   [[nodiscard]] const std::string& get() const { return path_; }
+  /// Whether it is the path as it was given.
+  [[nodiscard]] bool isFirst() const { return number_ == 0; }
   void goOn() { path_ = fmt::format("{}-{}.{}", stem_, ++number_, extension_); }
 
  private:
@@ -60,7 +63,7 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
         "MSPEXMLExporter.exportKVDXBundle: Destination must be a MS Project XML document.");
 
   NumberedPath path(destination->path());
-  while (platform::fileExists(path.get())) path.goOn();
+  while (isTaken(path)) path.goOn();
   log("MSPEXMLExporter: Exporting KV 2 document bundle to XML (MSPDI) file...");
   log("Input:  '{}'", source->path());
   log("Output: '{}'", path.get());
@@ -131,12 +134,20 @@ MSPEXMLExporter::DocumentPointer MSPEXMLExporter::newXmlDocFromUrl(const std::st
   return document;
 }
 
-void MSPEXMLExporter::write(const xml::OutputDocument& document, NumberedPath& path) {
+bool MSPEXMLExporter::mayReplace(const NumberedPath& path) const {
+  return whenTaken_ == WhenTaken::kReplace && path.isFirst();
+}
+
+bool MSPEXMLExporter::isTaken(const NumberedPath& path) const {
+  return mayReplace(path) ? !platform::canBeReplaced(path.get()) : platform::isNameTaken(path.get());
+}
+
+void MSPEXMLExporter::write(const xml::OutputDocument& document, NumberedPath& path) const {
   platform::AtomicFile file(path.get());
   document.serialize([&file](std::string_view piece) { file.append(piece); });
-  platform::AtomicFile::Outcome outcome = file.commit(path.get());
+  auto outcome = mayReplace(path) ? file.commitReplacing(path.get()) : file.commit(path.get());
   while (outcome == platform::AtomicFile::Outcome::kTargetExists) {
-    // Another program took the name meanwhile.
+    // Another program took the name meanwhile, or the system protects what is there.
     path.goOn();
     log("Output: '{}'", path.get());
     outcome = file.commit(path.get());

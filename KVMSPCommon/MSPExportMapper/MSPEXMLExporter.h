@@ -14,10 +14,17 @@ class NumberedPath;
 /// Turns one document bundle into one MSPDI file. Made for one bundle, used once.
 class MSPEXMLExporter {
  public:
-  explicit MSPEXMLExporter(MSPEInfo info) : info_(std::move(info)) {}
+  /// What becomes of a destination that is taken.
+  enum class WhenTaken {
+    kNumber,  ///< it stays, and the new file's name is numbered: "-1", "-2", ...
+    kReplace  ///< the new file takes its place once it is whole; a folder with something in it stays, as for kNumber
+  };
 
-  /// Reads the bundle, maps it and writes the result, without ever replacing a file: when the destination is taken, the
-  /// name is numbered ("-1", "-2", ...). Failures are logged.
+  explicit MSPEXMLExporter(MSPEInfo info, WhenTaken whenTaken = WhenTaken::kNumber)
+      : info_(std::move(info)), whenTaken_(whenTaken) {}
+
+  /// Reads the bundle, maps it and writes the result. Until that is whole, nothing is at its path but what was there
+  /// before. Failures are logged.
   /// @param source a bundle's folder; its name must end in ".kvdx", in any case.
   /// @param toURL the file to write; its name must end in ".xml", in any case.
   /// @return whether a document was made and a write was tried. A write that fails is logged, too, but counts.
@@ -49,7 +56,11 @@ class MSPEXMLExporter {
   /// The document in a file below the bundle, repaired when it is malformed.
   /// @throws platform::Exception when nothing can be made of it.
   [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);
-  static void write(const xml::OutputDocument& document, NumberedPath& path);
+  /// Whether what is at the path may be replaced, if it can be.
+  [[nodiscard]] bool mayReplace(const NumberedPath& path) const;
+  [[nodiscard]] bool isTaken(const NumberedPath& path) const;
+  void write(const xml::OutputDocument& document, NumberedPath& path) const;
 
   MSPEInfo info_;
+  WhenTaken whenTaken_;
 };

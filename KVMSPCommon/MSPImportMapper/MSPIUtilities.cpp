@@ -8,6 +8,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPExtensions.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUsualDateTime.h"
 #include "Platform/Base/Memo.h"
+#include "Platform/System/AtomicFile.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Random.h"

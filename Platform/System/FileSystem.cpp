@@ -14,6 +14,8 @@
 #include <memory>
 #include <vector>
 
+#include "Platform/System/Descriptor.h"
+
 namespace platform {
 namespace {
 
@@ -50,20 +52,6 @@ std::size_t extensionDot(std::string_view path) {
 }
 
 std::string systemReason(int error) { return std::strerror(error); }
-
-class Descriptor {
- public:
-  explicit Descriptor(int value) : value_(value) {}
-  ~Descriptor() {
-    if (value_ >= 0) ::close(value_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int get() const { return value_; }
-
- private:
-  int value_;
-};
 
 std::optional<std::string> realPath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
@@ -151,6 +139,17 @@ bool isDirectory(const std::string& path) {
   return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
+bool isNameTaken(const std::string& path) {
+  struct stat info {};
+  return ::lstat(path.c_str(), &info) == 0;
+}
+
+bool canBeReplaced(const std::string& path) {
+  struct stat info {};
+  std::error_code unreadable;
+  return ::lstat(path.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) || std::filesystem::is_empty(path, unreadable);
+}
+
 void deleteItem(const std::string& path) { std::remove(path.c_str()); }
 
 void createDirectories(const std::string& path) {
@@ -165,7 +164,7 @@ std::optional<std::string> readFile(const std::string& path, std::string* proble
   };
   // O_NONBLOCK: opening a pipe without a writer must not wait for one.
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) return fail(systemReason(errno));
+  if (!file.isOpen()) return fail(systemReason(errno));
   struct stat info {};
   if (::fstat(file.get(), &info) != 0) return fail(systemReason(errno));
   if (!S_ISREG(info.st_mode)) return fail("Not a regular file");
@@ -198,101 +197,5 @@ std::optional<std::string> readFileInside(const std::string& folder, const std::
   if (!realFile->starts_with(*realFolder + "/")) return fail("Not inside the bundle");
   return readFile(*realFile, problem);
 }
-
-AtomicFile::AtomicFile(std::string_view target) {
-  const std::string folder = deleteLastPathComponent(target);
-  temporary_ = appendPathComponent(folder.empty() ? "." : folder, ".MSPDIExport-XXXXXX");
-  descriptor_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
-  if (descriptor_ < 0) {
-    fail();
-    temporary_.clear();
-    return;
-  }
-  if (descriptor_ <= STDERR_FILENO) {
-    // The caller closed a standard stream. The log would go into the file.
-    const int taken = descriptor_;
-    descriptor_ = ::fcntl(taken, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    if (descriptor_ < 0) fail();
-    ::close(taken);
-    if (descriptor_ < 0) return;
-  }
-  // mkostemp makes a private file; the target is to have the rights of any new file.
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  ::fchmod(descriptor_, 0666 & ~mask);
-}
-
-AtomicFile::~AtomicFile() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-  if (!temporary_.empty()) ::unlink(temporary_.c_str());
-}
-
-void AtomicFile::fail() {
-  if (error_ == 0) error_ = errno;
-}
-
-void AtomicFile::append(std::string_view bytes) {
-  constexpr std::size_t kBufferSize = std::size_t{1} << 16;
-  if (buffer_.size() + bytes.size() >= kBufferSize) flush();
-  if (bytes.size() >= kBufferSize) {
-    write(bytes);
-  } else {
-    buffer_.append(bytes);
-  }
-}
-
-void AtomicFile::write(std::string_view rest) {
-  while (error_ == 0 && !rest.empty()) {
-    const ssize_t written = ::write(descriptor_, rest.data(), rest.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail();
-    if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
-bool AtomicFile::flush() {
-  write(buffer_);
-  buffer_.clear();
-  return error_ == 0;
-}
-
-AtomicFile::Outcome AtomicFile::commit(const std::string& target) {
-  if (!flush()) return Outcome::kFailed;
-  if (!synced_ && ::fsync(descriptor_) != 0) {
-    fail();
-    return Outcome::kFailed;
-  }
-  synced_ = true;
-  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) != 0) {
-    if (errno == EEXIST) return Outcome::kTargetExists;
-    if (errno != EINVAL && errno != ENOSYS) {
-      fail();
-      return Outcome::kFailed;
-    }
-    // A file system without that kind of rename: take the name first, then rename over what is ours.
-    const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (placeholder.get() < 0) {
-      if (errno == EEXIST) return Outcome::kTargetExists;
-      fail();
-      return Outcome::kFailed;
-    }
-    const Outcome outcome = commitReplacing(target);
-    if (outcome == Outcome::kFailed) ::unlink(target.c_str());
-    return outcome;
-  }
-  temporary_.clear();
-  return Outcome::kWritten;
-}
-
-AtomicFile::Outcome AtomicFile::commitReplacing(const std::string& target) {
-  if (!flush() || ::rename(temporary_.c_str(), target.c_str()) != 0) {
-    fail();
-    return Outcome::kFailed;
-  }
-  temporary_.clear();
-  return Outcome::kWritten;
-}
-
-std::string AtomicFile::failureReason() const { return systemReason(error_); }
 
 }  // namespace platform

@@ -33,6 +33,10 @@ namespace platform {
 /// Whether anything, be it a dangling link or in a folder that cannot be looked into, may be at the path.
 [[nodiscard]] bool mayExist(const std::string& path);
 [[nodiscard]] bool isDirectory(const std::string& path);
+/// Whether the name is in use, be it by a link that leads nowhere.
+[[nodiscard]] bool isNameTaken(const std::string& path);
+/// Whether a file can take the path: when there is nothing, a file, a link or an empty folder.
+[[nodiscard]] bool canBeReplaced(const std::string& path);
 /// Deletes the file, link or empty folder at the path. A folder with something in it is left alone.
 void deleteItem(const std::string& path);
 /// Makes the folder and those above it that are missing.
@@ -45,38 +49,5 @@ void createDirectories(const std::string& path);
 /// by a symbolic link.
 [[nodiscard]] std::optional<std::string> readFileInside(const std::string& folder, const std::string& name,
                                                         std::string* problem = nullptr);
-
-/// A new file that nobody sees before it is whole: the bytes go to a temporary file beside the target, which is
-/// checked, flushed to the disk and renamed at the end. Dropped before that, it leaves nothing behind.
-class AtomicFile {
- public:
-  enum class Outcome { kWritten, kTargetExists, kFailed };
-
-  /// @param target path of the file to be; the temporary file is made in its folder.
-  explicit AtomicFile(std::string_view target);
-  ~AtomicFile();
-  AtomicFile(const AtomicFile&) = delete;
-  AtomicFile& operator=(const AtomicFile&) = delete;
-
-  void append(std::string_view bytes);
-  /// Gives the file its name. A file that has that name already is left alone (kTargetExists): the caller may try
-  /// another name in the same folder.
-  [[nodiscard]] Outcome commit(const std::string& target);
-  /// Gives the file its name, replacing a file that has it.
-  [[nodiscard]] Outcome commitReplacing(const std::string& target);
-  /// The system's reason for the first thing that failed.
-  [[nodiscard]] std::string failureReason() const;
-
- private:
-  void write(std::string_view rest);
-  bool flush();
-  void fail();
-
-  std::string temporary_;
-  int descriptor_ = -1;
-  int error_ = 0;
-  std::string buffer_;
-  bool synced_ = false;
-};
 
 }  // namespace platform

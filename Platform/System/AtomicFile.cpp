@@ -1,0 +1,165 @@
+#include "Platform/System/AtomicFile.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/Random.h"
+
+namespace platform {
+namespace {
+
+constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
+
+/// The file just opened, with the rights of any new file (mkostemp makes a private one).
+Descriptor newFile(int number) {
+  Descriptor file(number);
+  // When the caller closed a standard stream, the file has its number, and the log would go into it.
+  if (file.isOpen() && number <= STDERR_FILENO) file = Descriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  if (file.isOpen()) ::fchmod(file.get(), 0666 & ~mask);
+  return file;
+}
+
+/// Whether the system refused to replace what is there, and not the new file.
+bool isProtected(int error) {
+  return error == EISDIR || error == ENOTEMPTY || error == EEXIST || error == EPERM || error == EACCES ||
+         error == EBUSY;
+}
+
+}  // namespace
+
+AtomicFile::AtomicFile(std::string_view target) : folder_(deleteLastPathComponent(target)) {
+  if (folder_.empty()) folder_ = ".";
+  file_ = newFile(::open(folder_.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
+  // What speaks against any file there is told by the second attempt.
+  if (!file_.isOpen()) openNamed();
+}
+
+AtomicFile::~AtomicFile() {
+  if (!isNameless()) ::unlink(temporary_.c_str());
+}
+
+bool AtomicFile::openNamed() {
+  std::string name = appendPathComponent(folder_, std::string(kTemporaryPrefix) + "XXXXXX");
+  const int opened = ::mkostemp(name.data(), O_CLOEXEC);
+  if (opened >= 0) temporary_ = name;
+  file_ = newFile(opened);
+  if (!file_.isOpen()) fail();
+  return file_.isOpen();
+}
+
+AtomicFile::Outcome AtomicFile::fail() {
+  const int error = errno;
+  if (!failure_.empty()) return Outcome::kFailed;
+  const bool lacksFolder = error == ENOENT && !fileExists(folder_);
+  failure_ = lacksFolder ? fmt::format("The folder '{}' does not exist", folder_) : std::strerror(error);
+  return Outcome::kFailed;
+}
+
+void AtomicFile::append(std::string_view bytes) {
+  constexpr std::size_t kBufferSize = std::size_t{1} << 16;
+  if (buffer_.size() + bytes.size() >= kBufferSize) flush();
+  if (bytes.size() >= kBufferSize) {
+    write(bytes);
+  } else {
+    buffer_.append(bytes);
+  }
+}
+
+void AtomicFile::write(std::string_view rest) {
+  while (failure_.empty() && !rest.empty()) {
+    const ssize_t written = ::write(file_.get(), rest.data(), rest.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail();
+    if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void AtomicFile::flush() {
+  write(buffer_);
+  buffer_.clear();
+}
+
+bool AtomicFile::sync() {
+  flush();
+  if (failure_.empty() && !synced_ && ::fsync(file_.get()) != 0) fail();
+  synced_ = failure_.empty();
+  return synced_;
+}
+
+AtomicFile::Outcome AtomicFile::commit(const std::string& target) {
+  if (!sync()) return Outcome::kFailed;
+  if (isNameless()) {
+    if (linkAs(target)) return Outcome::kWritten;
+    if (errno == EEXIST) return Outcome::kTargetExists;
+    if (!moveToNamedFile()) return Outcome::kFailed;
+  }
+  return rename(target);
+}
+
+AtomicFile::Outcome AtomicFile::commitReplacing(const std::string& target) {
+  if (!sync() || (isNameless() && !giveTemporaryName())) return Outcome::kFailed;
+  if (replace(target)) return Outcome::kWritten;
+  return isProtected(errno) ? Outcome::kTargetExists : fail();
+}
+
+bool AtomicFile::linkAs(const std::string& name) const {
+  return ::linkat(AT_FDCWD, file_.link().c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+bool AtomicFile::giveTemporaryName() {
+  std::string name = appendPathComponent(folder_, fmt::format("{}{:016x}", kTemporaryPrefix, unforeseeableValue()));
+  if (!linkAs(name)) return moveToNamedFile();
+  temporary_ = std::move(name);
+  return true;
+}
+
+/// For a nameless file that cannot be linked, as without /proc or on some network file systems.
+bool AtomicFile::moveToNamedFile() {
+  const Descriptor nameless = std::move(file_);
+  if (!openNamed()) return false;
+  off_t at = 0;
+  ssize_t copied = 1;
+  while (copied > 0) copied = ::sendfile(file_.get(), nameless.get(), &at, std::size_t{1} << 30);
+  if (copied < 0) fail();
+  synced_ = false;
+  return sync();
+}
+
+AtomicFile::Outcome AtomicFile::rename(const std::string& target) {
+  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+    temporary_.clear();
+    return Outcome::kWritten;
+  }
+  if (errno == EEXIST) return Outcome::kTargetExists;
+  return errno == EINVAL || errno == ENOSYS ? renameOverPlaceholder(target) : fail();
+}
+
+/// On a file system without that kind of rename: takes the name first, then renames over what is ours.
+AtomicFile::Outcome AtomicFile::renameOverPlaceholder(const std::string& target) {
+  const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!placeholder.isOpen()) return errno == EEXIST ? Outcome::kTargetExists : fail();
+  if (replace(target)) return Outcome::kWritten;
+  fail();
+  ::unlink(target.c_str());
+  return Outcome::kFailed;
+}
+
+bool AtomicFile::replace(const std::string& target) {
+  const auto renamed = [&] { return std::rename(temporary_.c_str(), target.c_str()) == 0; };
+  const bool isReplaced = renamed() || (errno == EISDIR && ::rmdir(target.c_str()) == 0 && renamed());
+  if (isReplaced) temporary_.clear();
+  return isReplaced;
+}
+
+}  // namespace platform
