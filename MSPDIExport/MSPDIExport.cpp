@@ -6,6 +6,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/System/UserDefaults.h"
@@ -88,7 +89,9 @@ std::vector<std::string> MSPDIExport::entriesOfListFile(const std::string& listP
   if (!platform::fileExists(listPath) || platform::isDirectory(listPath)) {
     fileError("Input list not found or it is a directory: " + listPath);
   }
-  const auto text = platform::readFile(listPath);
+  // The list may be a pipe, which tells no size, or a device that never ends.
+  constexpr std::uint64_t kLargestList = std::uint64_t{256} << 20;
+  const auto text = platform::readStream(listPath, kLargestList);
   if (!text || !platform::isUTF8(*text)) fileError("Input list file could not be read or empty: " + listPath);
   std::vector<std::string> entries;
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";

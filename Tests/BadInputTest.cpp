@@ -4,7 +4,9 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <regex>
 
@@ -61,6 +63,8 @@ struct Place : Workplace {
     fs::create_symlink("/dev/zero", folder / "B.kvdx/device.xml");
     fs::create_symlink("loop.xml", folder / "B.kvdx/loop.xml");
     fs::create_directory(folder / "B.kvdx/folder");
+    writeFile(folder / "B.kvdx/huge.xml", "");
+    fs::resize_file(folder / "B.kvdx/huge.xml", std::uintmax_t{1} << 40);
     mkfifo((folder / "B.kvdx/fifo").c_str(), 0600);
   }
   void expect(int status, const std::string& said, const std::string& written = "") const {
@@ -137,20 +141,30 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
   });
 }
 
-TEST(BadInput, DocumentsThatAreNotInTheBundle) {
+TEST(BadInput, DocumentsThatCannotBeRead) {
   const std::string outside = "Not inside the bundle";
   for (const auto& [name, reason] : std::vector<std::pair<std::string, std::string>>{
            {"none.xml", "No such file or directory"},
+           {"", outside},
+           {".", outside},
+           {"..", outside},
            {"/dev/zero", outside},
            {"../secret.xml", outside},
+           {"folder/../../secret.xml", outside},
            {"link.xml", outside},
            {"device.xml", outside},
            {"loop.xml", "Too many levels of symbolic links"},
            {"folder", "Not a regular file"},
            {"fifo", "Not a regular file"},
+           {"huge.xml", "Larger than 4 GiB"},
            {std::string(5000, 'a'), "File name too long"},
        }) {
-    Place(plan(""), listing(name)).expect(1, unread("@DIR@/B.kvdx/" + name, reason));
+    SCOPED_TRACE(name);
+    for (const std::vector<FailingCall>& missing : std::vector<std::vector<FailingCall>>{{}, {{SYS_openat2, ENOSYS}}}) {
+      Place place(plan(""), listing(name));
+      place.options.failingCalls = missing;
+      place.expect(1, unread("@DIR@/B.kvdx/" + name, reason));
+    }
   }
 }
 

@@ -54,6 +54,8 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
            {"--input-list", list + argument + "No input list found in command line.\n"},
            {"--input-list none", list + noList + "not found or it is a directory: none\n"},
            {"--input-list latin1.txt", list + noList + "file could not be read or empty: latin1.txt\n"},
+           {"--input-list folder", list + noList + "not found or it is a directory: folder\n"},
+           {"--input-list /dev/zero", list + noList + "file could not be read or empty: /dev/zero\n"},
            {"--input-list empty.txt", list},
            {"Plan.xml", single("Plan.xml") + noBundle + "'Plan.xml'\n"},
            {"'" + controls + "'", single(shown) + noBundle + "'" + shown + "'\n"},
@@ -192,6 +194,14 @@ TEST(MSPDIExport, ExportsAListInOrder) {
     for (const std::string& text : row.unsaid) EXPECT_THAT(result.log, Not(HasSubstr(text)));
     EXPECT_FALSE(place.exists("Plan2.xml"));
   }
+}
+
+TEST(MSPDIExport, ReadsAListFromAPipe) {
+  const Place place;
+  const std::string list = "{ seq --format='::%.0f of many' 20000; echo Plan.kvdx; }";
+  EXPECT_EQ(place.run("--input-list /dev/stdin", list + " | \"$@\"").status, 0);
+  EXPECT_EQ(place.run("--input-list fifo folder", "mkfifo fifo; " + list + " > fifo & exec \"$@\"").status, 0);
+  EXPECT_TRUE(place.exists("Plan.xml") && place.exists("folder/Plan.xml"));
 }
 
 TEST(MSPDIExport, LogsInLocalTime) {

@@ -5,6 +5,7 @@
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/Text/Texts.h"

@@ -1,6 +1,5 @@
 #include "Platform/System/FileSystem.h"
 
-#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,12 +8,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <vector>
-
-#include "Platform/System/Descriptor.h"
 
 namespace platform {
 namespace {
@@ -49,14 +45,6 @@ std::size_t extensionDot(std::string_view path) {
   const std::size_t dot = path.rfind('.');
   if (dot == std::string_view::npos || dot <= nameStart || dot + 1 == path.size()) return std::string_view::npos;
   return dot;
-}
-
-std::string systemReason(int error) { return std::strerror(error); }
-
-std::optional<std::string> realPath(const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr), &std::free);
-  if (!resolved) return std::nullopt;
-  return std::string(resolved.get());
 }
 
 }  // namespace
@@ -155,47 +143,6 @@ void deleteItem(const std::string& path) { std::remove(path.c_str()); }
 void createDirectories(const std::string& path) {
   std::error_code ignored;
   std::filesystem::create_directories(path, ignored);
-}
-
-std::optional<std::string> readFile(const std::string& path, std::string* problem) {
-  const auto fail = [problem](std::string reason) -> std::optional<std::string> {
-    if (problem != nullptr) *problem = std::move(reason);
-    return std::nullopt;
-  };
-  // O_NONBLOCK: opening a pipe without a writer must not wait for one.
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file.isOpen()) return fail(systemReason(errno));
-  struct stat info {};
-  if (::fstat(file.get(), &info) != 0) return fail(systemReason(errno));
-  if (!S_ISREG(info.st_mode)) return fail("Not a regular file");
-
-  std::string bytes;
-  bytes.resize(static_cast<std::size_t>(info.st_size) + 1);  // one more byte shows that the file did not grow
-  std::size_t filled = 0;
-  for (;;) {
-    if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
-    const ssize_t got = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return fail(systemReason(errno));
-    if (got == 0) break;
-    filled += static_cast<std::size_t>(got);
-  }
-  bytes.resize(filled);
-  return bytes;
-}
-
-std::optional<std::string> readFileInside(const std::string& folder, const std::string& name, std::string* problem) {
-  const auto fail = [problem](std::string reason) -> std::optional<std::string> {
-    if (problem != nullptr) *problem = std::move(reason);
-    return std::nullopt;
-  };
-  const auto realFolder = realPath(folder);
-  if (!realFolder) return fail(systemReason(errno));
-  if (name.starts_with('/')) return fail("Not inside the bundle");
-  const auto realFile = realPath(appendPathComponent(folder, name));
-  if (!realFile) return fail(systemReason(errno));
-  if (!realFile->starts_with(*realFolder + "/")) return fail("Not inside the bundle");
-  return readFile(*realFile, problem);
 }
 
 }  // namespace platform

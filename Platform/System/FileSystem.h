@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,13 +40,5 @@ namespace platform {
 void deleteItem(const std::string& path);
 /// Makes the folder and those above it that are missing.
 void createDirectories(const std::string& path);
-
-/// The bytes of a regular file; none, with the system's reason in `problem`, when it cannot be read or is
-/// anything but a regular file (so that nothing blocks on a pipe or a device).
-[[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::string* problem = nullptr);
-/// The same for a file below a folder; none also when the name is absolute, or leads out of the folder by ".." or
-/// by a symbolic link.
-[[nodiscard]] std::optional<std::string> readFileInside(const std::string& folder, const std::string& name,
-                                                        std::string* problem = nullptr);
 
 }  // namespace platform

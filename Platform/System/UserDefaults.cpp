@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 
@@ -37,7 +38,8 @@ std::map<std::string, std::string> UserDefaults::persistentDomain(std::string_vi
   if (!mayExist(path)) return values;
 
   std::string problem;
-  const auto contents = readFile(path, &problem);
+  constexpr std::uint64_t kLargestFile = 1 << 20;
+  const auto contents = readFile(path, kLargestFile, &problem);
   if (!contents) {
     log("WARNING: Settings file '{}' could not be read: {}. Default settings are used.", path, problem);
     return values;

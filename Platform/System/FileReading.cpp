@@ -1,0 +1,140 @@
+#include "Platform/System/FileReading.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "Platform/System/Descriptor.h"
+
+namespace platform {
+namespace {
+
+using Bytes = std::optional<std::string>;
+
+// O_NONBLOCK: opening a pipe without a writer must not wait for one.
+constexpr int kReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+constexpr int kNotInside = EXDEV;  // what the kernel says of ways that lead out
+
+Bytes refused(std::string* problem, std::string reason) {
+  if (problem != nullptr) *problem = std::move(reason);
+  return std::nullopt;
+}
+
+Bytes refused(std::string* problem, int error) {
+  return refused(problem, error == kNotInside ? "Not inside the bundle" : std::strerror(error));
+}
+
+std::string largerThan(std::uint64_t limit) {
+  constexpr std::array<const char*, 4> kUnits = {"bytes", "KiB", "MiB", "GiB"};
+  std::size_t unit = 0;
+  for (; limit % 1024 == 0 && unit + 1 < kUnits.size(); ++unit) limit /= 1024;
+  return fmt::format("Larger than {} {}", limit, kUnits[unit]);
+}
+
+/// The next size of a full buffer. It follows what the file claims to hold, but does not run far ahead of what was
+/// read: a file of a few blocks can claim terabytes.
+std::uint64_t grown(std::uint64_t size, std::uint64_t claimed, std::uint64_t limit) {
+  // One byte more than claimed shows that nothing follows, and one more than the limit that too much does.
+  const std::uint64_t wanted = size <= claimed ? std::min(2 * size, claimed + 1) : 2 * size;
+  return std::min(wanted, limit + 1);
+}
+
+std::uint64_t firstSize(const struct stat& info) {
+  constexpr std::uint64_t kBlock = 512, kLeast = 64 * 1024;
+  const auto claimed = static_cast<std::uint64_t>(info.st_size);
+  const std::uint64_t present = std::max(static_cast<std::uint64_t>(info.st_blocks) * kBlock, kLeast);
+  return claimed == 0 ? kLeast : std::min(present, claimed) + 1;
+}
+
+Bytes readOpened(const Descriptor& file, const struct stat& info, std::uint64_t limit, std::string* problem) {
+  std::string bytes(firstSize(info), '\0');
+  std::size_t filled = 0;
+  while (filled <= limit) {
+    if (filled == bytes.size()) bytes.resize(grown(filled, static_cast<std::uint64_t>(info.st_size), limit));
+    const ssize_t got = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return refused(problem, errno);
+    if (got == 0) {
+      bytes.resize(filled);
+      return bytes;
+    }
+    filled += static_cast<std::size_t>(got);
+  }
+  return refused(problem, largerThan(limit));
+}
+
+Bytes readAny(const Descriptor& file, bool mustBeRegular, std::uint64_t limit, std::string* problem) {
+  struct stat info {};
+  if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return refused(problem, errno);
+  if (mustBeRegular && !S_ISREG(info.st_mode)) return refused(problem, "Not a regular file");
+  if (info.st_size > 0 && static_cast<std::uint64_t>(info.st_size) > limit) return refused(problem, largerThan(limit));
+  return readOpened(file, info, limit, problem);
+}
+
+/// The path that the system knows an open file by; with errno set, an empty one when it cannot be told.
+std::string pathOf(const Descriptor& file) {
+  std::error_code error;
+  const std::string path = std::filesystem::read_symlink(file.link(), error);
+  if (error) errno = error.value();
+  return path;
+}
+
+bool isInside(const std::string& path, const std::string& folder) { return path.starts_with(folder + "/"); }
+
+/// Opens what the name leads to, if the way there never leaves the folder.
+Descriptor openBeneath(const Descriptor& folder, const std::string& name) {
+  open_how how{};
+  how.flags = kReading;
+  how.resolve = RESOLVE_BENEATH;
+  return Descriptor(static_cast<int>(::syscall(SYS_openat2, folder.get(), name.c_str(), &how, sizeof how)));
+}
+
+/// Opens what the name leads to, if that is inside the folder, whatever the way there. Looked at before it is opened
+/// for reading: to open a device may do something.
+Descriptor openWhatIsInside(const Descriptor& folder, const std::string& name) {
+  const Descriptor found(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
+  if (!found.isOpen()) return {};
+  const std::string root = pathOf(folder);
+  const std::string path = pathOf(found);
+  if (root.empty() || path.empty()) return {};
+  errno = kNotInside;
+  return isInside(path, root) ? Descriptor(::open(found.link().c_str(), kReading)) : Descriptor();
+}
+
+Descriptor openInside(const Descriptor& folder, const std::string& name) {
+  Descriptor file = openBeneath(folder, name);
+  // EXDEV: absolute links may end inside all the same. Otherwise the kernel is old, or a container forbids the call, or
+  // somebody moved folders meanwhile.
+  const bool isUndecided = errno == EXDEV || errno == ENOSYS || errno == EPERM || errno == EAGAIN;
+  if (!file.isOpen() && isUndecided) file = openWhatIsInside(folder, name);
+  return file;
+}
+
+}  // namespace
+
+std::optional<std::string> readFile(const std::string& path, std::uint64_t limit, std::string* problem) {
+  return readAny(Descriptor(::open(path.c_str(), kReading)), true, limit, problem);
+}
+
+std::optional<std::string> readStream(const std::string& path, std::uint64_t limit, std::string* problem) {
+  return readAny(Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)), false, limit, problem);
+}
+
+std::optional<std::string> readFileInside(const std::string& folder, const std::string& name, std::string* problem) {
+  constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
+  const Descriptor root(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!root.isOpen()) return refused(problem, errno);
+  if (name.empty() || name == "." || name.starts_with('/')) return refused(problem, kNotInside);
+  return readAny(openInside(root, name), true, kLargest, problem);
+}
+
+}  // namespace platform
