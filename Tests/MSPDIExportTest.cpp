@@ -85,6 +85,10 @@ TEST(MSPDIExport, WritesBesideTheBundleOrWhereItIsTold) {
            {__LINE__, "", "'100% großes #1.kvdx'", "100% großes #1.xml"},
            {__LINE__, "", "Plan.kvdx folder", "folder/Plan.xml"},
            {__LINE__, "true", "Plan.kvdx folder/", "folder/Plan.kvdx.xml"},
+           {__LINE__, "1", "Plan.kvdx", "Plan.kvdx.xml"},
+           {__LINE__, "0", "Plan.kvdx", "Plan.xml"},
+           {__LINE__, "0.5", "Plan.kvdx", "Plan.kvdx.xml"},
+           {__LINE__, "0.0", "Plan.kvdx", "Plan.xml"},
            {__LINE__, "' YES '", "Plan.kvdx", "Plan.kvdx.xml"},
            {__LINE__, "'maybe'", "Plan.kvdx", "Plan.xml"},
        }) {
@@ -144,16 +148,27 @@ TEST(MSPDIExport, DeletesAFileOfTheNameWhenItFails) {
 }
 
 TEST(MSPDIExport, DoesWithoutSettingsThatCannotBeRead) {
+  const auto dotted = [](int parts) {
+    std::string key = "a";
+    for (int i = 1; i < parts; ++i) key += ".a";
+    return key;
+  };
   struct Row {
     int line;
     std::string settings;
     std::string said;  ///< "": nothing, and the settings count
   };
   const std::string malformed = "is malformed at line 2, column ";
+  const std::string nested = "could not be read: More than 1000 dots and opening brackets.";
   const std::string on = "IncludeInputExtension = true\n";
   for (const Row& row : std::initializer_list<Row>{
            {__LINE__, on + "OverwriteFilterTarget = = 1\n", malformed},
-           {__LINE__, on + "a = 1", ""},
+           {__LINE__, on + dotted(1000) + " = 1", ""},
+           {__LINE__, on + dotted(200'000) + " = 1", nested},
+           {__LINE__, on + "[" + dotted(200'000) + "]", nested},
+           {__LINE__, on + "a = " + std::string(200'000, '['), nested},
+           {__LINE__, on + "a = " + std::string(900, '['), malformed},
+           {__LINE__, on + "#" + std::string(1 << 20, '#'), "could not be read: Larger than 1 MiB."},
        }) {
     SCOPED_TRACE(row.line);
     const Place place;

@@ -24,8 +24,24 @@ std::optional<std::string> settingsFolder() {
 std::optional<std::string> asText(const toml::node& value) {
   if (const auto* boolean = value.as_boolean()) return boolean->get() ? "true" : "false";
   if (const auto* integer = value.as_integer()) return integer->get() != 0 ? "true" : "false";
+  if (const auto* number = value.as_floating_point()) return number->get() != 0 ? "true" : "false";
   if (const auto* text = value.as_string()) return text->get();
   return std::nullopt;
+}
+
+/// The file's text; none, with the reason, when it cannot be read or is not fit to be parsed.
+std::optional<std::string> readSettings(const std::string& path, std::string& problem) {
+  constexpr std::uint64_t kLargestFile = 1 << 20;
+  auto contents = readFile(path, kLargestFile, &problem);
+  // The library limits how deep values are nested, but not tables, and goes down all of them when it deletes them: too
+  // many overflow the stack. Each one is in the file as a part of a dotted key, or in brackets.
+  constexpr std::ptrdiff_t kMostLevels = 1000;
+  const auto opensLevel = [](char c) { return c == '.' || c == '[' || c == '{'; };
+  if (contents && std::count_if(contents->begin(), contents->end(), opensLevel) > kMostLevels) {
+    problem = fmt::format("More than {} dots and opening brackets", kMostLevels);
+    contents.reset();
+  }
+  return contents;
 }
 
 }  // namespace
@@ -38,8 +54,7 @@ std::map<std::string, std::string> UserDefaults::persistentDomain(std::string_vi
   if (!mayExist(path)) return values;
 
   std::string problem;
-  constexpr std::uint64_t kLargestFile = 1 << 20;
-  const auto contents = readFile(path, kLargestFile, &problem);
+  const auto contents = readSettings(path, problem);
   if (!contents) {
     log("WARNING: Settings file '{}' could not be read: {}. Default settings are used.", path, problem);
     return values;
