@@ -32,6 +32,28 @@ constexpr std::string_view kOutputExtension = "xml";
 /// Blank lines and comments of a list file name no bundle.
 bool namesBundle(const std::string& entry) { return !entry.empty() && !entry.starts_with(kCommentMark); }
 
+bool hasBundleExtension(const std::string& path) {
+  return platform::lowercased(platform::pathExtension(path)) == kBundleExtension;
+}
+
+/// Whether a folder, by its absolute path, is a bundle or lies in one.
+bool isInsideAnyBundle(std::string folder) {
+  while (!folder.empty() && folder != "/" && !hasBundleExtension(folder)) {
+    folder = platform::deleteLastPathComponent(folder);
+  }
+  return hasBundleExtension(folder);
+}
+
+/// A new file among the sources could replace one of them, and a failed export would delete it.
+void checkOutputIsOutsideBundles(const std::string& output, const std::string& bundle) {
+  const std::string folder = platform::absolutePath(platform::deleteLastPathComponent(output));
+  const std::string real = platform::resolvedPath(folder);
+  const std::string source = platform::resolvedPath(platform::absolutePath(bundle));
+  if (isInsideAnyBundle(folder) || isInsideAnyBundle(real) || (real + "/").starts_with(source + "/")) {
+    commandLineError(fmt::format("Output is inside a document bundle: {}.", output));
+  }
+}
+
 }  // namespace
 
 int MSPDIExport::run() {
@@ -103,7 +125,7 @@ std::vector<std::string> MSPDIExport::entriesOfListFile(const std::string& listP
 }
 
 void MSPDIExport::exportEntry(const std::string& entry) {
-  if (platform::lowercased(platform::pathExtension(entry)) != kBundleExtension) {
+  if (!hasBundleExtension(entry)) {
     commandLineError(fmt::format("Input file is not a valid KVDX doc folder: '{}'", entry));
   }
   const std::string bundlePath = platform::standardizePath(entry);
@@ -114,6 +136,7 @@ void MSPDIExport::exportEntry(const std::string& entry) {
   log("### Export from URL: '{}'", input.absoluteString());
 
   const std::string output = outputPath(platform::deleteLastPathComponent(bundlePath), baseName);
+  checkOutputIsOutsideBundles(output, bundlePath);
   const URL outputURL = URL::fileURLWithPath(output, false);
   log("### Write to URL: '{}'", outputURL.absoluteString());
 

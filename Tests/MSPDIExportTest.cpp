@@ -147,6 +147,43 @@ TEST(MSPDIExport, DeletesAFileOfTheNameWhenItFails) {
   }
 }
 
+TEST(MSPDIExport, NeverWritesAmongSources) {
+  const Place place;
+  place.setSettings("OverwriteFilterTarget = true");
+  place.makeBundle("Plan2.kvdx/In.kvdx", "");
+  place.makeBundle("store", scenario(task("t1")));
+  for (const auto& [link, to] : {std::pair("link", "Big.KVDX"), std::pair("Linked.kvdx", "store")})
+    std::filesystem::create_symlink(to, place.folder / link);
+  struct Row {
+    int line;
+    std::string arguments;
+    std::string output;
+    std::string folder = "";  ///< current one
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {__LINE__, "Plan.kvdx Plan.kvdx", "Plan.kvdx/Plan.xml"},
+           {__LINE__, "Plan.kvdx Plan2.kvdx", "Plan2.kvdx/Plan.xml"},
+           {__LINE__, "Plan.kvdx Big.KVDX/Plan.xml", "Big.KVDX/Plan.xml"},
+           {__LINE__, "Plan.kvdx Plan2.kvdx/none/new.xml", "Plan2.kvdx/none/new.xml"},
+           {__LINE__, "Plan.kvdx link", "link/Plan.xml"},
+           {__LINE__, "Plan.kvdx link/none/new.xml", "link/none/new.xml"},
+           {__LINE__, "Plan2.kvdx/In.kvdx", "Plan2.kvdx/In.xml"},
+           {__LINE__, "In.kvdx", "In.xml", "Plan2.kvdx"},
+           {__LINE__, "../Plan.kvdx .", "./Plan.xml", "Plan2.kvdx"},
+           {__LINE__, "Plan.kvdx Linked.kvdx", "Linked.kvdx/Plan.xml"},
+           {__LINE__, "Linked.kvdx store/Plan.xml", "store/Plan.xml"},
+       }) {
+    SCOPED_TRACE(row.line);
+    const auto result = place.run(row.arguments, "cd \"./" + row.folder + "\"; exec \"$@\"");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.log,
+                EndsWith("/'\nException: CommandLineArgumentException\nOutput is inside a document bundle: " +
+                         row.output + ".\n"));
+  }
+  for (const char* bundle : {"Plan.kvdx", "Plan2.kvdx", "Big.KVDX", "store"})
+    EXPECT_EQ(contentsOf(place.folder / bundle + "/Plan.xml"), scenario(task("t1")));
+}
+
 TEST(MSPDIExport, DoesWithoutSettingsThatCannotBeRead) {
   const auto dotted = [](int parts) {
     std::string key = "a";

@@ -138,6 +138,12 @@ bool canBeReplaced(const std::string& path) {
   return ::lstat(path.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) || std::filesystem::is_empty(path, unreadable);
 }
 
+std::string resolvedPath(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+  return error ? path : resolved.string();
+}
+
 void deleteItem(const std::string& path) { std::remove(path.c_str()); }
 
 void createDirectories(const std::string& path) {

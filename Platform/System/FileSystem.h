@@ -36,6 +36,8 @@ namespace platform {
 [[nodiscard]] bool isNameTaken(const std::string& path);
 /// Whether a file can take the path: when there is nothing, a file, a link or an empty folder.
 [[nodiscard]] bool canBeReplaced(const std::string& path);
+/// The path with its symbolic links resolved, as far as it exists; the path itself when they run in a circle.
+[[nodiscard]] std::string resolvedPath(const std::string& path);
 /// Deletes the file, link or empty folder at the path. A folder with something in it is left alone.
 void deleteItem(const std::string& path);
 /// Makes the folder and those above it that are missing.
