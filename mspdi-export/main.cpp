@@ -4,6 +4,7 @@
 #include "Conform/Corrections.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
+#include "Platform/System/AtomicFile.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/System/Process.h"

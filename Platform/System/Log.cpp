@@ -36,10 +36,17 @@ void append(fmt::memory_buffer &record, std::string_view text) {
 
 constexpr char kLeadOfC1 = '\xC2';  // of U+0080 to U+00BF in UTF-8, the first half of which are control characters
 
+/// A carriage return lets a name write over the line that it stands in. Programs that read the log get it as it is.
+bool isCarriageReturnEscaped() {
+  static const bool isTerminal = ::isatty(STDERR_FILENO) == 1;
+  return isTerminal;
+}
+
 /// Whether a control character begins there, or may do so.
 bool mayBeginControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
-  return (byte < ' ' && c != '\n' && c != '\r' && c != '\t') || byte == 0x7F || c == kLeadOfC1;
+  if (c == '\r') return isCarriageReturnEscaped();
+  return (byte < ' ' && c != '\n' && c != '\t') || byte == 0x7F || c == kLeadOfC1;
 }
 
 /// Appends the character that the text begins with, escaped when it is a control character.

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/Text/RegularExpression.h"
@@ -21,6 +22,7 @@ constexpr std::int64_t kBlock = 64 * kDay;
 constexpr std::int64_t kSecondsPerEra = 146097 * kDay;     // 400 Gregorian years: weekdays and rules repeat
 constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;  // 1800: before every zone's first clock change
 constexpr std::int64_t kLastRuleSecond = 16'725'225'600;   // 2500: every zone follows its last rule by then
+constexpr std::uint64_t kLargestZoneFile = 1 << 20;        // they have a few thousand bytes
 constexpr const char* kHostZoneFile = "/etc/localtime";
 
 /// An instant within the years 1800 to 2500 with the same offset. Keeps broken documents' year 999999999 away from the
@@ -83,7 +85,7 @@ std::string zoneFilePath(const std::string& name) {
 
 /// Whether the C library finds a zone file of the name. What else stands there it takes for a rule.
 bool isZoneFile(const std::string& name) {
-  const auto bytes = readFile(zoneFilePath(name));
+  const auto bytes = readFile(zoneFilePath(name), kLargestZoneFile);
   return bytes && bytes->starts_with("TZif");
 }
 
@@ -134,7 +136,7 @@ void TimeZone::setSystem(const std::string& name) {
 
 std::vector<std::string> TimeZone::names() {
   std::vector<std::string> names;
-  const std::string table = readFile(zoneFilePath("zone1970.tab")).value_or("");
+  const std::string table = readFile(zoneFilePath("zone1970.tab"), kLargestZoneFile).value_or("");
   for (const std::string_view line : splitAtNewlines(table)) {
     // Countries, coordinates, the name, perhaps a remark; tabs between them.
     const std::size_t nameAt = line.find('\t', line.find('\t') + 1) + 1;
