@@ -1,0 +1,163 @@
+#include "Conform/Order.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "Conform/Copy.h"
+#include "Conform/Elements.h"
+#include "Conform/Facts.h"
+
+namespace conform {
+namespace {
+
+/// The published order of one element, made for looking names up: a plan has millions of them.
+class Order {
+ public:
+  struct Child {
+    std::string_view name;
+    std::size_t place = 0;
+    bool isDateTime = false;
+    const Order* order = nullptr;  ///< of the child's own children; none when nothing is published about them
+  };
+
+  void add(std::string_view name, const Order* order) {
+    Child& child = slotOf(name);
+    const auto dateTimes = dateTimeElements();
+    const bool isDateTime = std::find(dateTimes.begin(), dateTimes.end(), name) != dateTimes.end();
+    child = {name, ++count_, isDateTime, order};
+  }
+  /// None when the order does not name the child.
+  [[nodiscard]] const Child* find(std::string_view name) const {
+    const Child& child = const_cast<Order*>(this)->slotOf(name);
+    return child.name.empty() ? nullptr : &child;
+  }
+  /// The place of what the order does not name.
+  [[nodiscard]] std::size_t last() const { return count_ + 1; }
+
+ private:
+  static constexpr std::size_t kSlots = 512;  ///< several times the longest order
+
+  /// Where the name is, or is to be.
+  [[nodiscard]] Child& slotOf(std::string_view name) {
+    const auto letter = [name](std::size_t at) { return std::size_t{static_cast<unsigned char>(name[at])}; };
+    std::size_t slot = name.empty() ? 0 : name.size() * 31 + letter(0) * 7 + letter(name.size() / 2) * 3;
+    slot += name.empty() ? 0 : letter(name.size() - 1);
+    while (!slots_[slot % kSlots].name.empty() && slots_[slot % kSlots].name != name) ++slot;
+    return slots_[slot % kSlots];
+  }
+
+  std::array<Child, kSlots> slots_{};
+  std::size_t count_ = 0;
+};
+
+/// All orders, each with those of the elements below.
+class Orders {
+ public:
+  Orders() : facts_(publishedOrders()), orders_(facts_.size()) {
+    for (std::size_t i = 0; i < facts_.size(); ++i) {
+      std::string_view rest = facts_[i].children;
+      while (!rest.empty()) {
+        const std::string_view name = rest.substr(0, rest.find(' '));
+        orders_[i].add(name, orderOf(name, facts_[i].element));
+        rest.remove_prefix(std::min(rest.size(), name.size() + 1));
+      }
+    }
+  }
+
+  /// The order of the element below the parent; none when there is none.
+  [[nodiscard]] const Order* orderOf(std::string_view element, std::string_view parent) const {
+    const Order* everywhere = nullptr;
+    for (std::size_t i = 0; i < facts_.size(); ++i) {
+      if (facts_[i].element != element) continue;
+      if (facts_[i].parent == parent) return &orders_[i];
+      if (facts_[i].parent.empty()) everywhere = &orders_[i];
+    }
+    return everywhere;
+  }
+
+ private:
+  std::span<const PublishedOrder> facts_;
+  std::vector<Order> orders_;
+};
+
+/// Puts elements in order, and then those below them, without recursion.
+class Sorter {
+ public:
+  void sortAllBelow(pugi::xml_node top, const Order& order) {
+    open_.push_back({top, &order});
+    while (!open_.empty()) {
+      const Open next = open_.back();
+      open_.pop_back();
+      sort(next.element, *next.order);
+    }
+  }
+  [[nodiscard]] std::size_t sorted() const { return sorted_; }
+  [[nodiscard]] std::size_t emptyDates() const { return emptyDates_; }
+
+ private:
+  struct Open {
+    pugi::xml_node element;
+    const Order* order;
+  };
+  struct Placed {
+    std::size_t place;
+    pugi::xml_node node;
+  };
+
+  void sort(pugi::xml_node element, const Order& order) {
+    placed_.clear();
+    bool isInOrder = true;
+    for (pugi::xml_node child = element.first_child(); child;) {
+      const pugi::xml_node next = child.next_sibling();
+      const std::size_t place = placeOf(element, child, order);
+      if (place > 0) {
+        isInOrder = isInOrder && (placed_.empty() || placed_.back().place <= place);
+        placed_.push_back({place, child});
+      }
+      child = next;
+    }
+    if (!isInOrder) rearrange(element);
+  }
+
+  /// The child's place among the others; 0 when it was left out. What has an order itself is noted.
+  std::size_t placeOf(pugi::xml_node element, pugi::xml_node child, const Order& order) {
+    const Order::Child* known = order.find(child.name());
+    if (known == nullptr) return order.last();
+    if (known->isDateTime && isBlank(textOf(child))) {
+      element.remove_child(child);
+      ++emptyDates_;
+      return 0;
+    }
+    if (known->order != nullptr) open_.push_back({child, known->order});
+    return known->place;
+  }
+
+  void rearrange(pugi::xml_node element) {
+    std::stable_sort(placed_.begin(), placed_.end(),
+                     [](const Placed& a, const Placed& b) { return a.place < b.place; });
+    inOrder_.clear();
+    for (const Placed& placed : placed_) inOrder_.push_back(placed.node);
+    putInOrder(element, inOrder_);
+    ++sorted_;
+  }
+
+  std::vector<Open> open_;  ///< elements that wait for their turn
+  std::vector<Placed> placed_;
+  std::vector<pugi::xml_node> inOrder_;
+  std::size_t sorted_ = 0;
+  std::size_t emptyDates_ = 0;
+};
+
+}  // namespace
+
+void correctOrder(Copy& copy) {
+  const Orders orders;
+  Sorter sorter;
+  sorter.sortAllBelow(copy.project, *orders.orderOf("Project", ""));
+  copy.report.count("elements with children in another order", sorter.sorted());
+  copy.report.count("empty dates left out", sorter.emptyDates());
+}
+
+}  // namespace conform
