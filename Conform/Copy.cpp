@@ -2,7 +2,11 @@
 
 #include <utility>
 
+#include "Conform/Facts.h"
+#include "Conform/Failure.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/XML/XMLStrict.h"
+#include "Platform/XML/XMLText.h"
 
 namespace conform {
 namespace {
@@ -41,11 +45,12 @@ void list(pugi::xml_node container, const char* name, List& to) {
 
 Copy::Copy(std::string bytes, const Plan* plan, Options options)
     : bytes_(std::move(bytes)), plan_(plan), options_(std::move(options)) {
-  const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions);
-  if (!result) throw platform::Exception("ConformException", result.description());
+  if (!xml::hasOnlyCharacters(options_.baseName)) fail("its name has characters that XML does not have");
+  const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions, pugi::encoding_utf8);
+  if (!result) fail(result.description());
   project = document_.document_element();
-  if (std::string_view(project.name()) != "Project") {
-    throw platform::Exception("ConformException", "this is no Microsoft Project XML file");
+  if (std::string_view(project.name()) != "Project" || project.attribute("xmlns").value() != kNamespace) {
+    fail("this is no Microsoft Project XML file");
   }
   listElements();
   if (plan_ != nullptr) pairWithPlan();
@@ -81,10 +86,16 @@ void Copy::pairWithPlan() {
   for (std::size_t i = 0; i < assignments.size(); ++i) assignments[i].source = &plan_->assignments()[i];
 }
 
+bool Copy::isPlaceholder(const Item& item) const {
+  return !resources.empty() && &item == &resources.front() && !item.source && !item.element.child("Name") &&
+         !item.element.child("MaxUnits");
+}
+
 void Copy::serialize(const std::function<void(std::string_view)>& sink) const {
-  sink("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+  sink(xml::kDeclaration);
   SinkWriter writer(sink);
-  document_.document_element().print(writer, "  ", kWriteOptions, pugi::encoding_utf8);
+  for (const pugi::xml_node node : document_.children())
+    node.print(writer, xml::kIndent.data(), kWriteOptions, pugi::encoding_utf8);
 }
 
 }  // namespace conform

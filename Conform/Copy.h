@@ -37,10 +37,10 @@ struct CalendarItem {
 /// resource, assignment or calendar keeps its list right.
 class Copy {
  public:
-  /// @param bytes an exported document. @param plan the bundle's plan, which must outlive the copy; none when only the
-  /// file is at hand.
-  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML, and InvariantFailure
-  /// when the file does not belong to the plan.
+  /// @param bytes an exported document in UTF-8, well-formed in all that xml::requireCopyable() looks at. @param plan
+  /// the bundle's plan, which must outlive the copy; none when only the file is at hand.
+  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML or the base name has
+  /// characters that XML does not have, and InvariantFailure when the file does not belong to the plan.
   Copy(std::string bytes, const Plan* plan, Options options);
   Copy(const Copy&) = delete;
   Copy& operator=(const Copy&) = delete;
@@ -52,7 +52,10 @@ class Copy {
   std::vector<AssignmentItem> assignments;
   Report report;
 
+  /// None when only the file is at hand.
   [[nodiscard]] const Plan* plan() const { return plan_; }
+  /// Whether the resource is the nameless one that the exporter writes in front of all others, which nothing refers to.
+  [[nodiscard]] bool isPlaceholder(const Item& item) const;
   [[nodiscard]] const Options& options() const { return options_; }
 
   /// The document as well-formed UTF-8 XML, piece by piece.

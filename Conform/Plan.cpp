@@ -8,12 +8,6 @@
 namespace conform {
 namespace {
 
-/// The object that the reference's "idref" names; the last one when several have the id.
-xml::Node referred(xml::Node scenario, std::string_view kind, xml::Node reference) {
-  const auto id = reference.attributeText("idref");
-  return id ? singleObjectForXQuery(scenario, xml::Query::child(kind, "id", *id)) : xml::Node();
-}
-
 std::string typeOf(xml::Node object) { return stringValueForXQuery(object, "type").value_or(""); }
 
 /// Puts what the group refers to on the stack, so that the first is taken next.
@@ -30,6 +24,11 @@ Plan::Plan(const xml::Document& plan, const xml::Document& tableOfContents)
   walkTasks();
 }
 
+xml::Node Plan::referred(std::string_view kind, xml::Node reference) const {
+  const auto id = reference.attributeText("idref");
+  return id ? singleObjectForXQuery(scenario_, xml::Query::child(kind, "id", *id)) : xml::Node();
+}
+
 bool Plan::isWritten(const PlanResource& resource) {
   const std::string type = typeOf(resource.node);
   return type == "Staff" || type == "Equipment" || type == "Material";
@@ -37,7 +36,7 @@ bool Plan::isWritten(const PlanResource& resource) {
 
 void Plan::walkResources() {
   std::vector<PlanResource> stack;
-  const xml::Node top = referred(scenario_, "resource", singleObjectForXQuery(scenario_, "top-resource"));
+  const xml::Node top = referred("resource", singleObjectForXQuery(scenario_, "top-resource"));
   if (top) stack.push_back({top, std::nullopt});
   while (!stack.empty()) {
     const PlanResource resource = stack.back();
@@ -46,14 +45,14 @@ void Plan::walkResources() {
     resources_.push_back(resource);
     if (typeOf(resource.node) != "Group") continue;
     pushMembers(stack, objectsForXQuery(resource.node, "child-resource"), [&](auto& to, xml::Node reference) {
-      if (const xml::Node member = referred(scenario_, "resource", reference)) to.push_back({member, index});
+      if (const xml::Node member = referred("resource", reference)) to.push_back({member, index});
     });
   }
 }
 
 void Plan::walkTasks() {
   std::vector<xml::Node> stack;
-  const xml::Node top = referred(scenario_, "task", singleObjectForXQuery(scenario_, "top-task"));
+  const xml::Node top = referred("task", singleObjectForXQuery(scenario_, "top-task"));
   if (top) stack.push_back(top);
   while (!stack.empty()) {
     const xml::Node task = stack.back();
@@ -62,7 +61,7 @@ void Plan::walkTasks() {
     addAssignments(task);
     if (typeOf(task) != "group") continue;
     pushMembers(stack, objectsForXQuery(task, "child-task"), [&](auto& to, xml::Node reference) {
-      if (const xml::Node child = referred(scenario_, "task", reference)) to.push_back(child);
+      if (const xml::Node child = referred("task", reference)) to.push_back(child);
     });
   }
 }
@@ -72,7 +71,7 @@ void Plan::addAssignments(xml::Node task) {
   const std::size_t index = tasks_.size() - 1;
   const auto assignments = objectsForXQuery(task, "assignment");
   for (const xml::Node assignment : assignments) {
-    assignments_.push_back({index, assignment, referred(scenario_, "resource", assignment)});
+    assignments_.push_back({index, assignment, referred("resource", assignment)});
   }
   if (assignments.empty() && typeOf(task) != "group") assignments_.push_back({index, {}, {}});
 }

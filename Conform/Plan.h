@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "Platform/XML/XMLTree.h"
@@ -34,6 +35,9 @@ class Plan {
   [[nodiscard]] const std::vector<PlanResource>& resources() const { return resources_; }
   [[nodiscard]] const std::vector<xml::Node>& tasks() const { return tasks_; }
   [[nodiscard]] const std::vector<PlanAssignment>& assignments() const { return assignments_; }
+  /// The `resource` or `task` that the reference's `idref` names, the last one when several have the id; an empty view
+  /// when there is none.
+  [[nodiscard]] xml::Node referred(std::string_view kind, xml::Node reference) const;
   /// Whether the resource is written as a `Resource` of its own: people, equipment and materials, but no groups.
   [[nodiscard]] static bool isWritten(const PlanResource& resource);
 

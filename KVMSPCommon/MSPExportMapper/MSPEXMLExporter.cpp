@@ -8,31 +8,13 @@
 #include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
+#include "Platform/System/NumberedPath.h"
 #include "Platform/Text/Texts.h"
 
 using platform::Exception;
 using platform::log;
+using platform::NumberedPath;
 using platform::URL;
-
-/// A path and the names to fall back on when it is taken: "Plan.xml", "Plan-1.xml", "Plan-2.xml" and so on.
-class NumberedPath {
- public:
-  explicit NumberedPath(std::string path)
-      : path_(std::move(path)),
-        stem_(platform::deletePathExtension(path_)),
-        extension_(platform::pathExtension(path_)) {}
-
-  [[nodiscard]] const std::string& get() const { return path_; }
-  /// Whether it is the path as it was given.
-  [[nodiscard]] bool isFirst() const { return number_ == 0; }
-  void goOn() { path_ = fmt::format("{}-{}.{}", stem_, ++number_, extension_); }
-
- private:
-  std::string path_;
-  std::string stem_;
-  std::string extension_;
-  long number_ = 0;
-};
 
 namespace {
 

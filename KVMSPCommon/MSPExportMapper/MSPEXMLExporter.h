@@ -9,7 +9,9 @@
 #include "Platform/System/URL.h"
 #include "Platform/XML/XMLTree.h"
 
+namespace platform {
 class NumberedPath;
+}
 
 /// Turns one document bundle into one MSPDI file. Made for one bundle, used once.
 class MSPEXMLExporter {
@@ -57,9 +59,9 @@ class MSPEXMLExporter {
   /// @throws platform::Exception when nothing can be made of it.
   [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);
   /// Whether what is at the path may be replaced, if it can be.
-  [[nodiscard]] bool mayReplace(const NumberedPath& path) const;
-  [[nodiscard]] bool isTaken(const NumberedPath& path) const;
-  void write(const xml::OutputDocument& document, NumberedPath& path) const;
+  [[nodiscard]] bool mayReplace(const platform::NumberedPath& path) const;
+  [[nodiscard]] bool isTaken(const platform::NumberedPath& path) const;
+  void write(const xml::OutputDocument& document, platform::NumberedPath& path) const;
 
   MSPEInfo info_;
   WhenTaken whenTaken_;

@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <ctime>
 #include <iterator>
 #include <string>
 #include <utility>
+
+#include "Platform/System/Console.h"
 
 namespace platform {
 namespace {
@@ -113,15 +114,7 @@ void logRecord(fmt::string_view format, fmt::format_args args) {
   appendEscaped(record, {message.data(), message.size()});
   record.push_back('\n');
 
-  const char *rest = record.data();
-  std::size_t left = record.size();
-  while (left > 0) {
-    const ssize_t written = ::write(STDERR_FILENO, rest, left);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;  // nowhere to tell it
-    rest += written;
-    left -= static_cast<std::size_t>(written);
-  }
+  writeToStandardError({record.data(), record.size()});
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -14,5 +15,14 @@ struct LocaleCurrency {
 /// Calls visit(currency) for the currency of each locale that the platform knows, until it returns false; locales
 /// without a currency are left out. To the end it takes some milliseconds.
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency &)> &visit);
+
+/// The currency of a locale, and the locale's name as the system has it.
+struct MachineCurrency {
+  std::string code;    ///< ISO 4217
+  std::string locale;  ///< "de_DE.UTF-8"
+};
+/// The currency of the country that the machine's locale for money names: LC_ALL, else LC_MONETARY, else LANG, the
+/// first that is not empty. None when it names no country, as "C" does.
+[[nodiscard]] std::optional<MachineCurrency> currencyOfMachine();
 
 }  // namespace platform

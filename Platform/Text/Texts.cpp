@@ -1,5 +1,7 @@
 #include "Platform/Text/Texts.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -66,6 +68,20 @@ bool isBelowOne(std::string_view digits) {
   return point - first + exponent <= 0;
 }
 
+/// Whether a terminal could take the character for a command: to move, to colour, to turn the direction of writing.
+bool isCommand(std::uint32_t character) {
+  const auto isFrom = [character](std::uint32_t first, std::uint32_t last) {
+    return character >= first && character <= last;
+  };
+  return isFrom(0, 0x1F) || isFrom(0x7F, 0x9F) || isFrom(0x2028, 0x202E) || isFrom(0x2066, 0x2069);
+}
+
+std::string escaped(std::uint32_t character) {
+  if (character == '\n') return "\\n";
+  if (character == '\t') return "\\t";
+  return character < 0x80 ? fmt::format("\\x{:02x}", character) : fmt::format("\\u{:04x}", character);
+}
+
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace
@@ -112,6 +128,22 @@ std::vector<std::string_view> splitAtNewlines(std::string_view text) {
   return pieces;
 }
 
+std::string printable(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t length = utf8CharacterLength(text);
+    if (length == 0) {
+      result += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
+    } else if (isCommand(characterCode(text))) {
+      result += escaped(characterCode(text));
+    } else {
+      result += text.substr(0, length);
+    }
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return result;
+}
+
 std::size_t utf8CharacterLength(std::string_view text) {
   const auto at = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   const unsigned first = at(0);
@@ -127,6 +159,15 @@ std::size_t utf8CharacterLength(std::string_view text) {
     return 0;
   }
   return length;
+}
+
+std::uint32_t characterCode(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text[0]);
+  if (first < 0x80) return first;
+  const std::size_t length = utf8CharacterLength(text);
+  std::uint32_t code = first & (0xFFU >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) code = code << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  return code;
 }
 
 bool isUTF8(std::string_view bytes) {

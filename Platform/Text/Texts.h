@@ -23,8 +23,14 @@ namespace platform {
 /// is one piece. The pieces point into the text.
 [[nodiscard]] std::vector<std::string_view> splitAtNewlines(std::string_view text);
 
+/// The text on one line that a terminal can be trusted with: control characters, line separators and what is not UTF-8
+/// as escapes such as "\n", "\x1b" and "\u202e".
+[[nodiscard]] std::string printable(std::string_view text);
+
 /// Length of the character that the UTF-8 text begins with; 0 when the bytes are not UTF-8, or there are none.
 [[nodiscard]] std::size_t utf8CharacterLength(std::string_view text);
+/// The number of the character that the UTF-8 text begins with, which has one at least.
+[[nodiscard]] std::uint32_t characterCode(std::string_view text);
 /// Whether the bytes are UTF-8.
 [[nodiscard]] bool isUTF8(std::string_view bytes);
 /// The bytes as UTF-8: those that are not are taken for Latin-1, which is what they mostly are.

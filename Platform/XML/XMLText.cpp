@@ -5,19 +5,10 @@
 #include <cstring>
 
 #include "Platform/Text/Texts.h"
+#include "Platform/XML/XMLEncoding.h"
 
 namespace xml {
 namespace {
-
-/// Length of the character of XML that the bytes begin with; 0 when they begin with none.
-std::size_t characterLength(std::string_view bytes) {
-  const std::size_t length = platform::utf8CharacterLength(bytes);
-  const char first = bytes[0];
-  if (length == 1 && static_cast<unsigned char>(first) < 0x20 && first != '\t' && first != '\n' && first != '\r')
-    return 0;
-  const bool isNoncharacter = bytes.starts_with("\xEF\xBF\xBE") || bytes.starts_with("\xEF\xBF\xBF");
-  return isNoncharacter ? 0 : length;
-}
 
 constexpr std::uint64_t kEachByte = 0x0101010101010101;
 constexpr std::uint64_t kHighestBits = kEachByte * 0x80;
@@ -73,19 +64,6 @@ void appendEscaped(std::string& to, char c) {
   }
 }
 
-/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read.
-std::string declaredEncoding(std::string_view bytes) {
-  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  if (!bytes.starts_with("<?xml")) return "";
-  const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
-  const std::size_t key = declaration.find("encoding");
-  const std::size_t open = key == std::string_view::npos ? key : declaration.find_first_of("\"'", key);
-  if (open == std::string_view::npos) return "";
-  const std::size_t close = declaration.find(declaration[open], open + 1);
-  if (close == std::string_view::npos) return "";
-  return platform::lowercased(declaration.substr(open + 1, close - open - 1));
-}
-
 /// Whether a character reference names NUL: "&#0;", "&#x00;".
 bool refersToNul(std::string_view bytes) {
   for (std::size_t at = bytes.find("&#"); at != std::string_view::npos; at = bytes.find("&#", at + 2)) {
@@ -104,6 +82,15 @@ bool parserKnows(const std::string& encoding) {
 }
 
 }  // namespace
+
+std::size_t characterLength(std::string_view bytes) {
+  const std::size_t length = platform::utf8CharacterLength(bytes);
+  const char first = bytes[0];
+  if (length == 1 && static_cast<unsigned char>(first) < 0x20 && first != '\t' && first != '\n' && first != '\r')
+    return 0;
+  const bool isNoncharacter = bytes.starts_with("\xEF\xBF\xBE") || bytes.starts_with("\xEF\xBF\xBF");
+  return isNoncharacter ? 0 : length;
+}
 
 // Every text that is written comes through here: eight bytes at a time, the last of them perhaps for the second time.
 bool isPlainText(std::string_view text) {

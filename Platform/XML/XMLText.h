@@ -8,6 +8,8 @@ namespace xml {
 inline constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 inline constexpr std::string_view kIndent = "  ";  ///< of each level
 
+/// Length of the character of XML that the bytes begin with, which are at least one; 0 when they begin with none.
+[[nodiscard]] std::size_t characterLength(std::string_view bytes);
 /// Whether a text has only printable ASCII and nothing to escape between tags, as nearly all that are written have.
 [[nodiscard]] bool isPlainText(std::string_view text);
 /// The text as it is written between tags. What cannot be a character in XML is left out, here and below; carriage

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "Conform/Copy.h"
+
+namespace conform {
+
+// How warnings call an element: by its source id when there is a bundle, otherwise by its UID.
+
+/// "task t12 'Motor driver board'", "resource r3 'Ann'"; without a bundle "task 12 'Motor driver board'". Without a
+/// name the kind and the identifier alone.
+[[nodiscard]] std::string labelOf(const Item& item);
+/// The same without the name, for warnings that have it themselves.
+[[nodiscard]] std::string shortLabelOf(const Item& item);
+/// "calendar of r3"; without a bundle "calendar 3".
+[[nodiscard]] std::string shortLabelOf(const CalendarItem& calendar);
+
+/// "r3 'Ann'"; the id alone when the object has no name.
+[[nodiscard]] std::string sourceLabelOf(xml::Node object, const char* nameElement);
+
+}  // namespace conform

@@ -1,0 +1,78 @@
+#include "Conform/Priority.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "Conform/Copy.h"
+#include "Conform/Elements.h"
+#include "KVMSPCommon/MSPCExtensions.h"
+
+namespace conform {
+namespace {
+
+constexpr std::int64_t kStandard = 500;  ///< and as far from the lowest as from the highest that there is
+
+/// The priorities of a plan on the one side of 0, as ranks: 1 for the nearest to it.
+class Ranks {
+ public:
+  void add(std::int64_t distance) { distances_.push_back(distance); }
+  void sort() {
+    std::sort(distances_.begin(), distances_.end());
+    distances_.erase(std::unique(distances_.begin(), distances_.end()), distances_.end());
+  }
+  /// How far from the standard a priority is to be: between 0 and 500, these two excluded.
+  [[nodiscard]] std::int64_t distanceFor(std::int64_t distance) const {
+    const auto rank = std::lower_bound(distances_.begin(), distances_.end(), distance) - distances_.begin() + 1;
+    const auto steps = static_cast<std::int64_t>(distances_.size()) + 1;
+    return std::max<std::int64_t>(1, kStandard * rank / steps);
+  }
+
+ private:
+  std::vector<std::int64_t> distances_;
+};
+
+class Priorities {
+ public:
+  explicit Priorities(const Plan& plan) {
+    for (const xml::Node task : objectsForXQuery(plan.scenario(), "task")) add(of(task));
+    above_.sort();
+    below_.sort();
+  }
+
+  static std::int64_t of(xml::Node task) { return intValueForXQuery(task, "priority"); }
+
+  /// The format's priority for one of the plan.
+  [[nodiscard]] std::int64_t published(std::int64_t priority) const {
+    if (priority == 0) return kStandard;
+    if (priority > 0) return kStandard + above_.distanceFor(priority);
+    return kStandard - below_.distanceFor(fromZero(priority));
+  }
+
+ private:
+  /// How far a negative priority is from -1: that of the lowest one of 64 bits is a number, too.
+  static std::int64_t fromZero(std::int64_t negative) { return -(negative + 1); }
+
+  void add(std::int64_t priority) {
+    if (priority > 0) above_.add(priority);
+    if (priority < 0) below_.add(fromZero(priority));
+  }
+
+  Ranks above_;
+  Ranks below_;
+};
+
+}  // namespace
+
+void correctPriorities(Copy& copy) {
+  if (copy.plan() == nullptr) return;
+  const Priorities priorities(*copy.plan());
+  std::size_t changed = 0;
+  for (const Item& task : copy.tasks) {
+    const std::string priority = std::to_string(priorities.published(Priorities::of(task.source)));
+    if (setText(task.element, task.element.child("Priority"), "Priority", priority)) ++changed;
+  }
+  copy.report.count("priorities", changed);
+}
+
+}  // namespace conform

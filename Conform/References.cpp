@@ -1,0 +1,146 @@
+#include "Conform/References.h"
+
+#include <fmt/format.h>
+
+#include <unordered_set>
+
+#include "Conform/Copy.h"
+#include "Conform/Elements.h"
+#include "Conform/Facts.h"
+#include "Conform/Labels.h"
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/Base/IdHash.h"
+
+namespace conform {
+namespace {
+
+/// The tasks or resources of the file, by their identifiers as they are written.
+class Known {
+ public:
+  void add(const Item& item) {
+    const std::string_view uid = textOf(item.element, "UID");
+    if (!uid.empty()) {
+      uids_.insert(uid);
+    } else {
+      unnumbered_ = item.source;
+      ++unnumberedCount_;
+    }
+  }
+  /// Whether a reference names one of them. Two objects of the bundle may have no identifier in the file.
+  /// @param source what the bundle's reference leads to. @param hasPlan whether there is a bundle.
+  [[nodiscard]] bool has(std::string_view uid, xml::Node source, bool hasPlan) const {
+    if (!uid.empty()) return uids_.contains(uid);
+    return unnumberedCount_ == 1 && (!hasPlan || (source && source == unnumbered_));
+  }
+
+ private:
+  std::unordered_set<std::string_view, platform::IdHash> uids_;
+  xml::Node unnumbered_;  ///< source of the object without an identifier
+  std::size_t unnumberedCount_ = 0;
+};
+
+class References {
+ public:
+  explicit References(Copy& copy) : copy_(copy) {
+    for (const Item& task : copy.tasks) tasks_.add(task);
+    for (const Item& resource : copy.resources) {
+      if (!copy.isPlaceholder(resource)) resources_.add(resource);
+    }
+  }
+
+  void correctLinks() {
+    std::size_t leftOut = 0;
+    for (const Item& task : copy_.tasks) {
+      std::size_t index = 0;
+      for (pugi::xml_node link = task.element.child("PredecessorLink"); link; ++index) {
+        const pugi::xml_node next = link.next_sibling("PredecessorLink");
+        if (!leadsToATask(task, link, index)) {
+          copy_.report.warn(fmt::format("{}: its link to {} is left out, because there is no such task", labelOf(task),
+                                        linkTarget(task, link, index)));
+          link.parent().remove_child(link);
+          ++leftOut;
+        }
+        link = next;
+      }
+    }
+    copy_.report.count("links to tasks that are not there", leftOut);
+  }
+
+  void correctAssignments() {
+    std::size_t toNobody = 0;
+    for (const AssignmentItem& assignment : copy_.assignments) {
+      const pugi::xml_node resource = assignment.element.child("ResourceUID");
+      if (textOf(resource) == kNobody) continue;
+      const xml::Node source = assignment.source != nullptr ? assignment.source->resource : xml::Node();
+      if (resources_.has(textOf(resource), source, hasPlan())) continue;
+      sayNobody(assignment, textOf(resource));
+      setText(assignment.element, resource, "ResourceUID", kNobody);
+      ++toNobody;
+    }
+    copy_.report.count("assignments to groups or to nothing", toNobody);
+  }
+
+  void leaveOutAssignmentsOfNoTask() {
+    const auto isOfNoTask = [this](const AssignmentItem& assignment) {
+      const xml::Node source = assignment.source != nullptr ? copy_.tasks[assignment.source->task].source : xml::Node();
+      return !tasks_.has(textOf(assignment.element, "TaskUID"), source, hasPlan());
+    };
+    const std::size_t before = copy_.assignments.size();
+    std::erase_if(copy_.assignments, [&](const AssignmentItem& assignment) {
+      if (!isOfNoTask(assignment)) return false;
+      copy_.report.warn(fmt::format("assignment {} is left out, because its task {} is not there",
+                                    textOf(assignment.element, "UID"), textOf(assignment.element, "TaskUID")));
+      assignment.element.parent().remove_child(assignment.element);
+      return true;
+    });
+    copy_.report.count("assignments of tasks that are not there", before - copy_.assignments.size());
+  }
+
+ private:
+  [[nodiscard]] bool hasPlan() const { return copy_.plan() != nullptr; }
+
+  /// The source of the task's link with the index; the exporter writes a link for each.
+  [[nodiscard]] static xml::Node prerequisite(const Item& task, std::size_t index) {
+    const auto prerequisites = objectsForXQuery(task.source, "prerequisite-task");
+    return index < prerequisites.size() ? prerequisites[index] : xml::Node();
+  }
+
+  [[nodiscard]] bool leadsToATask(const Item& task, pugi::xml_node link, std::size_t index) const {
+    const std::string_view uid = textOf(link, "PredecessorUID");
+    const bool needsSource = uid.empty() && hasPlan();
+    const xml::Node source = needsSource ? copy_.plan()->referred("task", prerequisite(task, index)) : xml::Node();
+    return tasks_.has(uid, source, hasPlan());
+  }
+
+  [[nodiscard]] std::string linkTarget(const Item& task, pugi::xml_node link, std::size_t index) const {
+    std::string target = hasPlan() ? prerequisite(task, index).attributeText("idref").value_or("")
+                                   : std::string(textOf(link, "PredecessorUID"));
+    return target.empty() ? "nothing" : target;
+  }
+
+  void sayNobody(const AssignmentItem& assignment, std::string_view uid) {
+    if (assignment.source == nullptr) {
+      copy_.report.warn(fmt::format("assignment {}: its resource {} is not in the file, so that it is to nobody",
+                                    textOf(assignment.element, "UID"), uid));
+      return;
+    }
+    copy_.report.warn(fmt::format("{}: its assignment to {}, which is no resource of the file, is to nobody",
+                                  labelOf(copy_.tasks[assignment.source->task]),
+                                  sourceLabelOf(assignment.source->resource, "name")));
+  }
+
+  Copy& copy_;
+  Known tasks_;
+  Known resources_;
+};
+
+}  // namespace
+
+void correctReferences(Copy& copy) {
+  References references(copy);
+  references.correctLinks();
+  references.correctAssignments();
+  references.leaveOutAssignmentsOfNoTask();
+}
+
+}  // namespace conform

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+/// Writes the text with a single write, so that lines of programs running in parallel do not mix. A closed or full
+/// standard error is ignored.
+void writeToStandardError(std::string_view text);
+
+/// Writes a line for people to standard error: "program: text", with what a terminal could take for a command escaped.
+void say(std::string_view program, std::string_view text);
+
+}  // namespace platform

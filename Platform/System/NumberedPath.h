@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+/// A path and the names to fall back on when it is taken: "Plan.xml", "Plan-1.xml", "Plan-2.xml" and so on. Looks at
+/// nothing on the disk.
+class NumberedPath {
+ public:
+  explicit NumberedPath(std::string path);
+
+  [[nodiscard]] const std::string& get() const { return path_; }
+  /// Whether it is the path as it was given.
+  [[nodiscard]] bool isFirst() const { return number_ == 0; }
+  /// Goes on to the next name.
+  void goOn();
+
+ private:
+  std::string path_;
+  std::string stem_;
+  std::string extension_;
+  long number_ = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// The command mspdi-conform: corrects an exported file whose bundle is not at hand, into a file of another name.
+class ConformCommand {
+ public:
+  /// @param arguments the input and the output, or "--help".
+  explicit ConformCommand(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
+
+  /// What the corrections warn about, and why there is no output, is said on standard error.
+  /// @return the exit status: 0 when the file was written, otherwise 1.
+  int run();
+
+ private:
+  /// @throws platform::Exception with a reason for people.
+  static void copyFile(const std::string& input, const std::string& output);
+
+  std::vector<std::string> arguments_;
+};
