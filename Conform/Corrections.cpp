@@ -5,6 +5,7 @@
 #include "Conform/Copy.h"
 #include "Conform/Currency.h"
 #include "Conform/CustomFields.h"
+#include "Conform/Days.h"
 #include "Conform/ExceptionDates.h"
 #include "Conform/Identifiers.h"
 #include "Conform/KeepDates.h"
@@ -15,9 +16,11 @@
 #include "Conform/Priority.h"
 #include "Conform/Progress.h"
 #include "Conform/ProjectName.h"
+#include "Conform/ProjectWeek.h"
 #include "Conform/Rates.h"
 #include "Conform/References.h"
 #include "Conform/TaskCalendars.h"
+#include "Conform/WorkOverTime.h"
 #include "Conform/WorkWeeks.h"
 
 namespace conform {
@@ -37,6 +40,10 @@ constexpr std::array kCorrections = {
     Correction{"Progress", &correctProgress},
     Correction{"Rates", &correctRates},
     Correction{"Links", &correctLinks},
+    Correction{"ProjectWeek", &correctProjectWeek},
+    Correction{"WorkOverTime", &correctWorkOverTime},
+    // The two behind it find nothing then; they are for calendars of which only the file is at hand.
+    Correction{"Days", &correctDays},
     Correction{"WorkWeeks", &correctWorkWeeks},
     Correction{"ExceptionDates", &correctExceptionDates},
     // Calls calendars by the numbers that they have in the end.

@@ -1,0 +1,94 @@
+#include "Conform/PlanHours.h"
+
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "Conform/WallClock.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/System/Exceptions.h"
+
+namespace conform {
+namespace {
+
+/// Far above any real plan; they take a gigabyte.
+constexpr std::size_t kMaximumStretches = 5'000'000;
+
+/// The week of a plan that says nothing of it.
+std::array<Hours, 8> standardWeek() {
+  Hours workday(8 * 3600, 12 * 3600);
+  workday.add(Hours(13 * 3600, 17 * 3600));
+  std::array<Hours, 8> week;
+  for (int day = kMonday; day <= kFriday; ++day) week[static_cast<std::size_t>(day)] = workday;
+  return week;
+}
+
+}  // namespace
+
+PlanHours::PlanHours(const Plan& plan) : plan_(plan), levels_(plan.resources().size()) {}
+
+bool PlanHours::namesWeekDay(std::size_t resource, int weekday) {
+  return level(resource).isNamed[static_cast<std::size_t>(weekday)];
+}
+
+const Hours& PlanHours::weekDay(std::size_t resource, int weekday) {
+  return level(resource).week[static_cast<std::size_t>(weekday)];
+}
+
+const DayChanges& PlanHours::changes(std::size_t resource) { return *level(resource).changes; }
+
+Hours PlanHours::on(std::size_t resource, std::int64_t day) {
+  const Hours& hours = weekDay(resource, weekdayOf(day));
+  const DayChange* change = changeOn(changes(resource), day);
+  return change != nullptr ? change->appliedTo(hours) : hours;
+}
+
+std::size_t PlanHours::unsaid(std::size_t resource) { return level(resource).unsaid; }
+
+bool PlanHours::isCutOff(std::size_t resource) { return level(resource).isCutOff; }
+
+std::string PlanHours::namesOf(const DayChange& change) const {
+  std::string names;
+  std::set<std::string_view> said;
+  for (const std::size_t source : change.sources) {
+    if (!said.insert(sources_[source]).second) continue;
+    names += (names.empty() ? "" : ", ") + sources_[source];
+  }
+  return names;
+}
+
+const PlanHours::Level& PlanHours::level(std::size_t resource) {
+  auto& level = levels_.at(resource);
+  if (!level) {
+    const auto& parent = plan_.resources()[resource].parent;
+    const Level* above = parent ? &this->level(*parent) : nullptr;
+    level = std::make_unique<Level>();
+    read(*level, resource, above);
+  }
+  return *level;
+}
+
+void PlanHours::read(Level& level, std::size_t resource, const Level* above) {
+  Schedule schedule(plan_.resources()[resource].node, sources_);
+  level.unsaid = schedule.unsaid();
+  level.isCutOff = schedule.isCutOff();
+  level.week = above != nullptr ? above->week : standardWeek();
+  for (int day = kSunday; day <= kSaturday; ++day) {
+    const auto& own = schedule.weekDay(day);
+    if (!own) continue;
+    level.isNamed[static_cast<std::size_t>(day)] = true;
+    level.week[static_cast<std::size_t>(day)] = *own;
+  }
+  if (above != nullptr && schedule.changes().empty()) {
+    level.changes = above->changes;
+    return;
+  }
+  level.changes = std::make_shared<DayChanges>(above != nullptr ? composed(*above->changes, schedule.changes())
+                                                                : schedule.changes());
+  changedStretches_ += level.changes->size();
+  platform::require(changedStretches_ <= kMaximumStretches,
+                    "The schedules change too often: more than {} stretches of days with hours of their own.",
+                    kMaximumStretches);
+}
+
+}  // namespace conform
