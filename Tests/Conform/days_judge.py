@@ -1,0 +1,281 @@
+#!/usr/bin/env python3
+"""Judges what the calendars and the work over time of exported files say, against the bundle.
+
+    days_judge.py [--exact] EXACT PROGRAM ZONE BUNDLE...
+    days_judge.py EXACT PROGRAM generated FIRST COUNT     plans of generate_plan.py with the numbers from FIRST on
+
+EXACT is MSPDIExport, PROGRAM mspdi-export. --exact only counts on how many days of a resource the hours of EXACT's file
+and of PROGRAM's differ from the plan's.
+"""
+import collections
+import datetime
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+from fractions import Fraction
+
+import days_rule
+from days_rule import DAY, in_five, last, mask, spans, text
+
+
+def export(program, bundle, out, zone):
+    arguments = [bundle, out]
+    subprocess.run([program, *arguments], check=True, stderr=subprocess.DEVNULL,
+                   env={**os.environ, "TZ": zone, "SOURCE_DATE_EPOCH": "1777888800"})
+
+
+def second_of(time):
+    hours, minutes, seconds = (int(part) for part in time.split(":"))
+    return hours * 3600 + minutes * 60 + seconds
+
+
+def moment_of(date):
+    day, _, time = date.partition("T")
+    return datetime.date.fromisoformat(day).toordinal() * DAY + second_of(time)
+
+
+def duration_of(value):
+    return sum(int(number) * unit for number, unit in zip(value[2:-1].replace("H", "M").split("M"), (3600, 60, 1)))
+
+
+def hours_of(element):
+    """A reader's hours: working times in order; one that ends at midnight ends the day."""
+    hours = 0
+    for time in element.iterfind("WorkingTimes/WorkingTime"):
+        hours |= mask(second_of(text(time, "FromTime")), second_of(text(time, "ToTime")) or DAY)
+    return hours if text(element, "DayWorking") == "1" else 0
+
+
+class Calendar:
+    """A calendar of the file, as its readers take it."""
+
+    def __init__(self, element, by_uid):
+        self.element, self.by_uid = element, by_uid
+        self.week = {(int(text(day, "DayType")) + 5) % 7: hours_of(day)
+                     for day in element.iterfind("WeekDays/WeekDay") if text(day, "DayType") != "0"}
+        self.exceptions = element.findall("Exceptions/Exception")
+        self.dates = {}
+        for exception in self.exceptions:
+            first, final = self.period(exception)
+            hours = hours_of(exception)
+            for date in range(first, final + 1):
+                self.dates.setdefault(date, hours)
+
+    @staticmethod
+    def period(element):
+        return tuple(moment_of(text(last(element, "TimePeriod"), tag)) // DAY for tag in ("FromDate", "ToDate"))
+
+    def base(self):
+        return self.by_uid.get(text(self.element, "BaseCalendarUID"))
+
+    def chain(self):
+        calendar, chain = self, []
+        while calendar:
+            chain.append(calendar)
+            calendar = calendar.base()
+        return chain
+
+    def hours(self, date, chain):
+        """The hours by this calendar's chain, of which a part may be left out."""
+        for calendar in chain:
+            if date in calendar.dates:
+                return calendar.dates[date]
+        for calendar in self.chain():
+            if (date - 1) % 7 in calendar.week:
+                return calendar.week[(date - 1) % 7]
+        return None
+
+
+class File:
+    def __init__(self, path):
+        self.root = days_rule.load(path)
+        self.calendars, by_uid = [], {}
+        for element in self.root.iterfind("Calendars/Calendar"):
+            self.calendars.append(Calendar(element, by_uid))
+            by_uid[text(element, "UID")] = self.calendars[-1]
+        self.assignments = self.root.findall("Assignments/Assignment")
+
+
+class Judge:
+    def __init__(self, plan, file, where):
+        self.plan, self.file, self.where, self.faults = plan, file, where, []
+
+    def expect(self, holds, what, *details):
+        if not holds and len(self.faults) < 20:
+            self.faults.append(f"{self.where}: {what} {' '.join(str(detail) for detail in details)}")
+
+    def dates(self):
+        """All dates of the plan and of a year beyond; of a long time the days around the changes and every 97th."""
+        changed = {date for level in self.plan.levels for date in level.dates}
+        tasks = [moment // DAY for task in self.plan.tasks for moment in self.plan.stretch(task)]
+        first, final = min(tasks + list(changed)), min(max(tasks + list(changed)) + 366, datetime.date.max.toordinal())
+        if final - first < 4000:
+            return range(first, final + 1)
+        edges = {date for date in changed if not {date - 1, date + 1} <= changed}
+        near = {date + step for date in edges | set(tasks) for step in range(-8, 9)}
+        return sorted(date for date in near | set(range(first, final, 97)) if first <= date <= final)
+
+    def differing_days(self):
+        """For each day of a resource on which the file's hours are not the plan's: resource and date."""
+        dates = self.dates()
+        for number, calendar in enumerate(self.file.calendars):
+            hours, _ = self.plan.rule(number)
+            chain = calendar.chain()
+            for date in dates:
+                expected, found = hours(date), calendar.hours(date, chain)
+                if found != expected and found != in_five(expected):
+                    yield number, date, expected, found
+
+    def judge_hours(self):
+        for number, date, expected, found in self.differing_days():
+            self.expect(False, "hours of resource", self.plan.resources[number].get("id"),
+                        datetime.date.fromordinal(date), spans(expected), "in the file:", found and spans(found))
+
+    def judge_calendar(self, number, calendar):
+        name = self.plan.resources[number].get("id")
+        own, base = self.plan.levels[number], calendar.base()
+        is_base = text(calendar.element, "IsBaseCalendar") == "1"
+        self.expect(is_base == (base is None) == (number in self.plan.parents or number == 0), "bases of", name)
+        self.expect(set(calendar.week) == (set(range(7)) if is_base else set(own.week)), "week days of", name)
+        self.expect(calendar.element.find("WorkWeeks") is None, "work weeks in", name)
+        listed = [day for day in calendar.element.iterfind("WeekDays/WeekDay") if text(day, "DayType") == "0"]
+        self.expect([(*calendar.period(day), text(day, "DayWorking"), hours_of(day)) for day in listed] ==
+                    [(*calendar.period(day), text(day, "DayWorking"), hours_of(day)) for day in calendar.exceptions],
+                    "entries of day type 0 of", name)
+        for element in calendar.element.iter():
+            if element.find("DayWorking") is not None:
+                times = [second_of(time.text) for time in element.iter() if time.tag in ("FromTime", "ToTime")]
+                times = times[:-1] + [times[-1] or DAY] if times else times
+                self.expect(len(times) <= 10 and sorted(set(times)) == times, "working times of", name, times)
+                self.expect(bool(times) == (text(element, "DayWorking") == "1"), "working days of", name)
+        self.expect(not any((time.text or "").startswith("24:") for time in calendar.element.iter()), "24:00 in", name)
+        self.judge_exceptions(name, number, calendar)
+
+    def judge_exceptions(self, name, number, calendar):
+        hours, names = self.plan.rule(number)
+        before, before_hours = 0, None
+        for exception in calendar.exceptions:
+            first, final = calendar.period(exception)
+            fixed = [text(exception, tag) for tag in ("EnteredByOccurrences", "Type", "Occurrences")]
+            self.expect(fixed == ["0", "1", str(final - first + 1)], "exception of", name, fixed)
+            period = "".join(last(exception, "TimePeriod").itertext())
+            self.expect("T00:00:00" in period and "T23:59:59" in period, "period in", name, period)
+            self.expect(first > before, "overlapping or unordered exceptions of", name, first)
+            self.expect(first > before + 1 or hours_of(exception) != before_hours, "two exceptions for one", name, first)
+            before, before_hours = final, hours_of(exception)
+            same = [date for date in range(first, final + 1)
+                    if calendar.hours(date, calendar.chain()[1:]) == in_five(hours(date))]
+            self.expect(not same, "needless dates in", name, same[:3])
+            expected = ", ".join(names(range(first, final + 1)))
+            self.expect(text(exception, "Name") == expected, "name in", name, text(exception, "Name"), expected)
+
+    def working_days(self, resource, start, end):
+        """First second, last second and working seconds of each day between."""
+        days = []
+        for date in range(start // DAY, (end - 1) // DAY + 1):
+            part = spans(self.plan.rule(resource)[0](date) & mask(start - date * DAY, end - date * DAY))
+            if part:
+                days.append((date * DAY + part[0][0], date * DAY + part[-1][1], sum(b - a for a, b in part)))
+        return days or [(start, end, 1)]
+
+    def expected_work(self, assignment, task, source, work):
+        """Start, finish and exact share of each day."""
+        resource = self.plan.number_of(source)
+        start, finish = (moment_of(text(assignment, tag)) for tag in ("Start", "Finish"))
+        pieces = self.plan.pieces(task) or ([(start, finish, 1)] if start < finish else [])
+        days = [self.working_days(resource, start, end) for start, end, _ in pieces]
+        weights = [effort for _, _, effort in pieces]
+        if not any(weights):
+            weights = [0 if day[0][2] == 1 and day[0][:2] == piece[:2] else sum(part[2] for part in day)
+                       for day, piece in zip(days, pieces)]
+        if not any(weights):
+            weights = [end - start for start, end, _ in pieces]
+        return [(part[0], part[1], work * Fraction(weight) / sum(weights) * part[2] / sum(p[2] for p in day))
+                for weight, day in zip(weights, days) for part in day]
+
+    def judge_work(self, exact):
+        for before, after, (task, source) in zip(exact.assignments, self.file.assignments, self.plan.assignments):
+            entries = after.findall("TimephasedData")
+            if before.find("TimephasedData") is None:
+                self.expect(not entries, "new timephased data in", text(after, "UID"))
+                continue
+            work = max(duration_of(text(before, "Work")), 0)
+            done = int(self.plan.completion(task) * work + Fraction(1, 2))
+            sums, days, previous = collections.Counter(), collections.Counter(), (0, "2")
+            for entry in entries:
+                kind, start, finish = text(entry, "Type"), moment_of(text(entry, "Start")), moment_of(text(entry, "Finish"))
+                value = duration_of(text(entry, "Value"))
+                sums[kind] += value
+                days[start, finish] += value
+                self.expect(value > 0 and text(entry, "Unit") == "2" and text(entry, "UID") == text(after, "UID") and
+                            previous[0] <= start and previous[1] >= kind, "entry of", text(after, "UID"), start, kind, value)
+                previous = (start, kind)
+            self.expect(sums == collections.Counter({"2": done, "1": work - done}), "sums of", text(after, "UID"), sums)
+            if after.find("ActualWork") is not None:
+                self.expect([duration_of(text(after, tag)) for tag in ("ActualWork", "RemainingWork")] ==
+                            [done, work - done], "work of", text(after, "UID"))
+            expected, roundings = collections.Counter(), collections.Counter()
+            for start, finish, share in self.expected_work(after, task, source, work):
+                expected[start, finish] += share
+                roundings[start, finish] += 2  # of a piece's share, and of the day's
+            for day in {*expected, *days}:
+                self.expect(abs(expected[day] - days[day]) <= roundings[day], "work on", day, float(expected[day]), days[day])
+
+    def judge_project(self):
+        week = [self.plan.week_day(0, weekday) for weekday in range(7)]
+        lengths = collections.Counter(hours.bit_count() for hours in week if hours)
+        found = [text(self.file.root, tag, None) for tag in
+                 ("MinutesPerDay", "MinutesPerWeek", "DefaultStartTime", "DefaultFinishTime")]
+        expected = [None] * 4
+        if lengths:
+            length = max(lengths, key=lambda seconds: (lengths[seconds], seconds))
+            day = spans(next(hours for hours in week if hours.bit_count() == length))
+            times = [f"{s // 3600 % 24:02}:{s // 60 % 60:02}:{s % 60:02}" for s in (day[0][0], day[-1][1])]
+            expected = [str(max((s + 30) // 60, 1)) for s in (length, sum(h.bit_count() for h in week))] + times
+        self.expect(found == expected, "the project's week", found, expected)
+
+
+def judge(programs, zone, bundle, counting):
+    with tempfile.TemporaryDirectory() as folder:
+        files = []
+        for number, program in enumerate(programs):
+            out = pathlib.Path(folder) / f"{number}.xml"
+            export(program, bundle, out, zone)
+            files.append(File(out))
+    plan = days_rule.Plan(bundle, zone)
+    if counting:
+        exact, corrected = (len(list(Judge(plan, file, bundle).differing_days())) for file in files)
+        print(f"{bundle.name}: {exact} days of a resource differ in the exact file, {corrected} in the corrected one")
+        return []
+    judged = Judge(plan, files[1], f"{bundle.name} in {zone}")
+    judged.judge_hours()
+    for number, calendar in enumerate(files[1].calendars):
+        judged.judge_calendar(number, calendar)
+    judged.judge_work(files[0])
+    judged.judge_project()
+    return judged.faults
+
+
+def main(arguments):
+    counting = arguments[0] == "--exact"
+    exact, program, zone, *rest = arguments[counting:]
+    faults = []
+    if zone == "generated":
+        import days_plans
+        with tempfile.TemporaryDirectory() as folder:
+            for number in range(int(rest[0]), int(rest[0]) + int(rest[1])):
+                zone = days_plans.ZONES[number % len(days_plans.ZONES)]
+                bundle = pathlib.Path(folder) / f"{number}.kvdx"
+                days_plans.write(bundle, number, zone)
+                faults += judge((exact, program), zone, bundle, counting)
+    else:
+        for bundle in rest:
+            faults += judge((exact, program), zone, pathlib.Path(bundle), counting)
+    print("\n".join(faults[:40]))
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
