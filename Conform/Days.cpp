@@ -23,8 +23,10 @@
 namespace conform {
 namespace {
 
-/// They take about a gigabyte in memory.
-constexpr std::size_t kMostExceptions = 500'000;
+/// They take some three gigabytes of memory.
+constexpr std::size_t kMostExceptions = 1'000'000;
+/// With more than these, the ones far from the tasks are left out: they come from dates that are centuries off.
+constexpr std::size_t kManyExceptions = 100'000;
 constexpr std::int64_t kDaysAround = 3653;  ///< ten years
 
 struct Calendar {
@@ -61,26 +63,28 @@ DateRange daysAroundTasks(const Plan& plan) {
   return range;
 }
 
-/// False when there are more than the file may have; the last calendars are without theirs then.
-bool findExceptions(std::vector<Calendar>& calendars, DateRange range) {
-  std::size_t room = kMostExceptions + 1;
+/// Gives the calendars their exceptions, and says how many; when there are too many, the last calendars have none.
+std::size_t findExceptions(std::vector<Calendar>& calendars, DateRange range) {
+  std::size_t found = 0;
   for (Calendar& calendar : calendars) {
-    calendar.exceptions = calendar.days.exceptions(range, room);
-    room -= calendar.exceptions.size();
+    calendar.exceptions = calendar.days.exceptions(range, kMostExceptions - found);
+    found += calendar.exceptions.size();
   }
-  return room > 0;
+  return found;
 }
 
 void findExceptions(std::vector<Calendar>& calendars, Copy& copy) {
-  if (findExceptions(calendars, {firstKeptDay(), lastKeptDay()})) return;
+  const std::size_t all = findExceptions(calendars, {firstKeptDay(), lastKeptDay()});
+  if (all <= kManyExceptions) return;
   const DateRange range = daysAroundTasks(*copy.plan());
-  copy.report.warn(
-      fmt::format("exceptions of calendars before {} and after {} are left out: together there are more "
-                  "than {}",
-                  wallClockText(range.first * kSecondsPerDay).substr(0, 10),
-                  wallClockText(range.last * kSecondsPerDay).substr(0, 10), kMostExceptions));
-  if (findExceptions(calendars, range)) return;
-  copy.report.warn("the last calendars are without exceptions, because those before have too many");
+  const std::size_t near = findExceptions(calendars, range);
+  if (near < all) {
+    copy.report.warn(
+        fmt::format("the calendars have too many exceptions: those before {:.10} and after {:.10} are "
+                    "left out",
+                    wallClockText(range.first * kSecondsPerDay), wallClockText(range.last * kSecondsPerDay)));
+  }
+  if (near == kMostExceptions) copy.report.warn("the calendars have too many exceptions: the last ones are left out");
 }
 
 // Markup.
@@ -90,76 +94,78 @@ void append(std::string& text, fmt::format_string<Args...> format, Args&&... arg
   fmt::format_to(std::back_inserter(text), format, std::forward<Args>(args)...);
 }
 
-void appendDayWorking(std::string& text, const Hours& hours) {
-  append(text, "<DayWorking>{}</DayWorking>", hours.empty() ? 0 : 1);
+std::string dayWorking(const Hours& hours) {
+  return hours.empty() ? "<DayWorking>0</DayWorking>" : "<DayWorking>1</DayWorking>";
 }
 
-void appendWorkingTimes(std::string& text, const Hours& hours) {
-  if (hours.empty()) return;
+std::string workingTimes(const Hours& hours) {
+  std::string text;
+  if (hours.empty()) return text;
   text += "<WorkingTimes>";
   for (const Span& span : hours.spans()) {
     append(text, "<WorkingTime><FromTime>{}</FromTime><ToTime>{}</ToTime></WorkingTime>", timeOfDayText(span.from),
            timeOfDayText(span.to));
   }
-  text += "</WorkingTimes>";
+  return text + "</WorkingTimes>";
 }
 
-void appendTimePeriod(std::string& text, DateRange days) {
-  append(text, "<TimePeriod><FromDate>{}</FromDate><ToDate>{}</ToDate></TimePeriod>",
-         wallClockText(days.first * kSecondsPerDay), wallClockText((days.last + 1) * kSecondsPerDay - 1));
+std::string timePeriod(DateRange days) {
+  return fmt::format("<TimePeriod><FromDate>{}</FromDate><ToDate>{}</ToDate></TimePeriod>",
+                     wallClockText(days.first * kSecondsPerDay), wallClockText((days.last + 1) * kSecondsPerDay - 1));
 }
 
-/// The days of the week, then an entry of type 0 for each exception.
-std::string weekDays(const Calendar& calendar) {
-  std::string text;
+/// What the elements of a calendar hold.
+struct Contents {
+  std::string weekDays;
+  std::string exceptions;
+};
+
+/// The exception, and its entry among the week days.
+void append(Contents& contents, const DayException& exception, const std::string& name) {
+  const std::string working = dayWorking(exception.hours);
+  const std::string period = timePeriod(exception.days);
+  const std::string times = workingTimes(exception.hours);
+  append(contents.weekDays, "<WeekDay><DayType>0</DayType>{}{}{}</WeekDay>", working, period, times);
+  append(contents.exceptions,
+         "<Exception><EnteredByOccurrences>0</EnteredByOccurrences>{}<Occurrences>{}</Occurrences><Name>{}</Name>"
+         "<Type>1</Type>{}{}</Exception>",
+         period, exception.days.last - exception.days.first + 1, xml::escapedText(name), working, times);
+}
+
+Contents contentsOf(const Calendar& calendar, const PlanHours& hours) {
+  Contents contents;
   for (int day = kSunday; day <= kSaturday; ++day) {
     if (!calendar.days.namesWeekDay(day)) continue;
-    const Hours hours = CalendarDays::written(calendar.days.weekDay(day));
-    append(text, "<WeekDay><DayType>{}</DayType>", day);
-    appendDayWorking(text, hours);
-    appendWorkingTimes(text, hours);
-    text += "</WeekDay>";
+    const Hours ofDay = CalendarDays::written(calendar.days.weekDay(day));
+    append(contents.weekDays, "<WeekDay><DayType>{}</DayType>{}{}</WeekDay>", day, dayWorking(ofDay),
+           workingTimes(ofDay));
   }
-  for (const DayException& exception : calendar.exceptions) {
-    text += "<WeekDay><DayType>0</DayType>";
-    appendDayWorking(text, exception.hours);
-    appendTimePeriod(text, exception.days);
-    appendWorkingTimes(text, exception.hours);
-    text += "</WeekDay>";
-  }
-  return text.empty() ? text : "<WeekDays>" + text + "</WeekDays>";
-}
-
-std::string exceptions(const Calendar& calendar, const PlanHours& hours) {
-  std::string text;
-  for (const DayException& exception : calendar.exceptions) {
-    text += "<Exception><EnteredByOccurrences>0</EnteredByOccurrences>";
-    appendTimePeriod(text, exception.days);
-    append(text, "<Occurrences>{}</Occurrences><Name>{}</Name><Type>1</Type>",
-           exception.days.last - exception.days.first + 1, xml::escapedText(hours.namesOf(exception.change)));
-    appendDayWorking(text, exception.hours);
-    appendWorkingTimes(text, exception.hours);
-    text += "</Exception>";
-  }
-  return text.empty() ? text : "<Exceptions>" + text + "</Exceptions>";
+  for (const DayException& exception : calendar.exceptions)
+    append(contents, exception, hours.namesOf(exception.change));
+  return contents;
 }
 
 // Writing.
 
-/// Puts the markup of one element in the place of the child of its name. False when the child is like it already.
-bool replaceChild(pugi::xml_node parent, const char* name, std::string_view markup) {
+/// Puts an element with the contents in the place of the child of its name; none when there are no contents. False
+/// when the child is like it already.
+bool replaceChild(pugi::xml_node parent, const char* name, const std::string& contents) {
   const pugi::xml_node before = parent.child(name);
-  appendMarkup(parent, markup);
-  const pugi::xml_node after = markup.empty() ? pugi::xml_node() : parent.last_child();
+  pugi::xml_node after;
+  if (!contents.empty()) {
+    after = parent.append_child(name);
+    appendMarkup(after, contents);
+  }
   const bool changes = !isAlike(before, after);
   parent.remove_child(changes ? before : after);
   return changes;
 }
 
 void write(const Calendar& calendar, const PlanHours& hours, Report& report) {
+  const Contents contents = contentsOf(calendar, hours);
   pugi::xml_node element = calendar.element;
-  bool changed = replaceChild(element, "WeekDays", weekDays(calendar));
-  changed |= replaceChild(element, "Exceptions", exceptions(calendar, hours));
+  bool changed = replaceChild(element, "WeekDays", contents.weekDays);
+  changed |= replaceChild(element, "Exceptions", contents.exceptions);
   changed |= element.remove_child("WorkWeeks");
   if (changed) report.count("calendars whose days were set right");
 }

@@ -12,8 +12,8 @@ class Copy;
 /// hours are one exception, named after the sets of events that hold on them. Each is also a `WeekDay` of `DayType` 0,
 /// for older readers. No `WorkWeeks`. A day with more than five working times has its smallest breaks closed.
 ///
-/// All calendars together have at most 500,000 exceptions. A plan that needs more keeps those from ten years before its
-/// tasks to ten years behind them, and of these the first.
+/// When all calendars together have more than 100,000 exceptions, those further than ten years from the tasks are left
+/// out, and in any case those past the first 1,000,000. Both are said.
 void correctDays(Copy& copy);
 
 }  // namespace conform

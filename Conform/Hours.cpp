@@ -1,5 +1,6 @@
 #include "Conform/Hours.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -74,7 +75,7 @@ Hours Hours::inAtMost(std::size_t count) const {
 
 std::string timeOfDayText(std::int64_t second) {
   const std::int64_t inDay = second % kSecondsPerDay;
-  return fmt::format("{:02}:{:02}:{:02}", inDay / 3600, inDay / 60 % 60, inDay % 60);
+  return fmt::format(FMT_COMPILE("{:02}:{:02}:{:02}"), inDay / 3600, inDay / 60 % 60, inDay % 60);
 }
 
 }  // namespace conform

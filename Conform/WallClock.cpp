@@ -1,5 +1,6 @@
 #include "Conform/WallClock.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include "Conform/Hours.h"
@@ -31,7 +32,7 @@ std::optional<std::int64_t> wallClockOfText(std::string_view mspdi) {
 
 std::string wallClockText(std::int64_t reading) {
   const platform::CivilTime civil = GregorianCalendar::civilFromSeconds(reading);
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", civil.year, civil.month, civil.day, civil.hour,
+  return fmt::format(FMT_COMPILE("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}"), civil.year, civil.month, civil.day, civil.hour,
                      civil.minute, civil.second);
 }
 

@@ -9,6 +9,7 @@ and of PROGRAM's differ from the plan's.
 """
 import collections
 import datetime
+import functools
 import os
 import pathlib
 import subprocess
@@ -17,7 +18,7 @@ import tempfile
 from fractions import Fraction
 
 import days_rule
-from days_rule import DAY, in_five, last, mask, spans, text
+from days_rule import DAY, in_five, interned, last, mask, spans, text
 
 
 def export(program, bundle, out, zone):
@@ -45,7 +46,7 @@ def hours_of(element):
     hours = 0
     for time in element.iterfind("WorkingTimes/WorkingTime"):
         hours |= mask(second_of(text(time, "FromTime")), second_of(text(time, "ToTime")) or DAY)
-    return hours if text(element, "DayWorking") == "1" else 0
+    return interned(hours) if text(element, "DayWorking") == "1" else 0
 
 
 class Calendar:
@@ -67,22 +68,18 @@ class Calendar:
     def period(element):
         return tuple(moment_of(text(last(element, "TimePeriod"), tag)) // DAY for tag in ("FromDate", "ToDate"))
 
-    def base(self):
-        return self.by_uid.get(text(self.element, "BaseCalendarUID"))
-
+    @functools.cached_property
     def chain(self):
-        calendar, chain = self, []
-        while calendar:
-            chain.append(calendar)
-            calendar = calendar.base()
-        return chain
+        """The calendar, its base and so on up."""
+        base = self.by_uid.get(text(self.element, "BaseCalendarUID"))
+        return [self, *(base.chain if base else [])]
 
     def hours(self, date, chain):
         """The hours by this calendar's chain, of which a part may be left out."""
         for calendar in chain:
             if date in calendar.dates:
                 return calendar.dates[date]
-        for calendar in self.chain():
+        for calendar in self.chain:
             if (date - 1) % 7 in calendar.week:
                 return calendar.week[(date - 1) % 7]
         return None
@@ -122,9 +119,8 @@ class Judge:
         dates = self.dates()
         for number, calendar in enumerate(self.file.calendars):
             hours, _ = self.plan.rule(number)
-            chain = calendar.chain()
             for date in dates:
-                expected, found = hours(date), calendar.hours(date, chain)
+                expected, found = hours(date), calendar.hours(date, calendar.chain)
                 if found != expected and found != in_five(expected):
                     yield number, date, expected, found
 
@@ -135,9 +131,9 @@ class Judge:
 
     def judge_calendar(self, number, calendar):
         name = self.plan.resources[number].get("id")
-        own, base = self.plan.levels[number], calendar.base()
+        own = self.plan.levels[number]
         is_base = text(calendar.element, "IsBaseCalendar") == "1"
-        self.expect(is_base == (base is None) == (number in self.plan.parents or number == 0), "bases of", name)
+        self.expect(is_base == (calendar.chain == [calendar]) == (number in self.plan.parents or number == 0), "bases of", name)
         self.expect(set(calendar.week) == (set(range(7)) if is_base else set(own.week)), "week days of", name)
         self.expect(calendar.element.find("WorkWeeks") is None, "work weeks in", name)
         listed = [day for day in calendar.element.iterfind("WeekDays/WeekDay") if text(day, "DayType") == "0"]
@@ -166,7 +162,7 @@ class Judge:
             self.expect(first > before + 1 or hours_of(exception) != before_hours, "two exceptions for one", name, first)
             before, before_hours = final, hours_of(exception)
             same = [date for date in range(first, final + 1)
-                    if calendar.hours(date, calendar.chain()[1:]) == in_five(hours(date))]
+                    if calendar.hours(date, calendar.chain[1:]) == in_five(hours(date))]
             self.expect(not same, "needless dates in", name, same[:3])
             expected = ", ".join(names(range(first, final + 1)))
             self.expect(text(exception, "Name") == expected, "name in", name, text(exception, "Name"), expected)

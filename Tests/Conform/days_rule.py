@@ -16,13 +16,22 @@ NAMES = ("monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "su
 DATE = re.compile(r"(\d+)-(\d+)-(\d+)(?:T(\d+):(\d+):(\d+)(?:(Z)|([+-]\d\d):(\d\d))?)?$")
 
 
+POOL = {}
+
+
+def interned(hours):
+    """The same object for equal hours: each takes ten kilobytes."""
+    return POOL.setdefault(hours, hours)
+
+
+@lru_cache(maxsize=None)
 def mask(start, end):
     """The seconds from start to end, as far as they are in the day."""
     start, end = max(start, 0), min(end, DAY)
     return (1 << end) - (1 << start) if start < end else 0
 
 
-@lru_cache(maxsize=4096)
+@lru_cache(maxsize=512)
 def spans(hours):
     found, at = [], 0
     while hours:
@@ -35,7 +44,7 @@ def spans(hours):
     return tuple(found)
 
 
-@lru_cache(maxsize=4096)
+@lru_cache(maxsize=512)
 def in_five(hours):
     """The hours without their smallest gaps, so that no more than five spans are left."""
     found = spans(hours)
@@ -100,9 +109,9 @@ class Level:
         for date in range(max(first, 1), min(last_day, datetime.date.max.toordinal()) + 1):
             _, added, taken, names = self.dates.get(date, (None, 0, 0, []))
             if overtime:
-                added |= mask(begin, stop)
+                added = interned(added | mask(begin, stop))
             else:
-                taken |= mask(begin, stop)
+                taken = interned(taken | mask(begin, stop))
             self.dates[date] = (None, added, taken, sorted({*names, (number, name)}))
 
 
@@ -116,7 +125,9 @@ class Plan:
         name = [s.get("filename") for s in contents.iter("scenario") if s.get("id") == edited][-1]
         self.scenario = load(bundle / name)
         self.by_id = {kind: {e.get("id"): e for e in self.scenario.findall(kind)} for kind in ("resource", "task")}
-        self.resources, self.parents, self.levels = [], [], []
+        self.resources, self.parents, self.levels, self.rules = [], [], [], {}
+        POOL.clear()
+        mask.cache_clear()
         self.walk("resource", "Group", lambda e, parent: self.add_resource(e, parent))
         self.tasks = []
         self.walk("task", "group", lambda e, _: self.tasks.append(e) or len(self.tasks) - 1)
@@ -169,9 +180,13 @@ class Plan:
                 return self.levels[number].week[weekday]
         return mask(8 * 3600, 12 * 3600) | mask(13 * 3600, 17 * 3600) if weekday < 5 else 0
 
-    @lru_cache(maxsize=None)
     def rule(self, resource):
         """A function that gives the hours of a date, and one that gives the names of the sets that hold on it."""
+        if resource not in self.rules:
+            self.rules[resource] = self.make_rule(resource)
+        return self.rules[resource]
+
+    def make_rule(self, resource):
         levels = [self.levels[number] for number in self.chain(resource)]
         week = [self.week_day(resource, weekday) for weekday in range(7)]
         changed = set().union(*(level.dates for level in levels))
