@@ -41,10 +41,12 @@ const Hours* typicalDay(const Week& week) {
   return typical;
 }
 
-void setChild(pugi::xml_node project, const char* name, const std::string& text) {
+/// False when the child has the text already.
+bool setChild(pugi::xml_node project, const char* name, const std::string& text) {
   pugi::xml_node child = project.child(name);
+  if (text == child.child_value()) return false;
   if (!child) child = project.append_child(name);
-  child.text().set(text.c_str());
+  return child.text().set(text.c_str());
 }
 
 /// At least one: readers divide by it.
@@ -62,10 +64,11 @@ void correctProjectWeek(Copy& copy) {
   if (typical == nullptr) return;
   std::int64_t secondsPerWeek = 0;
   for (const Hours& day : week) secondsPerWeek += day.seconds();
-  setChild(copy.project, "DefaultStartTime", timeOfDayText(typical->spans().front().from));
-  setChild(copy.project, "DefaultFinishTime", timeOfDayText(typical->spans().back().to));
-  setChild(copy.project, "MinutesPerDay", minutes(typical->seconds()));
-  setChild(copy.project, "MinutesPerWeek", minutes(secondsPerWeek));
+  bool changed = setChild(copy.project, "DefaultStartTime", timeOfDayText(typical->spans().front().from));
+  changed |= setChild(copy.project, "DefaultFinishTime", timeOfDayText(typical->spans().back().to));
+  changed |= setChild(copy.project, "MinutesPerDay", minutes(typical->seconds()));
+  changed |= setChild(copy.project, "MinutesPerWeek", minutes(secondsPerWeek));
+  if (changed) copy.report.count("weeks of the project");
 }
 
 }  // namespace conform

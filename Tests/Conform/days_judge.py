@@ -2,7 +2,8 @@
 """Judges what the calendars and the work over time of exported files say, against the bundle.
 
     days_judge.py [--exact] EXACT PROGRAM ZONE BUNDLE...
-    days_judge.py EXACT PROGRAM generated FIRST COUNT     plans of generate_plan.py with the numbers from FIRST on
+    days_judge.py [--exact] EXACT PROGRAM golden FOLDER             the plans of the golden cases, examples among them
+    days_judge.py [--exact] EXACT PROGRAM generated FIRST COUNT     plans of days_plans.py, with the numbers from FIRST
 
 EXACT is MSPDIExport, PROGRAM mspdi-export. --exact only counts on how many days of a resource the hours of EXACT's file
 and of PROGRAM's differ from the plan's.
@@ -17,6 +18,8 @@ import sys
 import tempfile
 from fractions import Fraction
 
+sys.dont_write_bytecode = True
+import days_plans
 import days_rule
 from days_rule import DAY, in_five, interned, last, mask, spans, text
 
@@ -254,21 +257,35 @@ def judge(programs, zone, bundle, counting):
     return judged.faults
 
 
+def golden(folder):
+    """Zone and bundle of each golden case that has a document."""
+    for case in sorted(path.parent for path in folder.glob("*/expected.xml")):
+        settings = dict(line.split("=", 1) for line in (case / "case").read_text().splitlines())
+        elsewhere = folder.parent.parent / settings["bundle"] if "bundle" in settings else None
+        yield settings["zone"], elsewhere or next(case.glob("*.kvdx"))
+
+
+def generated(folder, first, count):
+    for number in range(first, first + count):
+        zone = days_plans.ZONES[number % len(days_plans.ZONES)]
+        bundle = folder / f"{number}.kvdx"
+        days_plans.write(bundle, number, zone)
+        yield zone, bundle
+
+
 def main(arguments):
     counting = arguments[0] == "--exact"
-    exact, program, zone, *rest = arguments[counting:]
+    exact, program, kind, *rest = arguments[counting:]
     faults = []
-    if zone == "generated":
-        import days_plans
-        with tempfile.TemporaryDirectory() as folder:
-            for number in range(int(rest[0]), int(rest[0]) + int(rest[1])):
-                zone = days_plans.ZONES[number % len(days_plans.ZONES)]
-                bundle = pathlib.Path(folder) / f"{number}.kvdx"
-                days_plans.write(bundle, number, zone)
-                faults += judge((exact, program), zone, bundle, counting)
-    else:
-        for bundle in rest:
-            faults += judge((exact, program), zone, pathlib.Path(bundle), counting)
+    with tempfile.TemporaryDirectory() as folder:
+        if kind == "golden":
+            bundles = golden(pathlib.Path(rest[0]))
+        elif kind == "generated":
+            bundles = generated(pathlib.Path(folder), int(rest[0]), int(rest[1]))
+        else:
+            bundles = ((kind, pathlib.Path(bundle)) for bundle in rest)
+        for zone, bundle in bundles:
+            faults += judge((exact, program), zone, bundle, counting)
     print("\n".join(faults[:40]))
     return 1 if faults else 0
 

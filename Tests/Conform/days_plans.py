@@ -19,12 +19,15 @@ class Generator:
         # Some weeks around a change of the clocks, in one half of the world or the other, or the end of February.
         self.first = self.random.choice([datetime.date(2024, 2, 12), datetime.date(2025, 3, 1), datetime.date(2026, 3, 20),
                                          datetime.date(2024, 8, 25), datetime.date(2026, 9, 20), datetime.date(2024, 10, 15)])
+        days = [self.first + datetime.timedelta(days=step) for step in range(45)]
+        noons = [datetime.datetime.combine(day, datetime.time(12), self.zone).utcoffset() for day in days]
+        self.days = days + 5 * [day for day, before, at in zip(days[1:], noons, noons[1:]) if before != at]
 
     def chance(self, share):
         return self.random.random() < share
 
     def date(self):
-        return self.first + datetime.timedelta(days=self.random.randrange(45))
+        return self.random.choice(self.days)
 
     def second(self):
         unit = self.random.choice((3600, 3600, 1800, 60, 1))

@@ -1,0 +1,62 @@
+#include <gmock/gmock.h>
+
+#include "Conform/Copy.h"
+#include "Conform/Days.h"
+#include "Conform/ProjectWeek.h"
+#include "Conform/WorkOverTime.h"
+#include "Tests/MappingSupport.h"
+
+// What the corrections of days say, and that they leave alone what is right. What they write is judged over many plans
+// (Tests/Conform/days_judge.py).
+
+namespace {
+
+const std::string kManyTimes =
+    "<time-span start-time='0' end-time='1'/><time-span start-time='2' end-time='3'/>"
+    "<time-span start-time='4' end-time='5'/><time-span start-time='6' end-time='7'/>"
+    "<time-span start-time='8' end-time='9'/><time-span start-time='10' end-time='11'/>";
+/// Off for an hour every other day, for centuries: that makes more exceptions than are kept.
+const std::string kSchedule = "<schedule-day day-of-week='monday'>" + kManyTimes +
+                              "<time-span start-time='7' end-time='6'/></schedule-day>"
+                              "<schedule-day day-of-week='tuesday'/><schedule-day day-of-week='thursday'/>"
+                              "<calendar><event start='2026-05-04T00:00:00' end='2700-01-01T09:00:00'/>"
+                              "<event start='9999-12-31T00:00:00' end='12026-01-01T00:00:00'/></calendar>";
+
+std::string text(const conform::Copy& copy) { return written(copy); }
+
+void correctAll(conform::Copy& copy) {
+  conform::correctDays(copy);
+  conform::correctWorkOverTime(copy);
+  conform::correctProjectWeek(copy);
+}
+
+}  // namespace
+
+TEST(Days, SayWhatTheyLeaveOutAndAreStable) {
+  const PinnedZone zone("UTC");
+  const std::string plan = scenario(resource("r1", "Staff", e("schedule", kSchedule)) + resource("r2", "Material") +
+                                    task("t1", "<assignment idref='r2' units='2'/>"));
+  const auto document = parsed(plan);
+  const conform::Plan bundle(*document, *document);
+  const std::string exact = written(*mapped(plan).output);
+
+  conform::Copy copy(exact, &bundle, {});
+  correctAll(copy);
+  EXPECT_THAT(copy.report.warnings(),
+              testing::ElementsAre("the calendars have too many exceptions: those before 2016-05-03 and after "
+                                   "2036-05-06 are left out",
+                                   "resource r1: hours that could not be said: 1",
+                                   "resource r1: time off and overtime before the year 1 or after 9999 is left out",
+                                   "resource r1: on days with more than five working times the smallest breaks became "
+                                   "working time"));
+  EXPECT_NE(text(copy), exact);
+
+  conform::Copy again(text(copy), &bundle, {});
+  conform::correctDays(again);
+  EXPECT_EQ(text(again), text(copy));
+  EXPECT_THAT(again.report.counts(), testing::SizeIs(1)) << "only what could not be said is counted again";
+
+  conform::Copy alone(text(copy), nullptr, {});
+  correctAll(alone);
+  EXPECT_EQ(text(alone), text(copy));
+}
