@@ -4,11 +4,27 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace conform {
 
 Hours::Hours(std::int64_t from, std::int64_t to) {
   if (from < to) spans_.push_back({from, to});
+}
+
+Hours::Hours(std::vector<Span> spans) : spans_(std::move(spans)) {
+  std::erase_if(spans_, [](const Span& span) { return span.from >= span.to; });
+  if (spans_.size() < 2) return;
+  std::sort(spans_.begin(), spans_.end(), [](const Span& a, const Span& b) { return a.from < b.from; });
+  std::size_t last = 0;
+  for (std::size_t next = 1; next < spans_.size(); ++next) {
+    if (spans_[next].from <= spans_[last].to) {
+      spans_[last].to = std::max(spans_[last].to, spans_[next].to);
+    } else {
+      spans_[++last] = spans_[next];
+    }
+  }
+  spans_.resize(last + 1);
 }
 
 std::int64_t Hours::seconds() const {
@@ -26,30 +42,24 @@ bool Hours::add(std::int64_t from, std::int64_t to) {
 
 void Hours::add(const Hours& other) {
   if (other.empty()) return;
-  const auto middle = static_cast<std::ptrdiff_t>(spans_.size());
-  spans_.insert(spans_.end(), other.spans_.begin(), other.spans_.end());
-  std::inplace_merge(spans_.begin(), spans_.begin() + middle, spans_.end(),
-                     [](const Span& a, const Span& b) { return a.from < b.from; });
-  std::size_t last = 0;
-  for (std::size_t next = 1; next < spans_.size(); ++next) {
-    if (spans_[next].from <= spans_[last].to) {
-      spans_[last].to = std::max(spans_[last].to, spans_[next].to);
-    } else {
-      spans_[++last] = spans_[next];
-    }
-  }
-  spans_.resize(last + 1);
+  std::vector<Span> both = std::move(spans_);
+  both.insert(both.end(), other.spans_.begin(), other.spans_.end());
+  *this = Hours(std::move(both));
 }
 
 void Hours::remove(const Hours& other) {
-  for (const Span& gone : other.spans_) {
-    std::vector<Span> left;
-    for (const Span& span : spans_) {
-      if (span.from < gone.from) left.push_back({span.from, std::min(span.to, gone.from)});
-      if (gone.to < span.to) left.push_back({std::max(span.from, gone.to), span.to});
+  std::vector<Span> left;
+  auto next = other.spans_.begin();
+  for (const Span& span : spans_) {
+    while (next != other.spans_.end() && next->to <= span.from) ++next;
+    std::int64_t from = span.from;
+    for (auto gone = next; gone != other.spans_.end() && gone->from < span.to; ++gone) {
+      if (from < gone->from) left.push_back({from, gone->from});
+      from = gone->to;
     }
-    spans_ = std::move(left);
+    if (from < span.to) left.push_back({from, span.to});
   }
+  spans_ = std::move(left);
 }
 
 Hours Hours::within(std::int64_t from, std::int64_t to) const {

@@ -23,6 +23,8 @@ class Hours {
   Hours() = default;
   /// One span, or none when it is empty. It must lie within the day.
   Hours(std::int64_t from, std::int64_t to);
+  /// The spans together. They may overlap, but must lie within the day.
+  explicit Hours(std::vector<Span> spans);
   /// From midnight to midnight.
   static Hours wholeDay() { return {0, kSecondsPerDay}; }
 

@@ -1,5 +1,6 @@
 #include "Conform/PlanHours.h"
 
+#include <algorithm>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -11,8 +12,28 @@
 namespace conform {
 namespace {
 
-/// Far above any real plan; they take a gigabyte.
-constexpr std::size_t kMaximumStretches = 5'000'000;
+/// Far above any real plan; they take less than a gigabyte.
+constexpr std::size_t kMaximumChanges = 50'000'000;
+
+/// An exception's name is repeated in each of its weeks.
+constexpr std::size_t kLongestName = 1000;
+
+/// A measure of the memory that the changes take: one for each stretch, span and source.
+std::size_t sizeOf(const DayChanges& changes) {
+  std::size_t size = 0;
+  for (const auto& [first, last, change] : changes) {
+    size += 1 + change.takes.spans().size() + change.gives.spans().size() + change.sources.size();
+  }
+  return size;
+}
+
+/// The text without what is behind the longest length, whole characters at a time.
+std::string shortened(std::string text) {
+  std::size_t length = std::min(text.size(), kLongestName);
+  while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
+  text.resize(length);
+  return text;
+}
 
 /// The week of a plan that says nothing of it.
 std::array<Hours, 8> standardWeek() {
@@ -54,7 +75,7 @@ std::string PlanHours::namesOf(const DayChange& change) const {
     if (!said.insert(sources_[source]).second) continue;
     names += (names.empty() ? "" : ", ") + sources_[source];
   }
-  return names;
+  return shortened(std::move(names));
 }
 
 const PlanHours::Level& PlanHours::level(std::size_t resource) {
@@ -85,10 +106,11 @@ void PlanHours::read(Level& level, std::size_t resource, const Level* above) {
   }
   level.changes = std::make_shared<DayChanges>(above != nullptr ? composed(*above->changes, schedule.changes())
                                                                 : schedule.changes());
-  changedStretches_ += level.changes->size();
-  platform::require(changedStretches_ <= kMaximumStretches,
-                    "The schedules change too often: more than {} stretches of days with hours of their own.",
-                    kMaximumStretches);
+  size_ += sizeOf(*level.changes);
+  platform::require(size_ <= kMaximumChanges,
+                    "The schedules change the hours of too many days. At most {} changes can "
+                    "be exported.",
+                    kMaximumChanges);
 }
 
 }  // namespace conform

@@ -36,7 +36,7 @@ class PlanHours {
   /// Whether the resource's own schedule names the weekday, 1 Sunday to 7 Saturday.
   [[nodiscard]] bool namesWeekDay(std::size_t resource, int weekday);
   /// Hours of the weekday where no dated change holds.
-  /// @throws InvariantFailure here and below when the schedules have more than five million stretches of changed days.
+  /// @throws InvariantFailure here and below when there are so many changes that they do not fit into memory.
   [[nodiscard]] const Hours& weekDay(std::size_t resource, int weekday);
   /// The dated changes of all levels together. Where the resource has none of its own, they are the group's list.
   [[nodiscard]] const DayChanges& changes(std::size_t resource);
@@ -47,7 +47,8 @@ class PlanHours {
   [[nodiscard]] std::size_t unsaid(std::size_t resource);
   /// Whether changes of the resource's own schedule before the year 1 or after 9999 were left out.
   [[nodiscard]] bool isCutOff(std::size_t resource);
-  /// Names of the sets of events that a change comes from, joined by ", ", each once, from the plan to the resource.
+  /// Names of the sets of events that a change comes from, joined by ", ", each once, from the plan to the resource;
+  /// cut off at a thousand bytes.
   [[nodiscard]] std::string namesOf(const DayChange& change) const;
 
  private:
@@ -65,7 +66,7 @@ class PlanHours {
   const Plan& plan_;
   std::vector<std::string> sources_;  ///< names of the sets of events; those of a group stand before its members'
   std::vector<std::unique_ptr<Level>> levels_;
-  std::size_t changedStretches_ = 0;
+  std::size_t size_ = 0;  ///< of all changes
 };
 
 }  // namespace conform

@@ -22,7 +22,7 @@ constexpr std::size_t kMaximumOverlaps = 10'000'000;
 struct Event {
   std::int64_t first = 0;
   std::int64_t last = 0;
-  Hours hours;
+  Span hours;
   bool overtime = false;
   std::size_t source = 0;
 };
@@ -47,17 +47,22 @@ std::optional<Event> eventOf(xml::Node element) {
     --event.last;
   }
   if (from >= to || event.first > event.last) return std::nullopt;
-  event.hours = Hours(from, to);
+  event.hours = {from, to};
   return event;
 }
 
 /// What events that hold at once do: all overtime first, then all time off.
 DayChange changeOf(const std::vector<const Event*>& events) {
-  DayChange change;
+  std::vector<Span> overtime;
+  std::vector<Span> timeOff;
+  std::vector<std::size_t> sources;
   for (const Event* event : events) {
-    (event->overtime ? change.gives : change.takes).add(event->hours);
-    change.addSources({event->source});
+    (event->overtime ? overtime : timeOff).push_back(event->hours);
+    sources.push_back(event->source);
   }
+  std::sort(sources.begin(), sources.end());
+  sources.erase(std::unique(sources.begin(), sources.end()), sources.end());
+  DayChange change{Hours(std::move(timeOff)), Hours(std::move(overtime)), std::move(sources)};
   change.gives.remove(change.takes);
   return change;
 }

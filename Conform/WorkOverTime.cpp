@@ -30,9 +30,6 @@ constexpr std::size_t kTopResource = 0;
 constexpr std::int64_t kRemaining = 1;
 constexpr std::int64_t kActual = 2;
 
-/// What the exact file has at most for one task. A longer stretch is not divided into days.
-constexpr std::int64_t kMaximumDays = 100'000;
-
 /// A stretch of time in clock readings, and how much is done in it: of a piece its effort in thousandths of seconds, of
 /// a day's part its working seconds, of an entry its work in seconds.
 struct Stretch {
@@ -87,13 +84,20 @@ Stretches wholeOf(pugi::xml_node assignment) {
   return {{*start, *finish, 0}};
 }
 
-/// The working time of each day in the piece.
-Stretches workingDays(PlanHours& hours, std::size_t resource, const Stretch& piece) {
+/// Whose hours count, and the most days that a piece is divided into.
+struct Worker {
+  PlanHours& hours;
+  std::size_t resource;
+  std::int64_t mostDays;
+};
+
+/// The working time of each day in the piece; none when there is none, or there are too many days.
+Stretches workingDays(const Worker& worker, const Stretch& piece) {
   Stretches days;
-  if (piece.finish - piece.start > kMaximumDays * kSecondsPerDay) return days;
+  if (piece.finish - piece.start > worker.mostDays * kSecondsPerDay) return days;
   for (std::int64_t day = dayOf(piece.start); day <= dayOf(piece.finish - 1); ++day) {
     const std::int64_t midnight = day * kSecondsPerDay;
-    const Hours part = hours.on(resource, day)
+    const Hours part = worker.hours.on(worker.resource, day)
                            .within(std::max<std::int64_t>(piece.start - midnight, 0),
                                    std::min(piece.finish - midnight, kSecondsPerDay));
     if (part.empty()) continue;
@@ -103,11 +107,11 @@ Stretches workingDays(PlanHours& hours, std::size_t resource, const Stretch& pie
 }
 
 /// The work of the assignment in entries, in order of time.
-Stretches spread(std::int64_t work, Stretches pieces, PlanHours& hours, std::size_t resource) {
+Stretches spread(std::int64_t work, Stretches pieces, const Worker& worker) {
   const bool hasEfforts = sumOf(pieces) > 0;
   std::vector<Stretches> days;
   for (Stretch& piece : pieces) {
-    days.push_back(workingDays(hours, resource, piece));
+    days.push_back(workingDays(worker, piece));
     if (!hasEfforts) piece.amount = sumOf(days.back());
     if (days.back().empty()) days.back().push_back({piece.start, piece.finish, 1});
   }
@@ -167,14 +171,15 @@ void correct(const AssignmentItem& item, const Plan& plan, PlanHours& hours, std
   const xml::Node task = plan.tasks()[item.source->task];
   Stretches pieces = piecesOf(plan.scenario(), task);
   if (pieces.empty()) pieces = wholeOf(assignment);
+  // The exact file has an entry for each day of what the exporter could divide. Dates that are centuries off and that
+  // it did not look at would make millions.
+  std::int64_t entries = 0;
+  while (assignment.remove_child(kElement)) ++entries;
   const auto work =
       platform::truncated<std::int64_t>(MSPIUtilities::mspdiToMppDuration(assignment.child_value("Work")));
-  const std::string uid = xml::escapedText(assignment.child_value("UID"));
-  const std::string markup =
-      markupOf(spread(work, std::move(pieces), hours, resource), Completion::ofTask(task).doneOf(work), uid);
-  while (assignment.remove_child(kElement)) {
-  }
-  appendMarkup(assignment, markup);
+  appendMarkup(assignment,
+               markupOf(spread(work, std::move(pieces), {hours, resource, entries + 1}),
+                        Completion::ofTask(task).doneOf(work), xml::escapedText(assignment.child_value("UID"))));
 }
 
 }  // namespace
