@@ -70,17 +70,14 @@ Hours Hours::within(std::int64_t from, std::int64_t to) const {
 }
 
 Hours Hours::inAtMost(std::size_t count) const {
-  Hours merged = *this;
-  auto& spans = merged.spans_;
-  while (spans.size() > count) {
-    std::size_t smallest = 1;
-    for (std::size_t i = 2; i < spans.size(); ++i) {
-      if (spans[i].from - spans[i - 1].to < spans[smallest].from - spans[smallest - 1].to) smallest = i;
-    }
-    spans[smallest - 1].to = spans[smallest].to;
-    spans.erase(spans.begin() + static_cast<std::ptrdiff_t>(smallest));
-  }
-  return merged;
+  if (spans_.size() <= count) return *this;
+  std::vector<Span> gaps;
+  for (std::size_t i = 1; i < spans_.size(); ++i) gaps.push_back({spans_[i - 1].to, spans_[i].from});
+  std::stable_sort(gaps.begin(), gaps.end(),
+                   [](const Span& a, const Span& b) { return a.to - a.from < b.to - b.from; });
+  gaps.resize(spans_.size() - count);
+  gaps.insert(gaps.end(), spans_.begin(), spans_.end());
+  return Hours(std::move(gaps));
 }
 
 std::string timeOfDayText(std::int64_t second) {
