@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
 #include <string>
+#include <string_view>
 
 #include "Conform/Copy.h"
 #include "Conform/Elements.h"
@@ -16,8 +19,18 @@ struct Choice {
   std::string reason;
 };
 
-Choice choose(const std::string& said) {
+/// Several currencies share the symbol, and nearly every plan that has it means this one.
+struct UsualCode {
+  std::string_view symbol;
+  std::string_view code;
+};
+constexpr std::array<UsualCode, 2> kUsualCodes = {{{"£", "GBP"}, {"¥", "JPY"}}};
+
+Choice choose(std::string_view symbol, const std::string& said) {
   if (!said.empty()) return {said, "as the command line says"};
+  const auto* usual = std::find_if(kUsualCodes.begin(), kUsualCodes.end(),
+                                   [symbol](const UsualCode& entry) { return entry.symbol == symbol; });
+  if (usual != kUsualCodes.end()) return {std::string(usual->code), "which it usually stands for"};
   if (const auto machine = platform::currencyOfMachine()) {
     return {machine->code, fmt::format("which the machine's locale {} has", machine->locale)};
   }
@@ -29,9 +42,9 @@ Choice choose(const std::string& said) {
 void correctCurrency(Copy& copy) {
   const auto [symbol, code] = childrenOf(copy.project, "CurrencySymbol", "CurrencyCode");
   if (!isBlank(textOf(code))) return;
-  const Choice choice = choose(copy.options().currency);
-  copy.report.warn(fmt::format("the currency's symbol \"{}\" tells no code: it is {} now, {}", textOf(symbol),
-                               choice.code, choice.reason));
+  const Choice choice = choose(textOf(symbol), copy.options().currency);
+  copy.report.warn(fmt::format("the currency's symbol \"{}\" has several codes or none: {} is written, {}",
+                               textOf(symbol), choice.code, choice.reason));
   setText(copy.project, code, "CurrencyCode", choice.code);
   copy.report.count("projects without a currency");
 }

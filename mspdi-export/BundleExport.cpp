@@ -4,31 +4,33 @@
 #include <utility>
 
 #include "Conform/Corrections.h"
+#include "Conform/Doubts.h"
 #include "Conform/Failure.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
-#include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/System/NumberedPath.h"
 #include "mspdi-export/OutputPath.h"
+#include "mspdi-export/ZoneChoice.h"
 
 namespace {
 
-/// While it lives, nobody sees the exporter's log. What it warns about the bundle's documents is kept.
-class QuietLog {
+/// While it lives, the exporter's log goes to the request's sink. What it warns of the bundle's documents is kept.
+class LogHook {
  public:
-  explicit QuietLog(std::vector<std::string>& warnings) {
-    platform::setLogSink([&warnings](std::string_view record) {
+  LogHook(const std::function<void(std::string_view)>& log, std::vector<std::string>& warnings) {
+    platform::setLogSink([&log, &warnings](std::string_view record) {
+      if (log) log(record);
       constexpr std::string_view kMark = "WARNING: ";
       if (!record.starts_with("WARNING: Document ")) return;
       if (record.ends_with('.')) record.remove_suffix(1);
       warnings.emplace_back(record.substr(kMark.size()));
     });
   }
-  ~QuietLog() { platform::setLogSink({}); }
-  QuietLog(const QuietLog&) = delete;
-  QuietLog& operator=(const QuietLog&) = delete;
+  ~LogHook() { platform::setLogSink({}); }
+  LogHook(const LogHook&) = delete;
+  LogHook& operator=(const LogHook&) = delete;
 };
 
 /// The document's bytes, in one piece of the right size: a plan's may be larger than what else is in memory.
@@ -41,53 +43,90 @@ std::string bytesOf(const xml::OutputDocument& document) {
   return bytes;
 }
 
+/// Of a date that something else than a time follows the exporter says nothing.
+std::string reasonOf(const platform::Exception& exception) {
+  std::string reason =
+      exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
+  if (reason.ends_with('.')) reason.pop_back();
+  return reason;
+}
+
+std::size_t linksOf(const conform::Copy& copy) {
+  std::size_t links = 0;
+  for (const conform::Item& task : copy.tasks) {
+    for ([[maybe_unused]] const auto link : task.element.children("PredecessorLink")) ++links;
+  }
+  return links;
+}
+
 }  // namespace
 
-struct BundleExport::Exported {
-  MSPEXMLExporter::DocumentPointer plan;
-  MSPEXMLExporter::DocumentPointer tableOfContents;
-  std::string bytes;
-};
+ExportResult BundleExport::run() {
+  try {
+    exportBundle();
+  } catch (const platform::Exception& exception) {
+    result_.status = ExportResult::Status::kFailed;
+    result_.reason = reasonOf(exception);
+  }
+  return std::move(result_);
+}
 
-BundleExport::BundleExport(std::string bundle, std::string currency, bool keepDates)
-    : bundle_(platform::absolutePath(std::move(bundle))),
-      options_{platform::deletePathExtension(platform::lastPathComponent(bundle_)), std::move(currency), keepDates} {}
-
-BundleExport::Result BundleExport::writeTo(const std::string& output) {
-  const std::string path = outputPath(bundle_, output);
+void BundleExport::exportBundle() {
+  result_.path = outputPath(request_.defaultFolder, request_.baseName, request_.output);
   // What the export took is given back here, before the document is taken apart.
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
-  conform::Copy copy(std::move(exported.bytes), &plan, options_);
+  conform::Copy copy(std::move(exported.bytes), &plan, {request_.baseName, request_.currency, request_.keepDates});
+  conform::warnOfDoubts(plan, copy.report);
   conform::correct(copy);
-  const auto& said = copy.report.warnings();
-  warnings_.insert(warnings_.end(), said.begin(), said.end());
-  return {write(copy, path), copy.tasks.size(), copy.resources.size() - 1, copy.assignments.size(),
-          std::move(warnings_)};
+  describe(copy);
+  if (request_.strict && !result_.warnings.empty()) conform::fail("there are warnings, so nothing is written");
+  if (!request_.check) write(copy);
+  result_.status = request_.check ? ExportResult::Status::kChecked : ExportResult::Status::kWritten;
 }
 
 BundleExport::Exported BundleExport::exportInMemory() {
-  const QuietLog quiet(warnings_);
-  const MSPEXMLExporter exporter({{kInfoMSPDIProjectName, options_.baseName}});
-  const MSPEXMLExporter::Mapped mapped = exporter.map(bundle_);
+  const LogHook hook(request_.log, result_.warnings);
+  MSPEXMLExporter::Contents contents = MSPEXMLExporter::readContents(request_.bundle);
+  if (contents.plan) {
+    const ZoneChoice zone = chooseZone(contents.plan->root(), request_.zone);
+    result_.zone = zone.name;
+    result_.zoneSentence = zone.sentence;
+    if (!zone.warning.empty()) result_.warnings.push_back(zone.warning);
+  }
+  result_.baselines = contents.baselines.size();
+  const MSPEXMLExporter exporter({{kInfoMSPDIProjectName, request_.baseName}});
+  const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents));
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) conform::fail("its front window shows no plan");
   return {mapped.contents.plan, mapped.contents.tableOfContents, bytesOf(*document)};
 }
 
-std::string BundleExport::write(const conform::Copy& copy, const std::string& path) {
-  platform::NumberedPath target(path);
-  while (platform::mayExist(target.get())) target.goOn();
+void BundleExport::describe(const conform::Copy& copy) {
+  const auto& said = copy.report.warnings();
+  result_.warnings.insert(result_.warnings.end(), said.begin(), said.end());
+  result_.tasks = copy.tasks.size();
+  result_.links = linksOf(copy);
+  result_.resources = copy.resources.size() - 1;
+  result_.assignments = copy.assignments.size();
+  result_.calendars = copy.calendars.size();
+}
+
+void BundleExport::write(const conform::Copy& copy) {
+  using Outcome = platform::AtomicFile::Outcome;
+  platform::NumberedPath target(result_.path);
+  const auto mayReplace = [&] { return request_.overwrite && target.isFirst(); };
+  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::mayExist(target.get())) target.goOn();
   platform::AtomicFile file(target.get());
   copy.serialize([&file](std::string_view piece) { file.append(piece); });
-  platform::AtomicFile::Outcome outcome = file.commit(target.get());
-  while (outcome == platform::AtomicFile::Outcome::kTargetExists) {
-    // Another program took the name meanwhile.
+  Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());
+  while (outcome == Outcome::kTargetExists) {
+    // Another program took the name meanwhile, or the system protects what is there.
     target.goOn();
     outcome = file.commit(target.get());
   }
-  if (outcome == platform::AtomicFile::Outcome::kFailed) {
-    conform::fail("cannot write " + target.get() + ": " + file.failureReason());
+  if (outcome == Outcome::kFailed) {
+    conform::fail("the file '" + target.get() + "' could not be written: " + file.failureReason());
   }
-  return target.get();
+  result_.path = target.get();
 }

@@ -1,13 +1,18 @@
 #include "mspdi-export/ExportArguments.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <string_view>
 
 #include "Platform/System/Console.h"
 
 namespace {
 
 constexpr const char* kProgram = "mspdi-export";
-constexpr int kWrongUse = 2;
 
 /// Lets a currency's code be three letters, and makes capitals of them.
 std::string asCurrencyCode(std::string& code) {
@@ -18,27 +23,79 @@ std::string asCurrencyCode(std::string& code) {
   return isCode ? "" : "is no code of three letters, such as EUR";
 }
 
-}  // namespace
-
-std::variant<ExportArguments, int> readExportArguments(int argc, const char* const* argv) {
-  ExportArguments arguments;
-  CLI::App app("Exports a Korvella plan as the Microsoft Project XML file that one sends.", kProgram);
-  app.add_option("bundle", arguments.bundle, "The plan: a folder whose name ends in .kvdx")
+void addOptions(CLI::App& app, ExportArguments& arguments) {
+  app.add_option("bundles", arguments.bundles, "Plans: .kvdx folders, zip archives of them, folders that hold some")
       ->required()
       ->type_name("BUNDLE");
   app.add_option("-o,--output", arguments.output, "File to write, or existing folder to write into")
       ->type_name("OUTPUT");
-  app.add_flag("--keep-dates", arguments.keepDates, "Schedule every task by hand, so that no reader moves it");
+  app.add_flag("--overwrite", arguments.overwrite, "Replace the file of that name; without it, Plan-1.xml is written");
+  app.add_option("--zone", arguments.zone, "Time zone of the dates, or \"machine\"; by default the plan's own")
+      ->type_name("NAME");
   app.add_option("--currency", arguments.currency, "Currency, when the plan's symbol does not tell it")
       ->type_name("CODE")
       ->check(CLI::Validator(asCurrencyCode, ""));
+  app.add_flag("--keep-dates", arguments.keepDates, "Schedule every task by hand, so that no reader moves it");
+  app.add_flag("--check", arguments.check, "Do everything but write");
+  app.add_flag("--strict", arguments.strict, "Write nothing when there is a warning");
+  auto* quiet = app.add_flag("-q,--quiet", arguments.quiet, "Say nothing but errors");
+  app.add_flag("-v,--verbose", arguments.verbose, "Show the exporter's log as well")->excludes(quiet);
+  app.add_flag("--json", arguments.json, "Write one JSON object for each bundle to standard output");
   app.set_version_flag("--version", std::string(kProgram) + " " + MSPDI_VERSION);
+}
+
+/// How many letters have to be put in, taken out or changed to make the one of the other.
+std::size_t distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+/// The option that was perhaps meant.
+std::optional<std::string> nearestOption(const CLI::App& app, std::string_view typed) {
+  constexpr std::size_t kMostTypos = 3;
+  typed = typed.substr(0, typed.find('='));
+  std::optional<std::string> nearest;
+  std::size_t least = std::min(kMostTypos, typed.size() / 2) + 1;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      const std::size_t typos = distance(typed, "--" + name);
+      if (typos < least) nearest = "--" + name;
+      least = std::min(least, typos);
+    }
+  }
+  return nearest;
+}
+
+/// Says what is wrong; an option that nobody knows is answered with the nearest one.
+void tellWrongUse(const CLI::App& app, const CLI::ParseError& error) {
+  platform::say(kProgram, error.what());
+  for (const std::string& extra : app.remaining()) {
+    const auto nearest = extra.starts_with("-") ? nearestOption(app, extra) : std::nullopt;
+    if (nearest) platform::say(kProgram, fmt::format("did you mean {} instead of {}?", *nearest, extra));
+  }
+  platform::say(kProgram, "see mspdi-export --help");
+}
+
+}  // namespace
+
+std::variant<ExportArguments, int> readExportArguments(int argc, const char* const* argv) {
+  ExportArguments arguments;
+  CLI::App app("Exports Korvella plans as the Microsoft Project XML files that one sends.", kProgram);
+  addOptions(app, arguments);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    platform::say(kProgram, error.what());
-    platform::say(kProgram, "see mspdi-export --help");
+    tellWrongUse(app, error);
     return kWrongUse;
   }
   return arguments;

@@ -2,15 +2,26 @@
 
 #include <string>
 #include <variant>
+#include <vector>
 
 /// What the command line asks for.
 struct ExportArguments {
-  std::string bundle;
-  std::string output;    ///< a file or an existing folder; empty for beside the bundle
-  std::string currency;  ///< ISO 4217 code in capitals; empty when not given
-  bool keepDates = false;
+  std::vector<std::string> bundles;  ///< bundles, packed bundles, folders with bundles below
+  std::string output;                ///< a file or an existing folder; empty for beside the bundle
+  std::string zone;                  ///< as in TZ; "machine" for this machine's; empty for the plan's own
+  std::string currency;              ///< ISO 4217 code in capitals; empty when not given
+  bool overwrite = false;            ///< replace the file that has the output's name
+  bool keepDates = false;            ///< schedule every task by hand
+  bool check = false;                ///< do everything but write
+  bool strict = false;               ///< warnings count as failures
+  bool quiet = false;                ///< only errors
+  bool verbose = false;              ///< the exporter's log as well
+  bool json = false;                 ///< one JSON object a bundle on standard output
 };
 
+/// The status of a command line that makes no sense.
+inline constexpr int kWrongUse = 2;
+
 /// Reads the command line. Help, the version and what is wrong are said.
-/// @return the arguments, or the status to end with when there is nothing to export: 0 or 2.
+/// @return the arguments, or the status to end with when there is nothing to export: 0 or kWrongUse.
 [[nodiscard]] std::variant<ExportArguments, int> readExportArguments(int argc, const char* const* argv);

@@ -2,42 +2,157 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
 #include "Platform/System/Console.h"
-#include "Platform/System/Exceptions.h"
-#include "mspdi-export/BundleExport.h"
+#include "Platform/System/FileSystem.h"
+#include "Platform/System/Process.h"
+#include "mspdi-export/ProgressBar.h"
+#include "mspdi-export/Remedies.h"
+#include "mspdi-export/Summary.h"
 
 namespace {
 
 template <typename... Args>
-void tell(fmt::format_string<Args...> format, Args&&... args) {
+void say(fmt::format_string<Args...> format, Args&&... args) {
   platform::say("mspdi-export", fmt::format(format, std::forward<Args>(args)...));
 }
 
-/// Of a date that something else than a time follows the exporter says nothing.
-std::string reasonOf(const platform::Exception& exception) {
-  return exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
+/// Follows an export by the exporter's log: it names how many tasks there are, and then each.
+class LogProgress {
+ public:
+  LogProgress(ProgressBar& bar, std::string label) : bar_(bar), label_(std::move(label)) {}
+
+  void take(std::string_view record) {
+    constexpr std::string_view kAll = "Mapping ";
+    if (record.starts_with("  Mapping Task ")) {
+      bar_.update(++done_, total_, label_);
+    } else if (record.starts_with(kAll) && record.ends_with(" Tasks ...")) {
+      for (const char c : record.substr(kAll.size(), record.find(' ', kAll.size()) - kAll.size())) {
+        total_ = total_ * 10 + static_cast<std::size_t>(c - '0');
+      }
+    }
+  }
+
+ private:
+  ProgressBar& bar_;
+  std::string label_;
+  std::size_t done_ = 0;
+  std::size_t total_ = 0;
+};
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-void tellResult(const BundleExport::Result& result) {
-  for (const std::string& warning : result.warnings) tell("warning: {}", warning);
-  tell("{} written: {} tasks, {} resources, {} assignments, {} warnings", result.path, result.tasks, result.resources,
-       result.assignments, result.warnings.size());
+/// One line for each bundle, names and outcomes in columns.
+void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::ChildResult>& results) {
+  std::size_t width = 0;
+  for (const Bundle& bundle : bundles) width = std::max(width, bundle.path.size());
+  for (std::size_t i = 0; i < bundles.size(); ++i) {
+    const bool isKilled = results[i].said.empty();
+    say("{:<{}}  {}", bundles[i].path, width, isKilled ? "failed: its process ended unexpectedly" : results[i].said);
+  }
 }
 
 }  // namespace
 
 int ExportCommand::run() {
-  const auto arguments = readExportArguments(argc_, argv_);
-  if (const int* status = std::get_if<int>(&arguments)) return *status;
-  return exportAndTell(std::get<ExportArguments>(arguments));
+  const auto read = readExportArguments(argc_, argv_);
+  if (const int* status = std::get_if<int>(&read)) return *status;
+  arguments_ = std::get<ExportArguments>(read);
+  const FoundBundles found = findBundles(arguments_.bundles);
+  for (const std::string& problem : found.problems) say("{}", problem);
+  if (found.bundles.size() > 1 && !arguments_.output.empty() && !platform::isDirectory(arguments_.output)) {
+    say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
+    return kWrongUse;
+  }
+  std::size_t failed = found.problems.size();
+  if (found.bundles.size() == 1) {
+    failed += exportAndTell(found.bundles[0], true).status == ExportResult::Status::kFailed ? 1 : 0;
+  } else {
+    failed += exportAll(found.bundles);
+  }
+  return failed == 0 ? 0 : 1;
 }
 
-int ExportCommand::exportAndTell(const ExportArguments& arguments) {
-  try {
-    tellResult(BundleExport(arguments.bundle, arguments.currency, arguments.keepDates).writeTo(arguments.output));
-    return 0;
-  } catch (const platform::Exception& exception) {
-    tell("{}: {}", arguments.bundle, reasonOf(exception));
-    return 1;
+std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
+  ProgressBar bar(!arguments_.quiet && !arguments_.json);
+  std::vector<platform::ChildResult> results;
+  for (const Bundle& bundle : bundles) {
+    bar.update(results.size(), bundles.size(), bundle.path, true);
+    results.push_back(platform::runInChild([&]() -> platform::ChildResult {
+      bar.clear();
+      const ExportResult result = exportAndTell(bundle, false);
+      if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
+      return {0, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
+    }));
+  }
+  bar.clear();
+  const auto failed = static_cast<std::size_t>(
+      std::count_if(results.begin(), results.end(), [](const auto& result) { return result.status != 0; }));
+  if (!arguments_.quiet && !arguments_.json && !bundles.empty()) {
+    tellTable(bundles, results);
+    say("{} of {} bundles exported", bundles.size() - failed, bundles.size());
+  }
+  return failed;
+}
+
+ExportResult ExportCommand::exportAndTell(const Bundle& bundle, bool showsProgress) const {
+  const auto start = std::chrono::steady_clock::now();
+  ExportResult result;
+  if (bundle.isPacked) {
+    const UnpackedBundle unpacked(bundle);
+    if (unpacked.problem()) {
+      result.reason = "the archive could not be unpacked: " + *unpacked.problem();
+    } else {
+      result = exportFolder(bundle, unpacked.path(), showsProgress);
+    }
+  } else {
+    result = exportFolder(bundle, bundle.path, showsProgress);
+  }
+  tell(bundle, result, secondsSince(start));
+  return result;
+}
+
+ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const {
+  ProgressBar bar(showsProgress && !arguments_.quiet && !arguments_.verbose && !arguments_.json);
+  LogProgress progress(bar, platform::lastPathComponent(bundle.path));
+  ExportRequest request;
+  request.bundle = platform::absolutePath(folder);
+  request.baseName = baseNameOf(bundle);
+  request.defaultFolder = platform::deleteLastPathComponent(platform::absolutePath(bundle.path));
+  request.output = arguments_.output;
+  request.zone = arguments_.zone;
+  request.currency = arguments_.currency;
+  request.overwrite = arguments_.overwrite;
+  request.keepDates = arguments_.keepDates;
+  request.check = arguments_.check;
+  request.strict = arguments_.strict;
+  request.log = [&](std::string_view record) {
+    progress.take(record);
+    if (arguments_.verbose) say("{}", record);
+  };
+  return BundleExport(std::move(request)).run();
+}
+
+void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
+  const bool isFailed = result.status == ExportResult::Status::kFailed;
+  if (arguments_.json) {
+    fmt::print("{}\n", jsonOf(bundle, result, seconds));
+    std::fflush(stdout);
+    return;
+  }
+  if (!arguments_.quiet) {
+    for (const std::string& warning : result.warnings) say("warning: {}", warning);
+    if (!result.zoneSentence.empty()) say("{}", result.zoneSentence);
+  }
+  if (isFailed) {
+    say("{}: {}.", bundle.path, result.reason);
+    say("{}", remedyFor(result.reason));
+  } else if (!arguments_.quiet) {
+    say("{}", summaryOf(result, seconds));
   }
 }

@@ -1,18 +1,32 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "mspdi-export/BundleExport.h"
+#include "mspdi-export/Bundles.h"
 #include "mspdi-export/ExportArguments.h"
 
-/// The command mspdi-export: reads the command line, exports, and says on standard error what became of it.
+/// The command mspdi-export: reads the command line, exports each bundle, and says what became of it. Several bundles
+/// are exported one after the other, each in a process of its own, since numbers and time zone belong to the process.
 class ExportCommand {
  public:
   ExportCommand(int argc, const char* const* argv) : argc_(argc), argv_(argv) {}
 
-  /// @return the exit status: 0 when the file was written, 1 when it was not, 2 for a wrong use.
+  /// @return the exit status: 0 when every file was written (or could be, with --check), 1 when one was not, 2 for a
+  /// wrong use.
   int run();
 
  private:
-  static int exportAndTell(const ExportArguments& arguments);
+  /// Exports the bundle in this process and says what became of it.
+  [[nodiscard]] ExportResult exportAndTell(const Bundle& bundle, bool showsProgress) const;
+  /// @param folder the bundle itself, or what it was unpacked to.
+  [[nodiscard]] ExportResult exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const;
+  void tell(const Bundle& bundle, const ExportResult& result, double seconds) const;
+  /// @return how many bundles failed.
+  [[nodiscard]] std::size_t exportAll(const std::vector<Bundle>& bundles) const;
 
   int argc_;
   const char* const* argv_;
+  ExportArguments arguments_;
 };

@@ -51,15 +51,14 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   log("Input:  '{}'", source->path());
   log("Output: '{}'", path.get());
 
-  const Mapped mapped = map(source->path());
+  const Mapped mapped = map(readContents(source->path()));
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) return false;
   write(*document, path);
   return true;
 }
 
-MSPEXMLExporter::Mapped MSPEXMLExporter::map(const std::string& bundle) const {
-  Contents contents = readContents(bundle);
+MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents) const {
   auto context =
       std::make_unique<MSPEMapper>(contents.plan, contents.tableOfContents, contents.baselines, nullptr, info_);
   context->map();

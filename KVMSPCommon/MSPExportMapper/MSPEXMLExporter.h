@@ -46,15 +46,18 @@ class MSPEXMLExporter {
     std::unique_ptr<MSPEMapper> context;
   };
 
-  /// Reads and maps the bundle as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result.
+  /// Reads what an export needs of the bundle.
   /// @param bundle path of the bundle's folder.
-  /// @throws platform::Exception what the mappers raise. The context has no document when there is nothing to export.
-  [[nodiscard]] Mapped map(const std::string& bundle) const;
+  /// @throws platform::Exception when something that an export cannot do without is missing or unreadable.
+  [[nodiscard]] static Contents readContents(const std::string& bundle);
+  /// Maps the contents as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result. Its context
+  /// has no document when there is nothing to export.
+  /// @throws platform::Exception what the mappers raise.
+  [[nodiscard]] Mapped map(Contents contents) const;
 
  private:
   [[nodiscard]] bool exportBundle(const std::optional<platform::URL>& source,
                                   const std::optional<platform::URL>& destination) const;
-  [[nodiscard]] static Contents readContents(const std::string& bundle);
   /// The document in a file below the bundle, repaired when it is malformed.
   /// @throws platform::Exception when nothing can be made of it.
   [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);

@@ -1,12 +1,68 @@
 #include "Platform/System/Process.h"
 
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <string_view>
 
 namespace platform {
 
 void reportWriteErrors() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+}
+
+namespace {
+
+void writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+std::string readAll(int descriptor) {
+  std::string text;
+  std::array<char, 4096> block{};
+  for (;;) {
+    const ssize_t got = ::read(descriptor, block.data(), block.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return text;
+    text.append(block.data(), static_cast<std::size_t>(got));
+  }
+}
+
+[[noreturn]] void beChild(int answer, const std::function<ChildResult()>& work) {
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // no child goes on when the parent is gone
+  const ChildResult result = work();
+  writeAll(answer, result.said);
+  std::fflush(nullptr);
+  ::_exit(result.status);
+}
+
+}  // namespace
+
+ChildResult runInChild(const std::function<ChildResult()>& work) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {1, "failed: no process could be started"};
+  const pid_t child = ::fork();
+  if (child == 0) beChild(ends[1], work);
+  ::close(ends[1]);
+  ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(ends[0])};
+  ::close(ends[0]);
+  int status = 0;
+  while (child > 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  if (child > 0 && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+  return result;
 }
 
 }  // namespace platform

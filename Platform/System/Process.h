@@ -1,10 +1,23 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
 namespace platform {
 
 /// Lets writing to a closed pipe or beyond a file-size limit fail like any
 /// other write, instead of ending the process. For programs, not for libraries:
 /// called once, from main.
 void reportWriteErrors();
+
+/// What a child process came to.
+struct ChildResult {
+  int status = 1;    ///< 0 when all went well
+  std::string said;  ///< one line for the parent; empty when the process was ended from outside
+};
+
+/// Runs the work in a copy of this process, and waits for it. What the work says on the standard streams is seen at
+/// once. An exception that it lets out ends the child alone.
+[[nodiscard]] ChildResult runInChild(const std::function<ChildResult()>& work);
 
 }  // namespace platform

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/System/ZipArchive.h"
+
+/// A bundle that a command is to export.
+struct Bundle {
+  std::string path;       ///< as it was given, or found below what was given
+  bool isPacked = false;  ///< a zip archive that holds the bundle
+};
+
+/// What the arguments of a command lead to.
+struct FoundBundles {
+  std::vector<Bundle> bundles;        ///< in the order of the arguments; those below a folder by name
+  std::vector<std::string> problems;  ///< a sentence for each argument that leads to none
+};
+
+/// A `.kvdx` folder is a bundle; any other folder stands for all bundles below it. A `.zip` file and a file that is
+/// named like a bundle hold a packed one. Links below a folder are not followed.
+[[nodiscard]] FoundBundles findBundles(const std::vector<std::string>& arguments);
+
+/// The file's name without what says that it is a bundle: "Plan" of "/plans/Plan.kvdx.zip".
+[[nodiscard]] std::string baseNameOf(const Bundle& bundle);
+
+/// A packed bundle in a private folder, which goes with this value.
+class UnpackedBundle {
+ public:
+  /// Unpacks; problem() says whether that went well.
+  explicit UnpackedBundle(const Bundle& bundle);
+
+  /// Path of the bundle's folder.
+  [[nodiscard]] const std::string& path() const { return path_; }
+  /// Why there is no bundle; none when there is one.
+  [[nodiscard]] const std::optional<std::string>& problem() const { return problem_; }
+
+ private:
+  platform::TemporaryFolder folder_;
+  std::string path_;
+  std::optional<std::string> problem_;
+};

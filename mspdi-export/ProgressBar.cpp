@@ -1,0 +1,30 @@
+#include "mspdi-export/ProgressBar.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+ProgressBar::ProgressBar(bool isShown) : isShown_(isShown && ::isatty(STDERR_FILENO) == 1) {}
+
+void ProgressBar::update(std::size_t done, std::size_t total, const std::string& label, bool atOnce) {
+  if (!isShown_ || total == 0) return;
+  const std::size_t percent = std::min<std::size_t>(done * 100 / total, 100);
+  if (isOnScreen_ && percent == lastPercent_) return;  // thousands of tasks share one percent
+  if (!atOnce && std::chrono::steady_clock::now() - start_ < std::chrono::seconds(1)) return;
+  constexpr std::size_t kWidth = 24;
+  const std::size_t filled = percent * kWidth / 100;
+  fmt::print(stderr, "\r\x1b[K[{}{}] {:3} %  {}", std::string(filled, '#'), std::string(kWidth - filled, ' '), percent,
+             label);
+  std::fflush(stderr);
+  isOnScreen_ = true;
+  lastPercent_ = percent;
+}
+
+void ProgressBar::clear() {
+  if (!isOnScreen_) return;
+  fmt::print(stderr, "\r\x1b[K");
+  std::fflush(stderr);
+  isOnScreen_ = false;
+}

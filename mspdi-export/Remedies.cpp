@@ -1,0 +1,38 @@
+#include "mspdi-export/Remedies.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// A part of the reason, and the remedy.
+struct Remedy {
+  std::string_view part;
+  std::string_view text;
+};
+
+constexpr std::array kRemedies = {
+    Remedy{"could not be written", "Make room, or choose another place with -o."},
+    Remedy{"does not exist", "Make the folder, or choose another place with -o."},
+    Remedy{"neither an existing folder nor", "Choose a name that ends in .xml, or make the folder first."},
+    Remedy{"inside of the bundle", "Choose a place outside of the bundle with -o."},
+    Remedy{"there are warnings", "Correct what the warnings name, or leave out --strict."},
+    Remedy{"no time zone", "Choose one of the names that timedatectl list-timezones prints."},
+    Remedy{"may be equal only at midnight", "Choose the zone of the plan's author with --zone."},
+    Remedy{"unpacks to more", "Unpack the archive yourself, if you trust it."},
+    Remedy{"Incorrect value of percentComplete", "Correct the task whose done effort is above its effort."},
+    Remedy{"has too many days", "Correct the task or event whose date is centuries off."},
+    Remedy{"too long", "Correct the event whose date is centuries off."},
+    Remedy{"contains itself", "Take the group out of itself."},
+    Remedy{"Duplicated", "Give each task and resource an id of its own, and one group."},
+};
+
+}  // namespace
+
+std::string_view remedyFor(std::string_view reason) {
+  const auto* remedy = std::find_if(kRemedies.begin(), kRemedies.end(), [reason](const Remedy& candidate) {
+    return reason.find(candidate.part) != std::string_view::npos;
+  });
+  if (remedy != kRemedies.end()) return remedy->text;
+  return "Open the plan in Korvella, save it and try again; docs/troubleshooting.md lists the messages.";
+}

@@ -1,0 +1,43 @@
+#include "mspdi-export/ZoneChoice.h"
+
+#include <fmt/format.h>
+
+#include "Conform/Failure.h"
+#include "Conform/PlanZone.h"
+#include "Platform/Time/TimeZone.h"
+
+using platform::TimeZone;
+
+namespace {
+
+constexpr const char* kMachine = "machine";
+
+ZoneChoice requestedZone(const std::string& name) {
+  if (!TimeZone(name).isKnown()) {
+    conform::fail(fmt::format("there is no time zone '{}'; names are like Europe/Berlin", name));
+  }
+  TimeZone::setSystem(name);
+  return {TimeZone::system().name(), "", ""};
+}
+
+}  // namespace
+
+ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
+  if (!requested.empty() && requested != kMachine) return requestedZone(requested);
+  const std::string machine = TimeZone::system().name();
+  if (requested == kMachine) return {machine, "", ""};
+
+  const conform::PlanZone plan(scenario);
+  const std::size_t others = plan.countOfOthers(TimeZone::system());
+  if (others == 0) return {machine, "", ""};
+  const std::string fitting = plan.firstFitting();
+  if (fitting.empty()) {
+    return {machine, "",
+            fmt::format("{} of {} dates have other offsets than {}, this machine's zone, and no zone has all of them: "
+                        "several people may have worked on the plan. --zone NAME chooses another zone",
+                        others, plan.count(), machine)};
+  }
+  TimeZone::setSystem(fitting);
+  return {fitting, fmt::format("Dates are those of {}, where the plan was made (this machine: {}).", fitting, machine),
+          ""};
+}
