@@ -12,6 +12,7 @@
 
 #include "Conform/CalendarDays.h"
 #include "Conform/Copy.h"
+#include "Conform/Labels.h"
 #include "Conform/Markup.h"
 #include "Conform/PlanHours.h"
 #include "Conform/Schedule.h"
@@ -167,11 +168,21 @@ void write(const Calendar& calendar, const PlanHours& hours, Report& report) {
   bool changed = replaceChild(element, "WeekDays", contents.weekDays);
   changed |= replaceChild(element, "Exceptions", contents.exceptions);
   changed |= element.remove_child("WorkWeeks");
-  if (changed) report.count("calendars whose days were set right");
+  if (changed) report.count("calendars with other hours than the plan");
+}
+
+/// Whether any day has more working times than the format takes.
+bool hasMergedDays(const Calendar& calendar) {
+  for (int day = kSunday; day <= kSaturday; ++day) {
+    const Hours& hours = calendar.days.weekDay(day);
+    if (calendar.days.namesWeekDay(day) && CalendarDays::written(hours) != hours) return true;
+  }
+  return std::any_of(calendar.exceptions.begin(), calendar.exceptions.end(),
+                     [](const DayException& exception) { return exception.isMerged; });
 }
 
 void warn(const Calendar& calendar, PlanHours& hours, xml::Node resource, Report& report) {
-  const std::string name = "resource " + resource.attributeText("id").value_or("");
+  const std::string name = "resource " + sourceLabelOf(resource, "name");
   if (const std::size_t unsaid = hours.unsaid(calendar.resource); unsaid > 0) {
     report.warn(fmt::format("{}: hours that could not be said: {}", name, unsaid));
     report.count("hours that could not be said", unsaid);
@@ -179,13 +190,7 @@ void warn(const Calendar& calendar, PlanHours& hours, xml::Node resource, Report
   if (hours.isCutOff(calendar.resource)) {
     report.warn(name + ": time off and overtime before the year 1 or after 9999 is left out");
   }
-  bool isMerged = std::any_of(calendar.exceptions.begin(), calendar.exceptions.end(),
-                              [](const DayException& exception) { return exception.isMerged; });
-  for (int day = kSunday; day <= kSaturday; ++day) {
-    const Hours& hoursOfDay = calendar.days.weekDay(day);
-    isMerged |= calendar.days.namesWeekDay(day) && CalendarDays::written(hoursOfDay) != hoursOfDay;
-  }
-  if (isMerged) {
+  if (hasMergedDays(calendar)) {
     report.warn(name + ": on days with more than five working times the smallest breaks became working time");
   }
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Conform/Copy.h"
+#include "Conform/Elements.h"
 #include "Conform/PlanHours.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 
@@ -41,14 +42,6 @@ const Hours* typicalDay(const Week& week) {
   return typical;
 }
 
-/// False when the child has the text already.
-bool setChild(pugi::xml_node project, const char* name, const std::string& text) {
-  pugi::xml_node child = project.child(name);
-  if (text == child.child_value()) return false;
-  if (!child) child = project.append_child(name);
-  return child.text().set(text.c_str());
-}
-
 /// At least one: readers divide by it.
 std::string minutes(std::int64_t seconds) {
   return std::to_string(std::max<std::int64_t>((seconds + kSecondsPerMinute / 2) / kSecondsPerMinute, 1));
@@ -64,10 +57,13 @@ void correctProjectWeek(Copy& copy) {
   if (typical == nullptr) return;
   std::int64_t secondsPerWeek = 0;
   for (const Hours& day : week) secondsPerWeek += day.seconds();
-  bool changed = setChild(copy.project, "DefaultStartTime", timeOfDayText(typical->spans().front().from));
-  changed |= setChild(copy.project, "DefaultFinishTime", timeOfDayText(typical->spans().back().to));
-  changed |= setChild(copy.project, "MinutesPerDay", minutes(typical->seconds()));
-  changed |= setChild(copy.project, "MinutesPerWeek", minutes(secondsPerWeek));
+  const auto set = [project = copy.project](const char* name, const std::string& text) {
+    return setText(project, project.child(name), name, text);
+  };
+  bool changed = set("DefaultStartTime", timeOfDayText(typical->spans().front().from));
+  changed |= set("DefaultFinishTime", timeOfDayText(typical->spans().back().to));
+  changed |= set("MinutesPerDay", minutes(typical->seconds()));
+  changed |= set("MinutesPerWeek", minutes(secondsPerWeek));
   if (changed) copy.report.count("weeks of the project");
 }
 

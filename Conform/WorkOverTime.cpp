@@ -14,11 +14,12 @@
 
 #include "Conform/Completion.h"
 #include "Conform/Copy.h"
+#include "Conform/Durations.h"
+#include "Conform/Elements.h"
 #include "Conform/Markup.h"
 #include "Conform/PlanHours.h"
 #include "Conform/WallClock.h"
 #include "KVMSPCommon/MSPCExtensions.h"
-#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLText.h"
 
@@ -62,12 +63,11 @@ std::int64_t thousandthsOf(double effort) {
 }
 
 /// The pieces of a split task that have any length.
-Stretches piecesOf(xml::Node scenario, xml::Node task) {
+Stretches piecesOf(const Plan& plan, xml::Node task) {
   Stretches pieces;
   if (!singleObjectForXQuery(task, "split")) return pieces;
   for (const xml::Node reference : objectsForXQuery(task, "child-task")) {
-    const std::string id = reference.attributeText("idref").value_or("");
-    const xml::Node piece = singleObjectForXQuery(scenario, xml::Query::child("task", "id", id));
+    const xml::Node piece = plan.referred("task", reference);
     const auto start = wallClock(stringValueForXQuery(piece, "start-date").value_or(""));
     const auto end = wallClock(stringValueForXQuery(piece, "end-date").value_or(""));
     if (!start || !end || *start >= *end) continue;
@@ -78,8 +78,8 @@ Stretches piecesOf(xml::Node scenario, xml::Node task) {
 
 /// From the assignment's start to its finish; none without a length.
 Stretches wholeOf(pugi::xml_node assignment) {
-  const auto start = wallClockOfText(assignment.child_value("Start"));
-  const auto finish = wallClockOfText(assignment.child_value("Finish"));
+  const auto start = wallClockOfText(textOf(assignment, "Start"));
+  const auto finish = wallClockOfText(textOf(assignment, "Finish"));
   if (!start || !finish || *start >= *finish) return {};
   return {{*start, *finish, 0}};
 }
@@ -134,8 +134,7 @@ void appendEntry(std::string& text, std::string_view uid, std::int64_t type, con
   fmt::format_to(std::back_inserter(text),
                  "<{0}><Type>{1}</Type><UID>{2}</UID><Start>{3}</Start><Finish>{4}</Finish><Unit>2</Unit>"
                  "<Value>{5}</Value></{0}>",
-                 kElement, type, uid, wallClockText(entry.start), wallClockText(entry.finish),
-                 MSPIUtilities::mppToMspdiDuration(static_cast<double>(work)));
+                 kElement, type, uid, wallClockText(entry.start), wallClockText(entry.finish), durationText(work));
 }
 
 /// The entries as markup; of the first in time, as much as is done is actual work.
@@ -169,17 +168,16 @@ class ResourceNumbers {
 void correct(const AssignmentItem& item, const Plan& plan, PlanHours& hours, std::size_t resource) {
   pugi::xml_node assignment = item.element;
   const xml::Node task = plan.tasks()[item.source->task];
-  Stretches pieces = piecesOf(plan.scenario(), task);
+  Stretches pieces = piecesOf(plan, task);
   if (pieces.empty()) pieces = wholeOf(assignment);
   // The exact file has an entry for each day of what the exporter could divide. Dates that are centuries off and that
   // it did not look at would make millions.
   std::int64_t entries = 0;
   while (assignment.remove_child(kElement)) ++entries;
-  const auto work =
-      platform::truncated<std::int64_t>(MSPIUtilities::mspdiToMppDuration(assignment.child_value("Work")));
+  const std::int64_t work = secondsOf(textOf(assignment, "Work")).value_or(0);
   appendMarkup(assignment,
                markupOf(spread(work, std::move(pieces), {hours, resource, entries + 1}),
-                        Completion::ofTask(task).doneOf(work), xml::escapedText(assignment.child_value("UID"))));
+                        Completion::ofTask(task).doneOf(work), xml::escapedText(textOf(assignment, "UID"))));
 }
 
 }  // namespace
@@ -192,7 +190,7 @@ void correctWorkOverTime(Copy& copy) {
   for (const AssignmentItem& item : copy.assignments) {
     if (!item.element.child(kElement)) continue;
     correct(item, plan, hours, numbers.of(item.source->resource));
-    copy.report.count("assignments whose work was spread over the working hours");
+    copy.report.count("assignments with work outside of working hours");
   }
 }
 

@@ -25,7 +25,7 @@ from days_rule import DAY, in_five, interned, last, mask, spans, text
 
 
 def export(program, bundle, out, zone):
-    arguments = [bundle, out]
+    arguments = [bundle, "-o", out] if pathlib.Path(program).name == "mspdi-export" else [bundle, out]
     subprocess.run([program, *arguments], check=True, stderr=subprocess.DEVNULL,
                    env={**os.environ, "TZ": zone, "SOURCE_DATE_EPOCH": "1777888800"})
 

@@ -17,8 +17,8 @@ class Generator:
         self.number = number
         self.resources, self.tasks = [], []
         # Some weeks around a change of the clocks, in one half of the world or the other, or the end of February.
-        self.first = self.random.choice([datetime.date(2024, 2, 12), datetime.date(2025, 3, 1), datetime.date(2026, 3, 20),
-                                         datetime.date(2024, 8, 25), datetime.date(2026, 9, 20), datetime.date(2024, 10, 15)])
+        self.first = datetime.date.fromisoformat(self.random.choice((
+            "2024-02-12", "2024-08-25", "2024-10-15", "2025-03-01", "2025-08-25", "2026-03-20", "2026-08-25")))
         days = [self.first + datetime.timedelta(days=step) for step in range(45)]
         noons = [datetime.datetime.combine(day, datetime.time(12), self.zone).utcoffset() for day in days]
         self.days = days + 5 * [day for day, before, at in zip(days[1:], noons, noons[1:]) if before != at]
