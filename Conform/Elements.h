@@ -25,8 +25,11 @@ namespace conform {
 template <typename... Names>
 [[nodiscard]] std::array<pugi::xml_node, sizeof...(Names)> childrenOf(pugi::xml_node element, Names... names) {
   const std::array<std::string_view, sizeof...(Names)> wanted{std::string_view(names)...};
+  const auto letter = [](const char* name) { return std::uint64_t{1} << (static_cast<unsigned char>(*name) % 64U); };
+  const std::uint64_t letters = (letter(names) | ...);
   std::array<pugi::xml_node, sizeof...(Names)> found;
-  for (const pugi::xml_node child : element.children()) {
+  for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
+    if ((letters & letter(child.name())) == 0) continue;
     const std::string_view name = child.name();
     for (std::size_t i = 0; i < wanted.size(); ++i) {
       if (name == wanted[i] && !found[i]) found[i] = child;

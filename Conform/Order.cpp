@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -19,25 +20,34 @@ class Order {
     std::string_view name;
     std::size_t place = 0;
     bool isDateTime = false;
-    const Order* order = nullptr;  ///< of the child's own children; none when nothing is published about them
+    Order* order = nullptr;     ///< of the child's own children; none when nothing is published about them
+    Child* follower = nullptr;  ///< what stood behind it the last time
   };
 
-  void add(std::string_view name, const Order* order) {
+  void add(std::string_view name, Order* order) {
     Child& child = slotOf(name);
     const auto dateTimes = dateTimeElements();
     const bool isDateTime = std::find(dateTimes.begin(), dateTimes.end(), name) != dateTimes.end();
-    child = {name, ++count_, isDateTime, order};
+    child = {name, ++count_, isDateTime, order, nullptr};
   }
-  /// None when the order does not name the child.
-  [[nodiscard]] const Child* find(std::string_view name) const {
-    const Child& child = const_cast<Order*>(this)->slotOf(name);
-    return child.name.empty() ? nullptr : &child;
+  /// None when the order does not name the child. Elements of one kind have mostly the same children, so that the one
+  /// that followed the child in front the last time is tried first.
+  [[nodiscard]] Child* find(const char* name, Child* inFront) {
+    Child*& guess = inFront == nullptr ? first_ : inFront->follower;
+    if (guess != nullptr && std::strncmp(name, guess->name.data(), guess->name.size()) == 0 &&
+        name[guess->name.size()] == '\0') {
+      return guess;
+    }
+    Child& child = slotOf(name);
+    if (child.name.empty()) return nullptr;
+    guess = &child;
+    return guess;
   }
   /// The place of what the order does not name.
   [[nodiscard]] std::size_t last() const { return count_ + 1; }
 
  private:
-  static constexpr std::size_t kSlots = 512;  ///< several times the longest order
+  static constexpr std::size_t kSlots = 256;  ///< twice the longest order
 
   /// Where the name is, or is to be.
   [[nodiscard]] Child& slotOf(std::string_view name) {
@@ -49,6 +59,7 @@ class Order {
   }
 
   std::array<Child, kSlots> slots_{};
+  Child* first_ = nullptr;  ///< what stood in front of all others the last time
   std::size_t count_ = 0;
 };
 
@@ -67,8 +78,8 @@ class Orders {
   }
 
   /// The order of the element below the parent; none when there is none.
-  [[nodiscard]] const Order* orderOf(std::string_view element, std::string_view parent) const {
-    const Order* everywhere = nullptr;
+  [[nodiscard]] Order* orderOf(std::string_view element, std::string_view parent) {
+    Order* everywhere = nullptr;
     for (std::size_t i = 0; i < facts_.size(); ++i) {
       if (facts_[i].element != element) continue;
       if (facts_[i].parent == parent) return &orders_[i];
@@ -85,7 +96,7 @@ class Orders {
 /// Puts elements in order, and then those below them, without recursion.
 class Sorter {
  public:
-  void sortAllBelow(pugi::xml_node top, const Order& order) {
+  void sortAllBelow(pugi::xml_node top, Order& order) {
     open_.push_back({top, &order});
     while (!open_.empty()) {
       const Open next = open_.back();
@@ -99,19 +110,22 @@ class Sorter {
  private:
   struct Open {
     pugi::xml_node element;
-    const Order* order;
+    Order* order;
   };
   struct Placed {
     std::size_t place;
     pugi::xml_node node;
   };
 
-  void sort(pugi::xml_node element, const Order& order) {
+  void sort(pugi::xml_node element, Order& order) {
     placed_.clear();
+    Order::Child* inFront = nullptr;
     bool isInOrder = true;
     for (pugi::xml_node child = element.first_child(); child;) {
       const pugi::xml_node next = child.next_sibling();
-      const std::size_t place = placeOf(element, child, order);
+      Order::Child* known = order.find(child.name(), inFront);
+      if (known != nullptr) inFront = known;
+      const std::size_t place = known == nullptr ? order.last() : placeOf(element, child, *known);
       if (place > 0) {
         isInOrder = isInOrder && (placed_.empty() || placed_.back().place <= place);
         placed_.push_back({place, child});
@@ -122,16 +136,14 @@ class Sorter {
   }
 
   /// The child's place among the others; 0 when it was left out. What has an order itself is noted.
-  std::size_t placeOf(pugi::xml_node element, pugi::xml_node child, const Order& order) {
-    const Order::Child* known = order.find(child.name());
-    if (known == nullptr) return order.last();
-    if (known->isDateTime && isBlank(textOf(child))) {
+  std::size_t placeOf(pugi::xml_node element, pugi::xml_node child, const Order::Child& known) {
+    if (known.isDateTime && isBlank(textOf(child))) {
       element.remove_child(child);
       ++emptyDates_;
       return 0;
     }
-    if (known->order != nullptr) open_.push_back({child, known->order});
-    return known->place;
+    if (known.order != nullptr) open_.push_back({child, known.order});
+    return known.place;
   }
 
   void rearrange(pugi::xml_node element) {
@@ -153,7 +165,7 @@ class Sorter {
 }  // namespace
 
 void correctOrder(Copy& copy) {
-  const Orders orders;
+  Orders orders;
   Sorter sorter;
   sorter.sortAllBelow(copy.project, *orders.orderOf("Project", ""));
   copy.report.count("elements with children in another order", sorter.sorted());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "Conform/Copy.h"
@@ -35,16 +36,20 @@ class Ranks {
 class Priorities {
  public:
   explicit Priorities(const Plan& plan) {
-    for (const xml::Node task : objectsForXQuery(plan.scenario(), "task")) add(of(task));
+    for (const xml::Node task : objectsForXQuery(plan.scenario(), "task")) {
+      const std::int64_t priority = intValueForXQuery(task, "priority");
+      if (priority != 0) given_.emplace(task.identity(), priority);
+      add(priority);
+    }
     above_.sort();
     below_.sort();
   }
 
-  static std::int64_t of(xml::Node task) { return intValueForXQuery(task, "priority"); }
-
-  /// The format's priority for one of the plan.
-  [[nodiscard]] std::int64_t published(std::int64_t priority) const {
-    if (priority == 0) return kStandard;
+  /// The format's priority for a task of the plan.
+  [[nodiscard]] std::int64_t published(xml::Node task) const {
+    const auto given = given_.find(task.identity());
+    if (given == given_.end()) return kStandard;
+    const std::int64_t priority = given->second;
     if (priority > 0) return kStandard + above_.distanceFor(priority);
     return kStandard - below_.distanceFor(fromZero(priority));
   }
@@ -58,6 +63,7 @@ class Priorities {
     if (priority < 0) below_.add(fromZero(priority));
   }
 
+  std::unordered_map<const void*, std::int64_t> given_;  ///< of the tasks that have one other than 0
   Ranks above_;
   Ranks below_;
 };
@@ -69,7 +75,7 @@ void correctPriorities(Copy& copy) {
   const Priorities priorities(*copy.plan());
   std::size_t changed = 0;
   for (const Item& task : copy.tasks) {
-    const std::string priority = std::to_string(priorities.published(Priorities::of(task.source)));
+    const std::string priority = std::to_string(priorities.published(task.source));
     if (setText(task.element, task.element.child("Priority"), "Priority", priority)) ++changed;
   }
   copy.report.count("priorities", changed);

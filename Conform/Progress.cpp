@@ -37,13 +37,13 @@ class FromPlan {
 
  private:
   void correctTask(pugi::xml_node task, const Completion& completion) {
-    const auto [percent, workPercent, actualStart, actualFinish, start, finish] =
-        childrenOf(task, "PercentComplete", "PercentWorkComplete", "ActualStart", "ActualFinish", "Start", "Finish");
+    const auto [percent, workPercent, actualStart, actualFinish, start, finish, duration, remainingDuration, work,
+                actualWork, remainingWork] =
+        childrenOf(task, "PercentComplete", "PercentWorkComplete", "ActualStart", "ActualFinish", "Start", "Finish",
+                   "Duration", "RemainingDuration", "Work", "ActualWork", "RemainingWork");
     correctPercent(task, percent, "PercentComplete", completion);
     correctPercent(task, workPercent, "PercentWorkComplete", completion);
     fillDates(task, {actualStart, actualFinish}, {textOf(start), textOf(finish)}, completion);
-    const auto [duration, remainingDuration, work, actualWork, remainingWork] =
-        childrenOf(task, "Duration", "RemainingDuration", "Work", "ActualWork", "RemainingWork");
     if (const auto seconds = secondsOf(textOf(duration))) {
       setText(task, remainingDuration, "RemainingDuration", durationText(*seconds - completion.doneOf(*seconds)));
     }
