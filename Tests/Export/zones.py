@@ -1,0 +1,70 @@
+#!/usr/bin/env python3
+"""An export on a machine in UTC gives byte for byte what one in the plan's own zone gives: zones.py PROGRAM EXAMPLES, for
+the examples and for plans made at random in ten zones."""
+import datetime
+import os
+import pathlib
+import random
+import subprocess
+import sys
+import tempfile
+import zoneinfo
+
+PROGRAM = os.path.abspath(sys.argv[1])
+EXAMPLES = {"Product Launch": "America/New_York", "House Renovation": "Europe/London",
+            "Autumn Conference": "Europe/Stockholm"}
+ZONES = ["Europe/Madrid", "America/Chicago", "America/Sao_Paulo", "Asia/Kolkata", "Asia/Kathmandu", "Asia/Tokyo",
+         "Australia/Lord_Howe", "Pacific/Auckland", "Africa/Nairobi", "America/Santiago"]
+CONTENTS = "<t><project><scenario id='s' filename='P.xml'/></project><window><editing-scenario>s</editing-scenario></window></t>"
+
+
+def make(bundle, number, zone):
+    """A plan of two years with dates in all seasons, and time off from midnight to midnight."""
+    chance, zone = random.Random(number), zoneinfo.ZoneInfo(zone)
+
+    def date(day, hour):
+        reading = datetime.datetime(2025, 1, 1, hour, 15, tzinfo=zone) + datetime.timedelta(days=day)
+        return reading.astimezone(datetime.timezone.utc).astimezone(zone).isoformat()
+
+    tasks = [f"<task id='t{i}'><title>T{i}</title><start-date>{date(day, 8)}</start-date>"
+             f"<end-date>{date(day + chance.randrange(1, 20), 17)}</end-date><duration>28800</duration></task>"
+             for i, day in enumerate(chance.sample(range(700), 60), 1)]
+    children = "".join(f"<child-task idref='t{i}'/>" for i in range(1, 61))
+
+    def midnight(day):
+        return f"{date(day, 8)[:11]}00:00:00{date(day, 8)[19:]}"
+
+    event = f"<event start='{midnight(100)}' end='{midnight(103)}'/>"
+    bundle.mkdir()
+    (bundle / "__TOC.xml").write_text(CONTENTS)
+    (bundle / "P.xml").write_text(
+        "<scenario><top-resource idref='r-1'/><resource id='r-1'><type>Group</type><schedule><calendar name='Off'>"
+        f"{event}</calendar></schedule></resource><top-task idref='t-1'/><task id='t-1'><type>group</type>"
+        f"<start-date>{date(0, 8)}</start-date><end-date>{date(720, 17)}</end-date><duration>0</duration>{children}</task>"
+        + "".join(tasks) + "</scenario>")
+
+
+def export(bundle, zone, out):
+    environment = {**os.environ, "TZ": zone, "SOURCE_DATE_EPOCH": "1777888800"}
+    result = subprocess.run([PROGRAM, "-q", bundle, "-o", out], env=environment, capture_output=True, text=True)
+    return pathlib.Path(out).read_bytes() if result.returncode == 0 else result.stderr
+
+
+def main():
+    faults = []
+    with tempfile.TemporaryDirectory() as folder:
+        work = pathlib.Path(folder)
+        plans = [(pathlib.Path(sys.argv[2]) / f"{name}.kvdx", zone) for name, zone in EXAMPLES.items()]
+        for number, zone in enumerate(ZONES):
+            make(work / f"{number}.kvdx", number, zone)
+            plans.append((work / f"{number}.kvdx", zone))
+        for number, (bundle, zone) in enumerate(plans):
+            there = export(bundle, zone, work / f"there{number}.xml")
+            here = export(bundle, "UTC", work / f"here{number}.xml")
+            if not isinstance(there, bytes) or there != here:
+                faults.append(f"{bundle} differs in UTC from {zone}: {there if isinstance(there, str) else ''}")
+    print("\n".join(faults))
+    return 1 if faults else 0
+
+
+sys.exit(main())
