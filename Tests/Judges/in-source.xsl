@@ -5,6 +5,8 @@
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
                 xmlns:k="http://www.korvella.example/namespace/Korvella/v2">
   <xsl:output method="text"/>
+  <!-- 1 for a corrected file: its percentages are rounded, and an assignment to a group is one to nobody. -->
+  <xsl:param name="corrected" select="0"/>
   <xsl:key name="task" match="k:task" use="@id"/>
   <xsl:key name="resource" match="k:resource" use="@id"/>
   <!-- The task that a child-task element refers to has this element as its place in the tree. -->
@@ -28,9 +30,9 @@
                                  floor(sum($task/k:effort)), '|done ')"/>
     <xsl:choose>
       <xsl:when test="$task/k:effort &gt; 0 and $task/k:effort-done &gt; 0">
-        <xsl:value-of select="floor($task/k:effort-done div $task/k:effort * 100)"/>
+        <xsl:value-of select="floor($task/k:effort-done div $task/k:effort * 100 + $corrected div 2)"/>
       </xsl:when>
-      <xsl:otherwise><xsl:value-of select="floor(sum($task/k:completion-percentage) * 100)"/></xsl:otherwise>
+      <xsl:otherwise><xsl:value-of select="floor(sum($task/k:completion-percentage) * 100 + $corrected div 2)"/></xsl:otherwise>
     </xsl:choose>
     <xsl:if test="$task/k:type = 'milestone'">|milestone</xsl:if>
     <xsl:text>|note </xsl:text>
@@ -75,7 +77,7 @@
   </xsl:template>
 
   <xsl:template match="k:task" mode="assignment">
-    <xsl:for-each select="k:assignment">
+    <xsl:for-each select="k:assignment[not($corrected and key('resource', @idref)/k:type = 'Group')]">
       <xsl:text>assignment|</xsl:text>
       <xsl:apply-templates select=".." mode="path"/>
       <xsl:value-of select="concat('|', normalize-space(key('resource', @idref)[k:type != 'Group']/k:name), '|')"/>

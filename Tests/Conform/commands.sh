@@ -1,0 +1,134 @@
+#!/usr/bin/env bash
+# What the commands refuse, that nothing is left behind then, and where they write: commands.sh PROGRAMS
+set -euo pipefail
+conform=$1/mspdi-conform send=$1/mspdi-export
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$folder
+
+failures=0
+bad() {
+  echo "$1"
+  failures=$((failures + 1))
+}
+# ends WHAT STATUS MESSAGE COMMAND...: what it says holds the message; when it fails, there are the same files as before.
+ends() {
+  local what=$1 expected=$2 message=$3 status=0 before said
+  before=$(find . | sort)
+  said=$("${@:4}" 2>&1) || status=$?
+  [ "$status" -eq "$expected" ] || bad "$what: status $status in place of $expected: $said"
+  [[ $said == *"$message"* ]] || bad "$what: other words: $said"
+  if [ "$expected" -ne 0 ] && [ "$(find . | sort)" != "$before" ]; then bad "$what: leaves something behind: $(find .)"; fi
+}
+
+head='<Project xmlns="http://schemas.microsoft.com/project">'
+plan="$head<SaveVersion>14</SaveVersion><Tasks><Task><UID>1</UID></Task></Tasks></Project>"
+# file NAME TEXT
+file() { printf '%s\n' "$2" >"$1"; }
+file "My 100%25 'own' \"plan\".xml" "$plan"
+file plan.xml "$plan"
+file other.xml '<Plan/>'
+file foreign.xml '<Project/>'
+file cut.xml "${plan%</Project>}"
+file doctype.xml "<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${plan/14/&e;}"
+file quoted.xml "$head<Title><![CDATA[<!DOCTYPE Project>]]></Title><Tasks/></Project>"
+iconv -t UTF-16 doctype.xml >doctype16.xml
+file $'bell\a.xml' "$plan"
+file deep.xml "$head$(printf '<x>%.0s' {1..5000})$(printf '</x>%.0s' {1..5000})</Project>"
+file existing.xml kept
+ln -s nowhere link.xml
+mkdir folder
+
+#    what                       status  message                              command
+ends "no output"                     1 "usage: "                             "$conform" plan.xml
+ends "help"                          0 "usage: "                             "$conform" --help
+ends "a folder as input"             1 "cannot read folder"                  "$conform" folder out.xml
+ends "nothing as input"              1 "cannot read absent.xml"              "$conform" absent.xml out.xml
+ends "an existing output"            1 "existing.xml exists"                 "$conform" plan.xml existing.xml
+ends "a link to nothing"             1 "link.xml exists"                     "$conform" plan.xml link.xml
+ends "no folder for the output"      1 "no folder absent"                    "$conform" plan.xml absent/out.xml
+ends "an output without a name"      1 "the output has no name"              "$conform" plan.xml ""
+ends "another kind of XML"           1 "this is no Microsoft Project XML"    "$conform" other.xml out.xml
+ends "another namespace"             1 "this is no Microsoft Project XML"    "$conform" foreign.xml out.xml
+ends "a document type"               1 "has a document type"                 "$conform" doctype.xml out.xml
+ends "a document type in UTF-16"     1 "has a document type"                 "$conform" doctype16.xml out.xml
+ends "a file cut short"              1 "cut.xml cannot be copied"            "$conform" cut.xml out.xml
+ends "elements 5000 deep"            1 "nested over 256 deep"                "$conform" deep.xml out.xml
+ends "a name that is no text"        1 'bell\x07.xml cannot be copied'       "$conform" $'bell\a.xml' out.xml
+ends "a document type in a text"     0 ""                                    "$conform" quoted.xml quoted-out.xml
+[ "$(cat existing.xml)" = kept ] || bad "an existing file was changed"
+
+# The base name of the file names a project without a title.
+umask 027
+"$conform" "My 100%25 'own' \"plan\".xml" "./50%41.xml" 2>/dev/null
+grep -qF "<Name>My 100%25 'own' \"plan\"</Name>" "50%41.xml" || bad "$(cat "50%41.xml")"
+[ "$(stat -c %a "50%41.xml")" = 640 ] || bad "written with mode $(stat -c %a "50%41.xml")"
+for encoding in UTF-8 UTF-16 UTF-16LE UTF-16BE; do
+  iconv -t "$encoding" plan.xml >encoded.xml
+  "$conform" encoded.xml "$encoding.xml" 2>/dev/null && cmp UTF-8.xml "$encoding.xml" || bad "reads $encoding otherwise"
+done
+
+# Elements that no order names, comments and processing instructions are kept, also beside the root.
+more='<Hyperlink>kept</Hyperlink><!--kept--><?kept?>'
+cat >more.xml <<END
+<!--kept--><?kept?>$head$more
+<ExtendedAttributes>$more<ExtendedAttribute><FieldID>188743731</FieldID>$more</ExtendedAttribute></ExtendedAttributes>
+<Calendars>$more<Calendar><UID>7</UID><Name>$(printf '%51s' '')blank</Name>$more<WeekDays>$more</WeekDays>
+<Exceptions>$more</Exceptions><WorkWeeks>$more<WorkWeek>$more<WeekDays>$more
+<WeekDay><DayType>0</DayType>$more</WeekDay></WeekDays></WorkWeek></WorkWeeks></Calendar></Calendars>
+<Tasks>$more<Task><UID>1</UID>$more<PredecessorLink><PredecessorUID>1</PredecessorUID><LinkLag/>$more</PredecessorLink>
+<ExtendedAttribute><FieldID>188743731</FieldID>$more</ExtendedAttribute><Baseline>$more</Baseline></Task></Tasks>
+<Resources>$more<Resource>$more</Resource></Resources>
+<Assignments>$more<Assignment><TaskUID>1</TaskUID>$more</Assignment></Assignments></Project>
+END
+"$conform" more.xml kept.xml 2>/dev/null
+"$conform" kept.xml again.xml 2>/dev/null
+for one in '<Hyperlink>kept</Hyperlink> 20' '<!--kept--> 21' '<?kept?> 21' '<Name>Calendar 7</Name> 1' '<LinkLag>0</LinkLag> 1'; do
+  count=$(grep -oF -- "${one% *}" kept.xml | wc -l)
+  [ "$count" -eq "${one##* }" ] || bad "${one% *}: $count in place of ${one##* }"
+done
+cmp kept.xml again.xml || bad "a copy of a copy differs"
+
+clear=$'Clear \u009b2J'
+# bundle PATH [PLAN]
+bundle() {
+  mkdir -p "$1"
+  file "$1/__TOC.xml" '<toc><project><scenario id="s" filename="Plan.xml"/></project>
+    <window><editing-scenario>s</editing-scenario></window></toc>'
+  file "$1/Plan.xml" "${2-<scenario><top-resource idref=\"r-1\"/><resource id=\"r-1\"><type>Group</type></resource>
+    <top-task idref=\"t1\"/><task id=\"t1\"><title>$clear</title><start-date>2026-05-04T08:00:00Z</start-date>
+    <end-date>2026-05-04T12:00:00Z</end-date><duration>14400</duration><prerequisite-task idref=\"t9\"/></task></scenario>}"
+}
+bundle Plan.kvdx
+bundle inner.kvdx/Plan.kvdx
+bundle broken.kvdx '<scenario><top-task idref="t1"/>'
+bundle empty.kvdx '<plan/>'
+mkdir folder.xml
+ends "no bundle"                     2 "bundle is required"                  "$send"
+ends "an unknown option"             2 "--speed"                             "$send" --speed Plan.kvdx
+ends "no currency"                   2 "no code of three letters"            "$send" --currency EURO Plan.kvdx
+ends "the version"                   0 "mspdi-export 0"                      "$send" --version
+ends "help"                          0 "--keep-dates"                        "$send" -h
+ends "an absent bundle"              1 "absent.kvdx: there is no such"       "$send" absent.kvdx
+ends "no folder of a bundle's name"  1 "folder: this is no bundle"           "$send" folder
+ends "no plan in front"              1 "shows no plan"                       "$send" empty.kvdx
+ends "what the exporter raises"      1 "Invalid format of KVDX top Resource" "$send" broken.kvdx
+ends "no folder for the output"      1 "no folder $folder/absent"            "$send" Plan.kvdx -o absent/out.xml
+ends "no XML as output"              1 "neither a folder nor"                "$send" Plan.kvdx -o out.txt
+ends "an output inside of a bundle"  1 "would lie inside of the bundle"      "$send" Plan.kvdx -o Plan.kvdx/out.xml
+ends "a bundle inside of a bundle"   1 "would lie inside of the bundle"      "$send" inner.kvdx/Plan.kvdx
+
+# No file is replaced, wherever it is written.
+rm plan.xml
+ends "beside the bundle"             0 "$folder/Plan.xml written: 1 tasks"   "$send" Plan.kvdx
+ends "the next number"               0 "$folder/Plan-1.xml written"          "$send" Plan.kvdx/
+ends "into a folder"                 0 "$folder/folder.xml/Plan.xml written" "$send" Plan.kvdx -o folder.xml
+ends "an existing file"              0 "$folder/existing-1.xml written"      "$send" --output existing.xml Plan.kvdx
+ends "a link to nothing"             0 "$folder/link-1.xml written"          "$send" Plan.kvdx -o link.xml
+[ "$(cat existing.xml)" = kept ] || bad "an existing file was replaced"
+ends "what is left out" 0 "task t1 'Clear \\u009b2J': its link to t9 is left out" "$send" Plan.kvdx
+file Plan.kvdx/Plan.xml "$(sed 's|</scenario>|</scenarios>|' Plan.kvdx/Plan.xml)"
+ends "a malformed document" 0 "warning: Document '$folder/Plan.kvdx/Plan.xml' is malformed" "$send" Plan.kvdx
+
+[ "$failures" -eq 0 ]
