@@ -121,7 +121,6 @@ class Doubts {
     checkWord(stringValueForXQuery(task, "type"), kTaskType);
     checkWord(stringValueForXQuery(task, "schedule-type"), kScheduleType);
     for (const xml::Node link : objectsForXQuery(task, "prerequisite-task")) {
-      checkReference("link", "task", link);
       checkWord(link.attributeText("kind"), kLinkKind);
       if (const auto lag = stringValueForXQuery(link, "lead-time")) checkNumber("lead-time", *lag);
     }

@@ -34,7 +34,7 @@ if [ -n "$bundle" ]; then
   "$programs/MSPDIExport" "$bundle" "$exact" 2>"$folder/log" || fail "$(cat "$folder/log")"
   for options in '' '--keep-dates --currency EUR'; do
     # shellcheck disable=SC2086
-    "$programs/mspdi-export" $options "$bundle" -o "$folder/sent.xml" 2>"$folder/log" || fail "$(cat "$folder/log")"
+    "$programs/mspdi-export" --zone machine $options "$bundle" -o "$folder/sent.xml" 2>"$folder/log" || fail "$(cat "$folder/log")"
     python3 "$here/judge.py" "$exact" "$folder/sent.xml" "$bundle" || fail "mspdi-export $options, see above"
     stable "$folder/sent.xml"
     rm "$folder/sent.xml"

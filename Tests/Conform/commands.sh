@@ -105,28 +105,29 @@ bundle inner.kvdx/Plan.kvdx
 bundle broken.kvdx '<scenario><top-task idref="t1"/>'
 bundle empty.kvdx '<plan/>'
 mkdir folder.xml
-ends "no bundle"                     2 "bundle is required"                  "$send"
+ends "no bundle"                     2 "bundles is required"                 "$send"
 ends "an unknown option"             2 "--speed"                             "$send" --speed Plan.kvdx
 ends "no currency"                   2 "no code of three letters"            "$send" --currency EURO Plan.kvdx
 ends "the version"                   0 "mspdi-export 0"                      "$send" --version
 ends "help"                          0 "--keep-dates"                        "$send" -h
-ends "an absent bundle"              1 "absent.kvdx: there is no such"       "$send" absent.kvdx
-ends "no folder of a bundle's name"  1 "folder: this is no bundle"           "$send" folder
+ends "an absent bundle"              1 "'absent.kvdx' does not exist"         "$send" absent.kvdx
+ends "no folder of a bundle's name"  1 "no bundle in the folder 'folder'"     "$send" folder
 ends "no plan in front"              1 "shows no plan"                       "$send" empty.kvdx
 ends "what the exporter raises"      1 "Invalid format of KVDX top Resource" "$send" broken.kvdx
-ends "no folder for the output"      1 "no folder $folder/absent"            "$send" Plan.kvdx -o absent/out.xml
-ends "no XML as output"              1 "neither a folder nor"                "$send" Plan.kvdx -o out.txt
+ends "no folder for the output"      1 "'$folder/absent' does not exist"      "$send" Plan.kvdx -o absent/out.xml
+ends "no XML as output"              1 "neither an existing folder nor"       "$send" Plan.kvdx -o out.txt
 ends "an output inside of a bundle"  1 "would lie inside of the bundle"      "$send" Plan.kvdx -o Plan.kvdx/out.xml
 ends "a bundle inside of a bundle"   1 "would lie inside of the bundle"      "$send" inner.kvdx/Plan.kvdx
 
 # No file is replaced, wherever it is written.
 rm plan.xml
-ends "beside the bundle"             0 "$folder/Plan.xml written: 1 tasks"   "$send" Plan.kvdx
-ends "the next number"               0 "$folder/Plan-1.xml written"          "$send" Plan.kvdx/
-ends "into a folder"                 0 "$folder/folder.xml/Plan.xml written" "$send" Plan.kvdx -o folder.xml
-ends "an existing file"              0 "$folder/existing-1.xml written"      "$send" --output existing.xml Plan.kvdx
-ends "a link to nothing"             0 "$folder/link-1.xml written"          "$send" Plan.kvdx -o link.xml
+ends "beside the bundle"             0 "Plan.xml: 1 task, "                   "$send" Plan.kvdx
+ends "the next number"               0 "Plan-1.xml: 1 task, "                 "$send" Plan.kvdx/
+ends "into a folder"                 0 "Plan.xml: 1 task, "                   "$send" Plan.kvdx -o folder.xml
+ends "an existing file"              0 "existing-1.xml: 1 task, "             "$send" --output existing.xml Plan.kvdx
+ends "a link to nothing"             0 "link-1.xml: 1 task, "                 "$send" Plan.kvdx -o link.xml
 [ "$(cat existing.xml)" = kept ] || bad "an existing file was replaced"
+[ -f folder.xml/Plan.xml ] || bad "not written into the folder"
 ends "what is left out" 0 "task t1 'Clear \\u009b2J': its link to t9 is left out" "$send" Plan.kvdx
 file Plan.kvdx/Plan.xml "$(sed 's|</scenario>|</scenarios>|' Plan.kvdx/Plan.xml)"
 ends "a malformed document" 0 "warning: Document '$folder/Plan.kvdx/Plan.xml' is malformed" "$send" Plan.kvdx
