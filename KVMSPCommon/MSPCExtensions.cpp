@@ -45,8 +45,7 @@ std::optional<std::string> stringValueForXQuery(xml::Node node, const xml::Query
 std::int64_t intValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
   if (!found) return 0;
-  std::string storage;
-  const auto number = platform::scanInteger(found.stringValue(storage));
+  const auto number = platform::scanInteger(found.stringView());
   if (!number) require(false, "Failed to get int value from XML node: {}", found.markup());
   return number->value;
 }
@@ -54,16 +53,14 @@ std::int64_t intValueForXQuery(xml::Node node, const xml::Query& query, XQueryEr
 double floatValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
   if (!found) return 0.0;
-  std::string storage;
-  const auto number = platform::scanDouble(found.stringValue(storage));
+  const auto number = platform::scanDouble(found.stringView());
   if (!number) require(false, "Failed to get float value from XML node: {}", found.markup());
   return number->value;
 }
 
 bool boolValueForXQuery(xml::Node node, const xml::Query& query, XQueryError* error) {
   const xml::Node found = singleObjectForXQuery(node, query, error);
-  std::string storage;
-  return found && boolFromString(found.stringValue(storage), error);
+  return found && boolFromString(found.stringView(), error);
 }
 
 bool boolAttributeForName(xml::Node element, std::string_view name, XQueryError* error) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Platform/XML/XMLEncoding.h"
+#include "Platform/XML/XMLStrictEncoding.h"
 #include "Platform/XML/XMLStrict.h"
 #include "Tests/Support.h"
 

@@ -14,7 +14,7 @@
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
-#include "Platform/XML/XMLEncoding.h"
+#include "Platform/XML/XMLStrictEncoding.h"
 #include "Platform/XML/XMLStrict.h"
 
 namespace {

@@ -41,13 +41,11 @@ std::int32_t codeOf(const std::array<Code, N>& codes, std::string_view text) {
 
 template <std::size_t N>
 std::int32_t codeAt(xml::Node task, const xml::Query& query, const std::array<Code, N>& codes) {
-  std::string storage;
-  return codeOf(codes, singleObjectForXQuery(task, query).stringValue(storage));
+  return codeOf(codes, singleObjectForXQuery(task, query).stringView());
 }
 
 std::optional<Instant> instantOf(xml::Node date) {
-  std::string storage;
-  return MSPIUtilities::kvdxToMppDateTimeByWallClock(date.stringValue(storage));
+  return MSPIUtilities::kvdxToMppDateTimeByWallClock(date.stringView());
 }
 
 std::optional<Instant> instantAt(xml::Node task, const xml::Query& query) {
@@ -128,8 +126,7 @@ void MSPEScheduledTaskInfo::readPrerequisites(xml::Node kvdxTask) {
     prerequisite.kind = codeOf(kPrerequisiteKinds, element.attribute("kind").value());
     prerequisite.isResourceDependency = boolValueForXQuery(element, "is-resource-dependency");
     if (const xml::Node leadTime = singleObjectForXQuery(element, "lead-time")) {
-      std::string storage;
-      prerequisite.leadTime = platform::doubleValue(leadTime.stringValue(storage));
+      prerequisite.leadTime = platform::doubleValue(leadTime.stringView());
       prerequisite.isPercentage = leadTime.attribute("is-percentage").value() == "true";
     }
   }

@@ -9,6 +9,7 @@
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/System/NumberedPath.h"
+#include "Platform/Text/Normalization.h"
 #include "Platform/Text/Texts.h"
 
 using platform::Exception;
@@ -18,11 +19,26 @@ using platform::URL;
 
 namespace {
 
+constexpr const char* kNoDocument = "MSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.";
+
 void check(bool holds, const char* reason) {
   if (!holds) throw Exception("MSPEXMLException", reason);
 }
 
 std::string lowerCaseExtension(const URL& url) { return platform::lowercased(platform::pathExtension(url.path())); }
+
+/// The name under which the file is in the bundle. Bundles come from systems on which a letter with an accent is the
+/// same in either of Unicode's spellings, so that the name may be there in the other one.
+std::string nameInBundle(const std::string& bundle, const std::string& fileName) {
+  const auto isThere = [&bundle](const std::string& name) {
+    return platform::fileExists(platform::appendPathComponent(bundle, name));
+  };
+  if (isThere(fileName)) return fileName;
+  for (const auto& spelling : {platform::composed, platform::decomposed}) {
+    if (std::string name = spelling(fileName); isThere(name)) return name;
+  }
+  return fileName;
+}
 
 }  // namespace
 
@@ -67,7 +83,8 @@ MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents) const {
 
 MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundle) {
   Contents contents;
-  contents.tableOfContents = newXmlDocFromUrl(bundle, "__TOC.xml");
+  Documents documents;
+  contents.tableOfContents = documentNamed("__TOC.xml", bundle, documents);
   const xml::Node root = contents.tableOfContents->root();
   const xml::Node project = singleObjectForXQuery(root, "project");
   check(static_cast<bool>(project), "MSPEXMLExporter.exportKVDXBundle: No 'project' element found in source document.");
@@ -81,9 +98,9 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
     const auto id = scenario.attributeText("id");
     const std::string fileName = scenario.attributeText("filename").value_or("");
     if (id && id == editing) {
-      contents.plan = newXmlDocFromUrl(bundle, fileName);
+      contents.plan = documentNamed(fileName, bundle, documents);
     } else if (id && id == comparison) {
-      contents.baselines.push_back(newXmlDocFromUrl(bundle, fileName));
+      contents.baselines.push_back(documentNamed(fileName, bundle, documents));
     } else {
       const xml::Attribute name = scenario.attribute("name");
       log("Baseline \"{}\" will not be exported because it is not the baseline visible in the front Korvella document "
@@ -94,26 +111,31 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
   return contents;
 }
 
+MSPEXMLExporter::DocumentPointer MSPEXMLExporter::documentNamed(const std::string& fileName, const std::string& bundle,
+                                                                Documents& documents) {
+  const std::string name = nameInBundle(bundle, fileName);
+  if (name.starts_with('/')) return newXmlDocFromUrl(bundle, name);  // refused, whatever the file is
+  DocumentPointer& document = documents[platform::resolvedPath(platform::appendPathComponent(bundle, name))];
+  if (!document) document = newXmlDocFromUrl(bundle, name);
+  return document;
+}
+
 MSPEXMLExporter::DocumentPointer MSPEXMLExporter::newXmlDocFromUrl(const std::string& bundle,
                                                                    const std::string& fileName) {
   const std::string path = platform::appendPathComponent(bundle, fileName);
   std::string problem;
-  const auto read = [&] { return platform::readFileInside(bundle, fileName, &problem).value_or(""); };
-  DocumentPointer document = xml::Document::parse(read());
-  if (!document && problem.empty()) {
-    // Parsing works inside the bytes and spoils them, so they are read anew.
-    document = xml::Document::parseRepaired(read());
-    if (document) {
-      log("WARNING: Document '{}' is malformed or in an unusual encoding. What "
-          "could be read of it is used.",
-          path);
-    }
+  auto bytes = platform::readFileInside(bundle, fileName, &problem);
+  if (!bytes) log("WARNING: Document '{}' could not be read: {}.", path, problem);
+  check(bytes.has_value(), kNoDocument);
+
+  const auto again = [bundle, fileName] { return platform::readFileInside(bundle, fileName).value_or(""); };
+  xml::Reading reading = xml::Document::read(std::move(*bytes), again);
+  if (!reading.document) log("WARNING: Document '{}' cannot be read as XML: {}.", path, reading.problem);
+  check(reading.document != nullptr, kNoDocument);
+  if (reading.isGuessed) {
+    log("WARNING: Document '{}' is malformed or in an unusual encoding. What could be read of it is used.", path);
   }
-  if (!problem.empty()) log("WARNING: Document '{}' could not be read: {}.", path, problem);
-  check(document != nullptr,
-        "MSPEXMLExporter.newXmlDocFromUrl: Failed to "
-        "build XML DOM from source data.");
-  return document;
+  return std::move(reading.document);
 }
 
 bool MSPEXMLExporter::mayReplace(const NumberedPath& path) const {

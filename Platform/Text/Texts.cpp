@@ -84,6 +84,15 @@ std::string escaped(std::uint32_t character) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+/// The character that a byte from 0x80 on is in windows-1252; U+FFFD for the five that are none.
+char32_t windows1252(unsigned char byte) {
+  constexpr std::array<char16_t, 32> kDifferentFromLatin1 = {
+      0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+      0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+      0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+  return byte < 0xA0 ? kDifferentFromLatin1.at(byte - 0x80U) : byte;
+}
+
 }  // namespace
 
 std::string lowercased(std::string_view text) {
@@ -188,6 +197,20 @@ bool isUTF8(std::string_view bytes) {
   return true;
 }
 
+void appendUTF8(std::string& to, char32_t character) {
+  const auto append = [&to](char32_t bits) { to += static_cast<char>(bits); };
+  const auto appendRest = [&](int shift) { append(0x80 | (character >> shift & 0x3F)); };
+  if (character < 0x80) return append(character);
+  if (character < 0x800) {
+    append(0xC0 | character >> 6);
+    return appendRest(0);
+  }
+  append(character < 0x10000 ? 0xE0 | character >> 12 : 0xF0 | character >> 18);
+  if (character >= 0x10000) appendRest(12);
+  appendRest(6);
+  appendRest(0);
+}
+
 std::string asUTF8(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
@@ -196,9 +219,7 @@ std::string asUTF8(std::string_view bytes) {
     if (length > 0) {
       text.append(bytes.substr(0, length));
     } else {
-      const auto byte = static_cast<unsigned char>(bytes[0]);
-      text += static_cast<char>(0xC0 | byte >> 6);
-      text += static_cast<char>(0x80 | (byte & 0x3F));
+      appendUTF8(text, windows1252(static_cast<unsigned char>(bytes[0])));
     }
     bytes.remove_prefix(std::max<std::size_t>(length, 1));
   }

@@ -33,7 +33,10 @@ namespace platform {
 [[nodiscard]] std::uint32_t characterCode(std::string_view text);
 /// Whether the bytes are UTF-8.
 [[nodiscard]] bool isUTF8(std::string_view bytes);
-/// The bytes as UTF-8: those that are not are taken for Latin-1, which is what they mostly are.
+/// Appends the character's UTF-8 bytes. It must not be beyond U+10FFFF.
+void appendUTF8(std::string& to, char32_t character);
+/// The bytes as UTF-8: those that are not are taken for windows-1252, which they nearly always are. The five bytes that
+/// windows-1252 does not know become U+FFFD.
 [[nodiscard]] std::string asUTF8(std::string_view bytes);
 
 /// A number that a text begins with: `length` bytes of the text, leading blanks included, were read for it.

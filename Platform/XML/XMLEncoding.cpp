@@ -1,87 +1,76 @@
 #include "Platform/XML/XMLEncoding.h"
 
-#include <fmt/format.h>
+#include <array>
 
-#include <cstdint>
-
-#include "Platform/System/Exceptions.h"
+#include "Platform/Text/Encodings.h"
 #include "Platform/Text/Texts.h"
 
 namespace xml {
 namespace {
 
-constexpr std::string_view kMark = "\xEF\xBB\xBF";
+using namespace std::string_view_literals;
 
-[[noreturn]] void fail(std::string reason) { throw platform::Exception("XMLException", std::move(reason)); }
+constexpr std::string_view kEBCDIC = "IBM037";
 
-enum class Form { kUTF8, kUTF16LittleEndian, kUTF16BigEndian };
-
-/// Without a mark, UTF-16 has a zero byte beside the "<" that every document begins with.
-Form formOf(std::string_view bytes) {
-  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with(std::string_view("<\0", 2))) return Form::kUTF16LittleEndian;
-  if (bytes.starts_with("\xFE\xFF") || bytes.starts_with(std::string_view("\0<", 2))) return Form::kUTF16BigEndian;
-  return Form::kUTF8;
+/// The encoding that the first bytes show, whatever is declared: "<" or a mark in two or four bytes, or EBCDIC's
+/// letters. Empty when they are ASCII's.
+std::string shownEncoding(std::string_view bytes) {
+  struct Beginning {
+    std::string_view bytes;
+    std::string_view encoding;
+  };
+  constexpr std::array kBeginnings = {Beginning{"\xFF\xFE\0\0"sv, "UTF-32LE"}, Beginning{"\0\0\xFE\xFF"sv, "UTF-32BE"},
+                                      Beginning{"<\0\0\0"sv, "UTF-32LE"},      Beginning{"\0\0\0<"sv, "UTF-32BE"},
+                                      Beginning{"\xFF\xFE"sv, "UTF-16LE"},     Beginning{"\xFE\xFF"sv, "UTF-16BE"},
+                                      Beginning{"<\0"sv, "UTF-16LE"},          Beginning{"\0<"sv, "UTF-16BE"},
+                                      Beginning{"\x4C\x6F\xA7\x94"sv, kEBCDIC}};
+  for (const Beginning& beginning : kBeginnings) {
+    if (bytes.starts_with(beginning.bytes)) return std::string(beginning.encoding);
+  }
+  return "";
 }
 
-void appendUTF8(std::string& to, std::uint32_t character) {
-  const auto append = [&to](std::uint32_t byte) { to += static_cast<char>(byte); };
-  const auto appendRest = [&](std::uint32_t shift) { append(0x80U | ((character >> shift) & 0x3FU)); };
-  if (character < 0x80) {
-    append(character);
-  } else if (character < 0x800) {
-    append(0xC0U | character >> 6U);
-    appendRest(0);
-  } else if (character < 0x10000) {
-    append(0xE0U | character >> 12U);
-    appendRest(6);
-    appendRest(0);
-  } else {
-    append(0xF0U | character >> 18U);
-    appendRest(12);
-    appendRest(6);
-    appendRest(0);
-  }
+/// Whether bytes that begin with ASCII's "<" are UTF-8 by this declaration. Writers that make texts of two-byte
+/// characters often declare those, and then store the text as UTF-8.
+bool meansUTF8(const std::string& declared) {
+  return declared.empty() || declared == "utf-8" || declared == "utf8" || declared == "us-ascii" ||
+         declared.starts_with("utf-16") || declared.starts_with("utf-32");
 }
 
-/// Reads UTF-16, of which a pair of surrogates is one character.
-class UTF16Reader {
- public:
-  UTF16Reader(std::string_view bytes, bool isBigEndian) : bytes_(bytes), isBigEndian_(isBigEndian) {}
+DocumentText fromUTF8(std::string_view bytes, bool isGuessed) {
+  return {platform::asUTF8(bytes), isGuessed || !platform::isUTF8(bytes)};
+}
 
-  [[nodiscard]] std::string asUTF8() {
-    if (bytes_.size() % 2 != 0) fail("is not in UTF-16: it ends within a character");
-    std::string text;
-    text.reserve(bytes_.size());
-    while (at_ < bytes_.size()) appendUTF8(text, nextCharacter());
-    return text;
+/// Decodes what begins with other bytes than ASCII's.
+DocumentText fromShown(std::string_view bytes, std::string encoding) {
+  const bool isUnusual = encoding == kEBCDIC;
+  if (isUnusual) {
+    // Its variants spell the declaration alike, which says which of them it is.
+    const auto beginning = platform::decoded(bytes.substr(0, 200), encoding);
+    const auto declared = platform::encodingName(beginning ? declaredEncoding(beginning->text) : "");
+    if (declared) encoding = *declared;
   }
+  auto decoded = platform::decoded(bytes, encoding);
+  if (!decoded) return fromUTF8(bytes, true);
+  return {std::move(decoded->text), isUnusual || !decoded->isExact};
+}
 
- private:
-  std::uint32_t nextUnit() {
-    if (at_ >= bytes_.size()) fail("is not in UTF-16: half a character stands at its end");
-    const auto first = static_cast<unsigned char>(bytes_[at_]);
-    const auto second = static_cast<unsigned char>(bytes_[at_ + 1]);
-    at_ += 2;
-    return isBigEndian_ ? first * 256U + second : second * 256U + first;
-  }
-
-  std::uint32_t nextCharacter() {
-    const std::uint32_t unit = nextUnit();
-    if (unit < 0xD800 || unit > 0xDFFF) return unit;
-    const std::uint32_t low = unit < 0xDC00 ? nextUnit() : 0;
-    if (low < 0xDC00 || low > 0xDFFF) fail("is not in UTF-16: it has half a character");
-    return 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);
-  }
-
-  std::string_view bytes_;
-  bool isBigEndian_;
-  std::size_t at_ = 0;
-};
+/// Decodes what begins as ASCII does.
+DocumentText fromDeclared(std::string_view bytes, const std::string& declared) {
+  if (meansUTF8(declared)) return fromUTF8(bytes, false);
+  const auto encoding = platform::encodingName(declared);
+  if (encoding == "UTF-8" || encoding == "US-ASCII") return fromUTF8(bytes, false);
+  auto decoded = encoding ? platform::decoded(bytes, *encoding) : std::nullopt;
+  // A declaration is wrong when it cannot be read in the encoding that it names, or when the rest cannot and is UTF-8.
+  const bool isWrong =
+      !decoded || !decoded->text.starts_with("<?xml") || (!decoded->isExact && platform::isUTF8(bytes));
+  if (isWrong) return fromUTF8(bytes, true);
+  return {std::move(decoded->text), encoding != "ISO-8859-1" || !decoded->isExact};
+}
 
 }  // namespace
 
 std::string declaredEncoding(std::string_view bytes) {
-  if (bytes.starts_with(kMark)) bytes.remove_prefix(kMark.size());
   if (!bytes.starts_with("<?xml")) return "";
   const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
   const std::size_t key = declaration.find("encoding");
@@ -92,18 +81,13 @@ std::string declaredEncoding(std::string_view bytes) {
   return platform::lowercased(declaration.substr(open + 1, close - open - 1));
 }
 
-std::string inUTF8(std::string bytes) {
-  const Form form = formOf(bytes);
-  const bool isUTF8 = form == Form::kUTF8;
-  if (!isUTF8) bytes = UTF16Reader(bytes, form == Form::kUTF16BigEndian).asUTF8();
-  const std::string declared = declaredEncoding(bytes);
-  if (!declared.empty() && declared != "utf-8" && !declared.starts_with("utf-16")) {
-    fail(fmt::format("is in the encoding {}, and only UTF-8 and UTF-16 are read", declared));
-  }
-  if (!declared.empty() && (declared == "utf-8") != isUTF8) fail("is not in the encoding that it declares");
-  if (!platform::isUTF8(bytes)) fail("is not in UTF-8");
-  if (bytes.starts_with(kMark)) bytes.erase(0, kMark.size());
-  return bytes;
+bool isPlainUTF8(std::string_view bytes) {
+  return shownEncoding(bytes).empty() && meansUTF8(declaredEncoding(bytes)) && platform::isUTF8(bytes);
+}
+
+DocumentText documentText(std::string_view bytes) {
+  const std::string shown = shownEncoding(bytes);
+  return shown.empty() ? fromDeclared(bytes, declaredEncoding(bytes)) : fromShown(bytes, shown);
 }
 
 }  // namespace xml

@@ -2,12 +2,14 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace xml {
 
-/// A malformed or unusually encoded document made readable: what a recovering parser makes of the bytes, as
-/// well-formed UTF-8. None when nothing can be made of them. Fetches nothing and expands no entities.
-[[nodiscard]] std::optional<std::string> repaired(std::string_view bytes);
+/// A malformed document made readable: the elements, attributes and texts that a recovering parser sees in it, as
+/// well-formed UTF-8. Names stay as written, prefixes included.
+/// @param text the document as mendedText() gives it.
+/// @return none when no element is found, or when a tag seems to have more than 1000 attributes: the parser compares
+/// each with each other.
+[[nodiscard]] std::optional<std::string> repaired(const std::string& text);
 
 }  // namespace xml

@@ -32,18 +32,6 @@ bool arePlain(const char* characters) {
   return ((bytes | special) & kHighestBits) == 0;
 }
 
-/// The text without what cannot be a character in XML.
-std::string charactersOnly(std::string_view text) {
-  std::string characters;
-  characters.reserve(text.size());
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = characterLength(text.substr(i));
-    characters.append(text.substr(i, length));
-    i += length == 0 ? 1 : length;
-  }
-  return characters;
-}
-
 /// Appends a character of a text or an attribute.
 void appendEscaped(std::string& to, char c) {
   switch (c) {
@@ -62,23 +50,6 @@ void appendEscaped(std::string& to, char c) {
     default:
       to += c;
   }
-}
-
-/// Whether a character reference names NUL: "&#0;", "&#x00;".
-bool refersToNul(std::string_view bytes) {
-  for (std::size_t at = bytes.find("&#"); at != std::string_view::npos; at = bytes.find("&#", at + 2)) {
-    std::size_t digit = at + 2;
-    if (digit < bytes.size() && bytes[digit] == 'x') ++digit;
-    const std::size_t end = bytes.find_first_not_of('0', digit);
-    if (end != std::string_view::npos && end > digit && bytes[end] == ';') return true;
-  }
-  return false;
-}
-
-/// Whether the tree's parser reads the encoding by itself. It tells UTF-16 and UTF-32 by their first bytes.
-bool parserKnows(const std::string& encoding) {
-  return encoding.empty() || encoding == "utf-8" || encoding == "us-ascii" || encoding == "iso-8859-1" ||
-         encoding == "latin1" || encoding.starts_with("utf-16") || encoding.starts_with("utf-32");
 }
 
 }  // namespace
@@ -100,6 +71,17 @@ bool isPlainText(std::string_view text) {
     if (!arePlain(text.data() + std::min(at, text.size() - kStep))) return false;
   }
   return true;
+}
+
+std::string charactersOnly(std::string_view text) {
+  std::string characters;
+  characters.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = characterLength(text.substr(i));
+    characters.append(text.substr(i, length));
+    i += length == 0 ? 1 : length;
+  }
+  return characters;
 }
 
 std::string escapedText(std::string_view text) {
@@ -130,20 +112,6 @@ std::string commentText(std::string_view text) {
   }
   if (comment.ends_with('-')) comment += ' ';
   return comment;
-}
-
-bool isTakenForUTF8(std::string_view bytes) {
-  // UTF-16 and UTF-32 begin with a mark, or have NULs between their first letters.
-  const bool isWide = bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE") ||
-                      bytes.substr(0, 4).find('\0') != std::string_view::npos;
-  const std::string encoding = declaredEncoding(bytes);
-  return !isWide && (encoding.empty() || encoding == "utf-8" || encoding == "us-ascii");
-}
-
-bool parserReads(std::string_view bytes) {
-  if (!parserKnows(declaredEncoding(bytes))) return false;
-  if (isTakenForUTF8(bytes) && !platform::isUTF8(bytes)) return false;
-  return !refersToNul(bytes);
 }
 
 }  // namespace xml

@@ -12,6 +12,8 @@ inline constexpr std::string_view kIndent = "  ";  ///< of each level
 [[nodiscard]] std::size_t characterLength(std::string_view bytes);
 /// Whether a text has only printable ASCII and nothing to escape between tags, as nearly all that are written have.
 [[nodiscard]] bool isPlainText(std::string_view text);
+/// The text without what cannot be a character in XML.
+[[nodiscard]] std::string charactersOnly(std::string_view text);
 /// The text as it is written between tags. What cannot be a character in XML is left out, here and below; carriage
 /// returns become references, since a reader would make line feeds of bare ones.
 [[nodiscard]] std::string escapedText(std::string_view text);
@@ -20,12 +22,5 @@ inline constexpr std::string_view kIndent = "  ";  ///< of each level
 /// The text as it is written in a comment, which can hold neither two dashes nor references: blanks part the dashes,
 /// and carriage returns become line feeds.
 [[nodiscard]] std::string commentText(std::string_view text);
-
-/// Whether the tree's parser would take the bytes of a document for UTF-8, which it does unseen.
-[[nodiscard]] bool isTakenForUTF8(std::string_view bytes);
-
-/// Whether the tree's parser reads every character of the document right, as far as encodings are concerned: it knows
-/// the one declared, the bytes are in it, and no reference names NUL, which would end a text.
-[[nodiscard]] bool parserReads(std::string_view bytes);
 
 }  // namespace xml

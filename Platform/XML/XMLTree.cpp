@@ -1,11 +1,16 @@
 #include "Platform/XML/XMLTree.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <utility>
 
-#include "Platform/Text/Texts.h"
+#include "Platform/XML/XMLEncoding.h"
+#include "Platform/XML/XMLProlog.h"
 #include "Platform/XML/XMLQuery.h"
+#include "Platform/XML/XMLReferences.h"
 #include "Platform/XML/XMLRepair.h"
 #include "Platform/XML/XMLText.h"
 #include "Platform/XML/XMLTreeInternals.h"
@@ -13,8 +18,13 @@
 namespace xml {
 namespace {
 
-/// A document's only text of an element is kept even when it is blank, and is stored in the element itself.
-constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
+// Nearly all blanks of a plan part elements, and nobody asks for them. As nodes they would be a third of the memory of
+// an export and a twelfth of its instructions, so they are left out and looked up in the source when an element is
+// asked for its text that has other nodes in it. For that to be seen, comments are nodes, too.
+constexpr unsigned kKeepBlanks =
+    pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi;
+/// An element's only text is kept even when it is blank.
+constexpr unsigned kLeaveOutBlanks = (kKeepBlanks & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single;
 
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
 
@@ -51,6 +61,39 @@ std::string markupOf(pugi::xml_attribute attribute) {
   return text;
 }
 
+bool isText(pugi::xml_node node) {
+  return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
+/// The texts that are nodes; an element's first text is stored in the element.
+std::string joinedTexts(pugi::xml_node top) {
+  std::string texts;
+  for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
+    if (isText(node)) texts += node.value();
+  }
+  return texts;
+}
+
+/// The first node behind the element and all that is in it.
+pugi::xml_node nextBehind(pugi::xml_node element) {
+  while (element && !element.next_sibling()) element = element.parent();
+  return element.next_sibling();
+}
+
+MendedText mendedTextOf(std::string_view bytes) {
+  const DocumentText decoded = documentText(bytes);
+  MendedText mended = mendedText(decoded.text);
+  if (decoded.isGuessed) mended.isGuessed = true;
+  return mended;
+}
+
+std::string problemOf(const pugi::xml_parse_result& result, std::string_view text) {
+  std::string reason = result.description();
+  if (result.status == pugi::status_no_document_element) return reason;
+  const std::string_view before = text.substr(0, static_cast<std::size_t>(result.offset));
+  return fmt::format("line {}: {}", 1 + std::count(before.begin(), before.end(), '\n'), reason);
+}
+
 }  // namespace
 
 // Attribute
@@ -67,21 +110,12 @@ bool Node::isElement() const { return pugi::xml_node(node_).type() == pugi::node
 
 std::string_view Node::name() const { return pugi::xml_node(node_).name(); }
 
-std::string Node::stringValue() const {
-  std::string storage;
-  return std::string(stringValue(storage));
-}
+std::string Node::stringValue() const { return std::string(stringView()); }
 
-std::string_view Node::stringValue(std::string& storage) const {
+std::string_view Node::stringView() const {
   const pugi::xml_node top(node_);
   if (!top.first_child()) return top.value();  // an element's first text is stored in the element
-  storage = top.value();
-  for (pugi::xml_node node = top.first_child(); node; node = nextInDocumentOrder(node, top)) {
-    if (node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
-      storage += node.value();
-    }
-  }
-  return storage;
+  return document_->tree_->wholeText(top);
 }
 
 Attribute Node::attribute(std::string_view name) const {
@@ -123,30 +157,64 @@ Document::Document() : tree_(std::make_unique<Tree>()) {
 
 Document::~Document() = default;
 
-bool Document::load(std::string bytes) {
-  if (!parserReads(bytes)) return false;
-  tree_->bytes = std::move(bytes);
-  const auto result = tree_->document.load_buffer_inplace(tree_->bytes.data(), tree_->bytes.size(), kParseOptions);
-  if (!result) return false;
-  tree_->root = tree_->document.document_element();
-  return true;
+Reading Document::read(std::string bytes, Source again) {
+  if (bytes.empty()) return {nullptr, false, "it is empty"};
+  if (!isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType) return readMended(bytes);
+  auto document = std::make_unique<Document>();
+  if (document->tree_->load(std::move(bytes), kLeaveOutBlanks)) {
+    document->tree_->again = std::move(again);
+    return {std::move(document), false, ""};
+  }
+  document.reset();
+  Reading reading = readMended(again());
+  reading.isGuessed = true;
+  return reading;
+}
+
+Reading Document::read(std::string bytes) {
+  Source again = [bytes] { return bytes; };
+  return read(std::move(bytes), std::move(again));
+}
+
+Reading Document::readMended(std::string_view bytes) {
+  const MendedText mended = mendedTextOf(bytes);
+  if (!mended.problem.empty()) return {nullptr, false, mended.problem};
+  auto document = std::make_unique<Document>();
+  const auto result = document->tree_->load(mended.text, kKeepBlanks);
+  if (result) return {std::move(document), mended.isGuessed, ""};
+  auto text = repaired(mended.text);
+  if (text && document->tree_->load(std::move(*text), kKeepBlanks)) return {std::move(document), true, ""};
+  return {nullptr, false, problemOf(result, mended.text)};
 }
 
 std::unique_ptr<Document> Document::parse(std::string bytes) {
-  auto document = std::make_unique<Document>();
-  if (!document->load(std::move(bytes))) return nullptr;
-  return document;
+  Reading reading = read(std::move(bytes));
+  return reading.isGuessed ? nullptr : std::move(reading.document);
 }
 
-std::unique_ptr<Document> Document::parseRepaired(std::string_view bytes) {
-  std::string text;
-  if (isTakenForUTF8(bytes)) {
-    text = platform::asUTF8(bytes);
-    bytes = text;
-  }
-  auto mended = repaired(bytes);
-  if (!mended) return nullptr;
-  return parse(std::move(*mended));
+pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) {
+  bytes = std::move(text);
+  const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
+  root = document.document_element();
+  return result;
+}
+
+const std::string& Document::Tree::wholeText(pugi::xml_node top) {
+  const auto [position, isNew] = wholeTexts.try_emplace(top.internal_object());
+  if (isNew) position->second = again ? textWithBlanks(top) : joinedTexts(top);
+  return position->second;
+}
+
+std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
+  if (source.empty()) source = again();
+  if (source.size() != bytes.size()) return joinedTexts(top);  // another program has changed the file meanwhile
+  const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
+  const pugi::xml_node next = nextBehind(top);
+  const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
+  // Parsing ends at what stands behind the element, so that the result is an error.
+  pugi::xml_document part;
+  part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
+  return joinedTexts(part.first_child());
 }
 
 Node Document::root() const {

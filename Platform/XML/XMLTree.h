@@ -47,10 +47,10 @@ class Node {
   [[nodiscard]] bool isElement() const;
   /// The name as written, its prefix included; namespaces are not looked at.
   [[nodiscard]] std::string_view name() const;
-  /// The texts of the node and its descendants, one after the other.
+  /// The texts of the node and its descendants, one after the other, blanks between them included.
   [[nodiscard]] std::string stringValue() const;
-  /// The same; put together in the storage only when there are several texts.
-  [[nodiscard]] std::string_view stringValue(std::string& storage) const;
+  /// The same; valid while the document lives.
+  [[nodiscard]] std::string_view stringView() const;
   /// The attribute with exactly this name.
   [[nodiscard]] Attribute attribute(std::string_view name) const;
   /// Its value; none when there is no such attribute.
@@ -75,6 +75,8 @@ struct Match {
   int count = 0;
 };
 
+struct Reading;
+
 /// An XML document that was read: owns every node in it. Not movable, because views point to it.
 class Document {
  public:
@@ -84,11 +86,19 @@ class Document {
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  /// The document that the bytes hold; nothing when they are malformed, hold no element, declare an encoding that the
-  /// tree's parser does not know, or are not in the one they declare.
+  /// Gives the bytes of a document once more; none when they cannot be had any longer.
+  using Source = std::function<std::string()>;
+
+  /// Reads a document: as it stands when it is well-formed UTF-8, otherwise as far as its encoding can be guessed and
+  /// its markup repaired. Entities that it declares itself are expanded, at most to ten times its size; nothing is
+  /// fetched.
+  /// @param again is asked when the bytes have to be gone through a second time, which may be as long as the document
+  /// lives: reading works inside them and spoils them.
+  [[nodiscard]] static Reading read(std::string bytes, Source again);
+  /// The same for bytes that stay in memory for it.
+  [[nodiscard]] static Reading read(std::string bytes);
+  /// The document that the bytes hold; none when anything in them has to be guessed or repaired.
   [[nodiscard]] static std::unique_ptr<Document> parse(std::string bytes);
-  /// The document that a recovering parser, which knows more encodings, makes of the bytes; nothing when it finds none.
-  [[nodiscard]] static std::unique_ptr<Document> parseRepaired(std::string_view bytes);
 
   /// The root element; an empty view when the document has none.
   [[nodiscard]] Node root() const;
@@ -97,12 +107,20 @@ class Document {
   void serialize(const std::function<void(std::string_view)>& sink) const;
 
  private:
+  friend class Node;
   friend class Query;
   struct Tree;
 
-  [[nodiscard]] bool load(std::string bytes);
+  [[nodiscard]] static Reading readMended(std::string_view bytes);
 
   std::unique_ptr<Tree> tree_;
+};
+
+/// What reading a document gave.
+struct Reading {
+  std::unique_ptr<Document> document;
+  bool isGuessed = false;  ///< whether something in it was guessed or repaired
+  std::string problem;     ///< why there is no document: "line 3: Start-end tags mismatch"; empty when there is one
 };
 
 }  // namespace xml

@@ -131,6 +131,18 @@ struct Document::Tree {
   std::string bytes;  ///< what the parsed nodes' texts point into
   pugi::xml_document document;
   pugi::xml_node root;
+
+  /// Parses the bytes; why they cannot be when they cannot, otherwise empty.
+  [[nodiscard]] pugi::xml_parse_result load(std::string text, unsigned options);
+
+  Source again;        ///< of the bytes, when blanks between elements were left out; none when they were not
+  std::string source;  ///< the bytes as they were, had from it at the first need
+  std::unordered_map<const void*, std::string> wholeTexts;  ///< of elements that were asked, and have nodes in them
+
+  /// The texts of a node that has others in it.
+  [[nodiscard]] const std::string& wholeText(pugi::xml_node top);
+  [[nodiscard]] std::string textWithBlanks(pugi::xml_node top);
+
   /// Children of one node by one attribute's value, made at the first question.
   std::unordered_map<LookupKey<std::string>, Lookup, LookupKeyHash, LookupKeyEqual> lookups;
 

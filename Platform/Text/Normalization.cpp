@@ -1,0 +1,33 @@
+#include "Platform/Text/Normalization.h"
+
+#include <unicode/bytestream.h>
+#include <unicode/normalizer2.h>
+#include <unicode/stringpiece.h>
+
+namespace platform {
+namespace {
+
+/// As it is when the library has no data for the form.
+std::string normalized(std::string_view text, const icu::Normalizer2* form, UErrorCode status) {
+  if (U_FAILURE(status)) return std::string(text);
+  std::string result;
+  icu::StringByteSink<std::string> sink(&result);
+  form->normalizeUTF8(0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr, status);
+  return U_FAILURE(status) ? std::string(text) : result;
+}
+
+}  // namespace
+
+std::string composed(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* form = icu::Normalizer2::getNFCInstance(status);
+  return normalized(text, form, status);
+}
+
+std::string decomposed(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* form = icu::Normalizer2::getNFDInstance(status);
+  return normalized(text, form, status);
+}
+
+}  // namespace platform
