@@ -145,16 +145,15 @@ class Doubts {
   }
 
   void checkFields(xml::Node object, std::span<const Field> fields) {
-    std::string storage;
     for (const Field& field : fields) {
       XQueryError error;
       const xml::Node found = singleObjectForXQuery(object, xml::Query(field.name), &error);
       if (!found) continue;
       if (error) warn("there is more than one {}, the last one counts", field.name);
-      if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue(storage));
+      if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue());
       // Rates are copied as they are.
       if (field.kind == Kind::kNumber && field.name != "cost-per-hour") {
-        checkNumber(field.name, found.stringValue(storage));
+        checkNumber(field.name, found.stringValue());
       }
     }
   }

@@ -75,9 +75,8 @@ constexpr std::array<std::string_view, 11> kTaskDates = {
 }  // namespace
 
 PlanZone::PlanZone(xml::Node scenario) {
-  std::string storage;
   const auto gatherElement = [&](xml::Node object, const xml::Query& query) {
-    if (const xml::Node date = singleObjectForXQuery(object, query)) gather(date.stringValue(storage));
+    if (const xml::Node date = singleObjectForXQuery(object, query)) gather(date.stringValue());
   };
   gatherElement(scenario, "start-date");
   gatherElement(scenario, "end-date");
