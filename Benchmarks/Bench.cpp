@@ -1,5 +1,6 @@
 // Times whole runs of the exporter over generated bundles and prints the tables of docs/performance.md. Usage:
-// MSPDIBench EXPORTER FLOOR CONFORM FOLDER   (the folder receives bundles and results; CONFORM is mspdi-conform)
+// MSPDIBench EXPORTER FLOOR SEND CONFORM FOLDER   (the folder receives bundles and results; SEND and CONFORM are
+// mspdi-export and mspdi-conform)
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -86,34 +87,53 @@ double sizeOf(const std::vector<std::string> &files) {
   return size;
 }
 
+struct Programs {
+  std::string exporter;
+  std::string floor;
+  std::string send;
+  std::string conform;
+};
+
 struct Plan {
   Usage exporter;
+  Usage send;     ///< mspdi-export
+  Usage conform;  ///< mspdi-conform, of what the exporter wrote
   Usage floor;
   Usage xmllint;
   double bytesIn = 0;
   double bytesOut = 0;
+  double bytesSent = 0;
 };
 
-Plan timePlan(const std::string &exporter, const std::string &floor, const std::string &folder, std::size_t tasks) {
+Plan timePlan(const Programs &programs, const std::string &folder, std::size_t tasks) {
   const std::string bundle = fmt::format("{}/{}.kvdx", folder, tasks);
   const std::string result = fmt::format("{}/{}.xml", folder, tasks);
   const std::string out = folder + "/out.xml";
   const std::vector<std::string> inputs = {bundle + "/__TOC.xml", bundle + "/Current.xml", bundle + "/Approved.xml"};
   writeGeneratedBundle(bundle, tasks);
   fs::remove(result);
-  measured({exporter, bundle, result});
+  measured({programs.exporter, bundle, result});
 
   std::vector<Usage> exporterRuns;
+  std::vector<Usage> sendRuns;
+  std::vector<Usage> conformRuns;
   std::vector<Usage> floorRuns;
   std::vector<Usage> xmllintRuns;
+  double bytesSent = 0;
   for (int run = 0; run < kRuns; ++run) {
     fs::remove(out);
-    exporterRuns.push_back(measured({exporter, bundle, out}));
+    exporterRuns.push_back(measured({programs.exporter, bundle, out}));
     fs::remove(out);
-    floorRuns.push_back(measuredFloor(floor, result, out, inputs));
+    sendRuns.push_back(measured({programs.send, bundle, "-o", out}));
+    bytesSent = sizeOf({out});
+    fs::remove(out);
+    conformRuns.push_back(measured({programs.conform, result, out}));
+    fs::remove(out);
+    floorRuns.push_back(measuredFloor(programs.floor, result, out, inputs));
     xmllintRuns.push_back(measured({"xmllint", "--format", result}));
   }
-  return {median(exporterRuns), median(floorRuns), median(xmllintRuns), sizeOf(inputs), sizeOf({result})};
+  return {median(exporterRuns), median(sendRuns), median(conformRuns), median(floorRuns),
+          median(xmllintRuns),  sizeOf(inputs),   sizeOf({result}),    bytesSent};
 }
 
 void printRow(const char *what, double value, double limit) {
@@ -123,11 +143,9 @@ void printRow(const char *what, double value, double limit) {
 }  // namespace
 
 int main(int argc, char **argv) {
-  if (argc != 5) return 2;
-  const std::string exporter = argv[1];
-  const std::string floor = argv[2];
-  const std::string conform = argv[3];
-  const std::string folder = argv[4];
+  if (argc != 6) return 2;
+  const Programs programs = {argv[1], argv[2], argv[3], argv[4]};
+  const std::string folder = argv[5];
   fs::create_directories(folder);
 
   fmt::print(
@@ -136,7 +154,7 @@ int main(int argc, char **argv) {
       "|---|---|---|---|---|---|---|---|---|\n");
   std::vector<Plan> plans;
   for (const std::size_t tasks : {500U, 10'000U, 100'000U}) {
-    const Plan &plan = plans.emplace_back(timePlan(exporter, floor, folder, tasks));
+    const Plan &plan = plans.emplace_back(timePlan(programs, folder, tasks));
     fmt::print(
         "| {} | {:.3f} | {:.3f} | {:.1f} | {:.1f} | {:.1f} | {:.2f} | "
         "{:.2f} | {:.2f} |\n",
@@ -153,21 +171,13 @@ int main(int argc, char **argv) {
   std::vector<Usage> xmllintRuns;
   for (int run = 0; run < kShortRuns; ++run) {
     fs::remove(out);
-    exporterRuns.push_back(measured({exporter, smallest, out}));
+    exporterRuns.push_back(measured({programs.exporter, smallest, out}));
     xmllintRuns.push_back(measured({"xmllint", "--noout", smallest + "/Current.xml"}));
   }
   const Usage smallestExport = median(exporterRuns);
   const Usage smallestXmllint = median(xmllintRuns);
   fmt::print("\nSmallest bundle: exporter {:.2f} ms, xmllint --noout {:.2f} ms.\n", smallestExport.wall * 1e3,
              smallestXmllint.wall * 1e3);
-
-  std::vector<Usage> copyRuns;
-  for (int run = 0; run < kRuns; ++run) {
-    fs::remove(out);
-    copyRuns.push_back(measured({conform, folder + "/10000.xml", out}));
-  }
-  const Usage copy = median(copyRuns);
-  fmt::print("Conforming copy of 10,000 tasks: {:.2f} s CPU, {:.2f} s wall.\n", copy.cpu, copy.wall);
 
   const Plan &small = plans[0];
   const Plan &middle = plans[1];
@@ -182,5 +192,11 @@ int main(int argc, char **argv) {
            4.0);
   printRow("smallest bundle, wall, exporter / xmllint --noout", smallestExport.wall / smallestXmllint.wall, 3.0);
   printRow("500 tasks, wall, exporter / floor", small.exporter.wall / small.floor.wall, 2.0);
-  printRow("conforming copy, CPU, / exporter, 10,000 tasks", copy.cpu / middle.exporter.cpu, 10.0);
+  printRow("CPU, mspdi-export / exporter, 10,000 tasks", middle.send.cpu / middle.exporter.cpu, 2.5);
+  printRow("CPU, mspdi-export / exporter, 100,000 tasks", large.send.cpu / large.exporter.cpu, 2.5);
+  printRow("growth of CPU of mspdi-export, 10,000 to 100,000 tasks", large.send.cpu / middle.send.cpu, 10.5);
+  printRow("peak memory of mspdi-export / (bytes in + sent), 100,000 tasks",
+           large.send.memory / (large.bytesIn + large.bytesSent), 4.0);
+  printRow("CPU, mspdi-conform / exporter, 10,000 tasks", middle.conform.cpu / middle.exporter.cpu, 1.5);
+  printRow("CPU, mspdi-conform / exporter, 100,000 tasks", large.conform.cpu / large.exporter.cpu, 1.5);
 }

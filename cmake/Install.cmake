@@ -7,22 +7,19 @@ set(MSPDI_PACKAGE mspdi-export)
 set(MSPDI_DOCUMENTS ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MSPDI_PACKAGE})
 
 # --- The program ---
-install(TARGETS MSPDIExport COMPONENT program)
+install(TARGETS MSPDIExport mspdi-export mspdi-conform COMPONENT program)
 install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME mspdi-export-all COMPONENT program)
-install(PROGRAMS scripts/mspdi-conform DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
-# The command looks there, from its own place.
-install(FILES share/mspdi-conform.xsl DESTINATION ${CMAKE_INSTALL_BINDIR}/../share/${MSPDI_PACKAGE} COMPONENT program)
 # Compressed as Debian has them, while configuring: no target needs to be built for them.
 find_program(MSPDI_GZIP gzip REQUIRED)
 function(mspdi_compress file compressed)
   execute_process(COMMAND ${MSPDI_GZIP} -9n INPUT_FILE ${file} OUTPUT_FILE ${compressed} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
-foreach(page MSPDIExport.1 mspdi-export-all.1 mspdi-conform.1)
+foreach(page MSPDIExport.1 mspdi-export.1 mspdi-export-all.1 mspdi-conform.1)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS man/${page})
   mspdi_compress(${PROJECT_SOURCE_DIR}/man/${page} ${PROJECT_BINARY_DIR}/${page}.gz)
   install(FILES ${PROJECT_BINARY_DIR}/${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 endforeach()
-foreach(command MSPDIExport mspdi-export-all mspdi-conform)
+foreach(command MSPDIExport mspdi-export mspdi-export-all mspdi-conform)
   install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME ${command} COMPONENT program)
 endforeach()
@@ -100,11 +97,12 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${MSPDI_PACKAGE})
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "Export Korvella plans to Microsoft Project XML
-MSPDIExport reads a Korvella document bundle (.kvdx) and writes one Microsoft
-Project XML file; mspdi-export-all does so for many bundles at a time, and
-mspdi-conform makes of such a file the copy that strict readers open right.")
-# mspdi-export-all runs the exports through GNU parallel, mspdi-conform xsltproc; shlibdeps knows nothing of scripts.
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel, xsltproc")
+mspdi-export reads a Korvella document bundle (.kvdx) and writes the Microsoft
+Project XML file that one sends. MSPDIExport writes the exact one, without the
+corrections for those who open it; mspdi-export-all does so for many bundles at
+a time, and mspdi-conform corrects such a file later.")
+# mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libmspdi-dev)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)

@@ -4,8 +4,8 @@ set -euo pipefail
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Everything that building needs on Debian 12, Ubuntu 24.04 or a later one, and what testing needs besides.
-PACKAGES=(build-essential cmake ninja-build libarchive-dev libpugixml-dev libxml2-dev libicu-dev libfmt-dev libtomlplusplus-dev
-  libgtest-dev libgmock-dev tzdata)
+PACKAGES=(build-essential cmake ninja-build libarchive-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
+  libpugixml-dev libtomlplusplus-dev libxml2-dev tzdata)
 TEST_PACKAGES=(libxml2-utils parallel planner-data python3 xsltproc)
 
 as_root() {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What bash offers, for words typed in a folder of two bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
-for command in MSPDIExport mspdi-export-all mspdi-conform; do
+for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform; do
   # shellcheck disable=SC1090
   source "$1/share/bash-completion/completions/$command"
 done
@@ -22,6 +22,10 @@ offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' MSPDIExport ''
 offers '--input-list' MSPDIExport --i
 offers 'Plan.xml' MSPDIExport Plan.kvdx P
 offers 'Plan.xml' MSPDIExport --input-list list.txt P
+offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export --keep-dates ''
+offers '--keep-dates' mspdi-export --k
+offers 'An old plan|Xtra|Plan.xml' mspdi-export Plan.kvdx -o ''
+offers '' mspdi-export --currency ''
 offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''

@@ -1,0 +1,28 @@
+# bash completion of mspdi-export: options, else bundles first, then the folders that may hold some.
+
+_mspdi_export() {
+  local current=${COMP_WORDS[COMP_CWORD]} file
+  local -a folders=() bundles=()
+  COMPREPLY=()
+  if [[ $current == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W '--output --keep-dates --currency --version --help' -- "$current")
+    return
+  fi
+  compopt -o filenames -o nosort 2>/dev/null
+  while IFS= read -r file; do
+    case ${file,,} in
+      *.kvdx) bundles+=("$file") ;;
+      *) folders+=("$file") ;;
+    esac
+  done < <(compgen -d -- "$current")
+  case ${COMP_WORDS[COMP_CWORD - 1]} in
+    --currency) ;;
+    # A folder, or a file to write.
+    -o | --output)
+      mapfile -t COMPREPLY < <(compgen -f -X '!*.xml' -- "$current")
+      COMPREPLY=("${folders[@]}" "${COMPREPLY[@]}")
+      ;;
+    *) COMPREPLY=("${bundles[@]}" "${folders[@]}") ;;
+  esac
+}
+complete -F _mspdi_export mspdi-export
