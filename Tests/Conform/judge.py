@@ -174,8 +174,8 @@ def judge_fields(exact, corrected, kind):
     known = {text(definition, "Alias") for definition in objects(exact, "ExtendedAttribute")}
     kept = {text(definition, "Alias") for definition in objects(corrected, "ExtendedAttribute")}
     for before, now in zip(values_by_alias(exact, kind), values_by_alias(corrected, kind)):
-        now = collections.Counter({(alias if alias in known else re.sub(r" \(\d+\)$", "", alias), value): count
-                                   for (alias, value), count in now.items()})
+        now = collections.Counter((alias if alias in known else re.sub(r" \(\d+\)$", "", alias), value)
+                                  for alias, value in now.elements())
         lost = {key for key in before - now if len(kept) < 30 or key[0] in kept}
         check(not lost and not now - before, kind, "fields", lost, now - before)
 
