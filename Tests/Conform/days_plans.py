@@ -21,7 +21,8 @@ class Generator:
             "2024-02-12", "2024-08-25", "2024-10-15", "2025-03-01", "2025-08-25", "2026-03-20", "2026-08-25")))
         days = [self.first + datetime.timedelta(days=step) for step in range(45)]
         noons = [datetime.datetime.combine(day, datetime.time(12), self.zone).utcoffset() for day in days]
-        self.days = days + 5 * [day for day, before, at in zip(days[1:], noons, noons[1:]) if before != at]
+        changes = [number for number in range(1, len(days)) if noons[number - 1] != noons[number]]
+        self.days = days + 8 * [days[number + step] for number in changes for step in (-1, 0)]
 
     def chance(self, share):
         return self.random.random() < share
@@ -30,6 +31,8 @@ class Generator:
         return self.random.choice(self.days)
 
     def second(self):
+        if self.chance(0.2):
+            return self.random.choice((5400, 7200, 9000))  # what clocks skip or repeat
         unit = self.random.choice((3600, 3600, 1800, 60, 1))
         return self.random.randrange(0, 86400, unit)
 
