@@ -309,7 +309,7 @@ TEST(Corrections, SetWhatReadersInsistOn) {
       {__LINE__,
        t1(""),
        "said",
-       "the currency's symbol \"\" tells no code: it is EUR now, as the command line says",
+       "the currency's symbol \"\" has several codes or none: EUR is written, as the command line says",
        "UTC",
        {"<toc><project><currency-format>5</currency-format></project></toc>"}},
   });
@@ -328,7 +328,7 @@ TEST(Corrections, SetWhatReadersInsistOn) {
 TEST(Corrections, TakeTheMachinesCurrency) {
   const ScopedVariable all("LC_ALL", "");
   const ScopedVariable money("LC_MONETARY", std::nullopt);
-  const string empty = "<CurrencySymbol>£</CurrencySymbol><CurrencyCode/>";
+  const string empty = "<CurrencySymbol>Cr</CurrencySymbol><CurrencyCode/>";
   const auto expectCode = [&](const char* line, const char* variable, const char* locale, const string& code) {
     SCOPED_TRACE(line);
     const ScopedVariable language("LANG", "sv_SE.UTF-8");
@@ -340,4 +340,6 @@ TEST(Corrections, TakeTheMachinesCurrency) {
   expectCode("the closest one", "LC_ALL", "C.UTF-8", "USD");
   expectCode("without a country", "LANG", "de", "USD");
   expectCode("no locale", "LANG", "no such locale", "USD");
+  const string pound = "<CurrencySymbol>£</CurrencySymbol><CurrencyCode/>";
+  EXPECT_EQ(copied({__LINE__, pound, "CurrencyCode", ""}), "GBP");
 }
