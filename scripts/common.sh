@@ -1,4 +1,5 @@
-# What the scripts share: the packages that building needs, and the release build. Sourced by bash.
+# shellcheck shell=bash disable=SC2034
+# What the scripts share: the packages that building needs, and how a preset is built. Sourced by bash.
 
 set -euo pipefail
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -31,19 +32,23 @@ ensure_packages() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures a preset once and brings its targets up to date; says something only the first time, for it takes minutes,
-# and when that fails.
-build_preset() {
-  local preset=$1 output
+# Shows how far a command is when there is a terminal to show it on. Elsewhere it is quiet unless the command fails.
+show_progress() {
+  local output
+  if [ -t 2 ]; then
+    "$@" >&2
+  else
+    output=$("$@" 2>&1) || { echo "$output" >&2 && return 1; }
+  fi
+}
+
+# Configures a preset once and brings its targets up to date: build_preset PRESET [--target NAME].
+build_preset() (
+  preset=$1
   shift
   ensure_packages "${PACKAGES[@]}"
-  [ -x "$ROOT/build/$preset/MSPDIExport" ] || echo "Building in build/$preset ..." >&2
-  output=$(
-    exec 2>&1
-    cd "$ROOT"
-    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" && cmake --build --preset "$preset" "$@"
-  ) || {
-    echo "$output" >&2
-    exit 1
-  }
-}
+  cd "$ROOT"
+  [ -x "build/$preset/MSPDIExport" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
+  [ -f "build/$preset/build.ninja" ] || show_progress cmake --preset "$preset" || return 1
+  show_progress cmake --build --preset "$preset" "$@"
+)
