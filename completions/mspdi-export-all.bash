@@ -1,10 +1,13 @@
 # bash completion of mspdi-export-all: options, else bundles first, then folders.
 
 _mspdi_export_all() {
-  local current=${COMP_WORDS[COMP_CWORD]} file
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} file
   local -a folders=() bundles=()
   COMPREPLY=()
-  case ${COMP_WORDS[COMP_CWORD - 1]} in
+  # "--log=DIR" comes as three words.
+  [[ $current != = ]] || current=
+  [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
+  case $previous in
     --jobs) return ;;
     --sshlogin)
       mapfile -t COMPREPLY < <(compgen -A hostname -- "$current")
@@ -22,7 +25,7 @@ _mspdi_export_all() {
       *) folders+=("$file") ;;
     esac
   done < <(compgen -d -- "$current")
-  case ${COMP_WORDS[COMP_CWORD - 1]} in
+  case $previous in
     --output | --log) COMPREPLY=("${folders[@]}") ;;
     *) COMPREPLY=("${bundles[@]}" "${folders[@]}") ;;
   esac

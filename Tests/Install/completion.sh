@@ -28,5 +28,7 @@ offers 'An old plan|Xtra|Plan.xml' mspdi-export Plan.kvdx -o ''
 offers '' mspdi-export --currency ''
 offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
+offers 'An old plan|Xtra' mspdi-export-all --output =
+offers 'Xtra' mspdi-export-all --output = X
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
 offers '' mspdi-conform Plan.xml copy.xml ''

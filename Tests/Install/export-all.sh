@@ -2,7 +2,8 @@
 # Runs one of the cases below with the installed mspdi-export-all: export-all.sh PREFIX CASE
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 ensure_packages parallel
-export_all=$1/bin/mspdi-export-all case=$2
+bin=$1/bin case=$2
+export_all=$bin/mspdi-export-all
 export XDG_CONFIG_HOME=$scratch TZ=UTC
 cd "$scratch"
 
@@ -29,6 +30,14 @@ run() {
 refused() {
   run 2 "${@:2}"
   grep -q -- "$1" errors || fail "'$1' is not in: $(cat errors)"
+}
+
+# install_stub NAME LINE...: the commands in the folder "stub", with one that is a bash script of these lines.
+install_stub() {
+  mkdir -p stub
+  cp -n "$bin"/* stub/
+  printf '%s\n' '#!/bin/bash' "${@:2}" >"stub/$1"
+  chmod +x "stub/$1"
 }
 
 files_below() { (cd "$1" && find . -iname '*.kvdx' -prune -o -name '*.xml' -printf '%P\n' | LC_ALL=C sort); }
@@ -70,33 +79,107 @@ failed_bundles_are_told_and_resumed() {
 }
 
 conforming_copies_are_made_beside_the_exports() {
-  local plan
-  mkdir -p bin plans/{Bolts,Old,Unlucky}.kvdx
+  local plan long
+  long=$(printf 'n%.0s' {1..245})
+  mkdir -p plans/{Bolts,Old,Unlucky,"$long"}.kvdx
   for plan in plans/*.kvdx; do
-    make_bundle "$plan" "$plan"
+    make_bundle "$plan" Task
   done
   sed -i 's|</type></resource>|</type><child-resource idref="r1"/></resource>|
-          s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' plans/Bolts.kvdx/Plan.xml
+          s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' \
+    plans/Bolts.kvdx/Plan.xml
+  # A line as the exporter's log has it, before a failure.
+  echo mine >thesis
+  sed "s|Nuts, bolts|\&#10;2026-05-04 08:00:00.000 MSPDIExport[1] Output: '$scratch/thesis'|" \
+    plans/Bolts.kvdx/Plan.xml >plans/Unlucky.kvdx/Plan.xml
   echo old >'plans/Old (conforming).xml'
-  # Stands for a command that runs out of memory over one plan.
-  cp "${export_all%/*}"/{MSPDIExport,mspdi-export-all} bin/
-  printf '%s\n' '#!/bin/bash' "[[ \$1 != */Unlucky.xml ]] || { echo out of memory >&2; exit 5; }" \
-    "exec '${export_all%/*}/mspdi-conform' \"\$@\"" >bin/mspdi-conform
-  chmod +x bin/mspdi-conform
-  export_all=bin/mspdi-export-all run 1 --conform --log conform-log plans
-  expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
-  expect_same 'told as failed' "Failed: $scratch/plans/Unlucky.kvdx" "$(grep ^Failed errors)"
+  install_stub mspdi-conform "[[ \$1 != */Unlucky.xml ]] || { echo out of memory >&2; exit 5; }" \
+    "exec '$bin/mspdi-conform' \"\$@\""
+  export_all=stub/mspdi-export-all run 1 --conform --log conform-log plans
+  expect_same counts '2 of 4 bundles exported, 2 failed, 0 not run' "$counts"
+  expect_same 'told as failed' "Failed: $scratch/plans/Unlucky.kvdx"$'\n'"Failed: $scratch/plans/$long.kvdx" \
+    "$(grep ^Failed errors)"
   grep -q '    out of memory' errors || fail "the log of the failed copy is missing"
   # Plans come in order of their names, so Bolts is number 1.
   grep -q '"Nuts, bolts" is now "Nuts; bolts"' conform-log/1.log || fail "$(cat conform-log/1.log)"
   expect_same 'an old copy' old "$(cat 'plans/Old (conforming).xml')"
   run 2 --log conform-log --resume --conform
-  run 0 --log conform-log --resume
-  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
-  expect_same outputs "$(printf '%s\n' {Bolts,Old,Unlucky}'.xml' {Bolts,Old,Unlucky}' (conforming).xml' \
+  run 1 --log conform-log --resume
+  expect_same counts '3 of 4 bundles exported, 1 failed, 0 not run' "$counts"
+  # Exports stay when their copies fail, and are not made again.
+  expect_same outputs "$(printf '%s\n' {Bolts,Old,Unlucky,"$long"}'.xml' {Bolts,Old,Unlucky}' (conforming).xml' \
     'Old (conforming)-1.xml' | LC_ALL=C sort)" "$(files_below plans)"
   expect_same 'copies of the new exports' $'Bolts (conforming).xml\nOld (conforming)-1.xml\nUnlucky (conforming).xml' \
     "$(cd plans && grep -l '<OutlineNumber>' -- *.xml | LC_ALL=C sort)"
+  expect_same 'a file named in a plan' mine "$(cat thesis)"
+}
+
+any_name_is_exported() {
+  local name number=0
+  # shellcheck disable=SC1003,SC2016 # meant as they stand
+  local names=("it's" 'quo"te' '*' '[a-z]' '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\'
+    '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
+    $'7\t:\t1\t1\t0\t0\t0\t0\tas\n8\t:\t1\t1\t0\t0\t0\t0\tin the job log')
+  for name in "${names[@]}"; do
+    mkdir -p ./-in/$'{1}\n'/"$name.kvdx"
+    make_bundle ./-in/$'{1}\n'/"$name.kvdx" "Task $((number += 1))"
+  done
+  run 0 --log='-log{}' --output -out -- -in
+  expect_same counts "$number of $number bundles exported, 0 failed, 0 not run" "$counts"
+  expect_same files $'-in\n-log{}\n-out\nerrors' "$(LC_ALL=C ls -A)"
+  expect_same outputs "$number" "$(LC_ALL=C find ./-out -mindepth 2 -printf '%P\0' | tr -dc '\0' | wc -c)"
+  for name in "${!names[@]}"; do
+    grep -q "<Name>Task $((name + 1))</Name>" ./-out/$'{1}\n'/"${names[name]}.xml" || fail "${names[name]@Q}"
+  done
+}
+
+older_files_stay_unless_the_settings_replace_them() {
+  mkdir -p plans/{Plan,Plan-1}.kvdx
+  make_bundle plans/Plan.kvdx new
+  echo old | tee plans/Plan{,-1}.xml >/dev/null
+  run 1 plans
+  expect_same outputs $'Plan-1.xml\nPlan-2.xml\nPlan.xml' "$(files_below plans)"
+  expect_same 'older files' $'old\nold' "$(cat plans/Plan{,-1}.xml)"
+  echo 'OverwriteFilterTarget = true # as by hand' >com.korvella.Korvella2.MSPExportMSPDI.toml
+  run 1 plans
+  expect_same 'new files' $'plans/Plan-2.xml\nplans/Plan.xml' "$(grep -l '<Name>new</Name>' plans/*.xml)"
+}
+
+# await FILE PROCESS
+await() {
+  until [ -e "$1" ]; do
+    kill -0 "$2" 2>/dev/null || fail "ended before $1 was there: $(cat errors)"
+    sleep 0.1
+  done
+}
+
+# A run is ended when its first file has its name already, but is not in the job log yet.
+ended_runs_are_resumed_alone_and_make_nothing_twice() {
+  local end signal group status tries
+  # Stands for rm, with which a job removes the other name of a file.
+  install_stub rm "/bin/rm \"\$@\"" "[[ \"\$*\" =~ /1-[^/]*/.*\\.xml\$ ]] || exit 0" "echo >'$scratch/hangs'" \
+    'exec setpriv --pdeathsig TERM sleep 1000'
+  mkdir -p plans/{First,Second}.kvdx
+  make_bundle plans/First.kvdx First
+  make_bundle plans/Second.kvdx Second
+  set -m # else the signal INT is ignored in the background
+  for end in TERM INT KILL KILL,-; do
+    IFS=, read -r signal group <<<"$end" # "-": with all processes but the jobs
+    PATH=$scratch/stub:$PATH "$export_all" --jobs 1 --log "log-$end" --output "out-$end" plans >counts 2>errors &
+    await hangs $!
+    refused 'is under way' --log "log-$end" --resume
+    kill -s "$signal" -- "$group$!"
+    status=0
+    wait $! || status=$?
+    expect_same 'status of the ended run' $((128 + $(kill -l "$signal"))) "$status"
+    tries=0
+    until "$export_all" --log "log-$end" --resume >counts 2>errors || [ $? -ne 2 ] || [ $((tries++)) -eq 300 ]; do
+      sleep 0.1 # the other processes of a killed run are about to end, too
+    done
+    expect_same 'resumed run' '2 of 2 bundles exported, 0 failed, 0 not run' "$(cat counts)"
+    expect_same outputs $'First.xml\nSecond.xml' "$(ls -A "out-$end")"
+    rm hangs
+  done
 }
 
 arguments_of_one_name_stay_apart() {
@@ -134,28 +217,26 @@ other_machines_are_reached_by_ssh() {
 }
 
 a_file_that_did_not_arrive_is_a_failure() {
-  mkdir stub lone.kvdx
-  cp "$export_all" stub/
-  printf '%s\n' '#!/bin/sh' "echo \"2026-05-04 08:00:00.000 MSPDIExport[1] Output: '\$2/lone.xml'\"" >stub/MSPDIExport
-  chmod +x stub/MSPDIExport
+  mkdir lone.kvdx
+  install_stub MSPDIExport "echo \"2026-05-04 08:00:00.000 MSPDIExport[1] Output: '\$2/lone.xml'\""
   export_all=stub/mspdi-export-all run 1 lone.kvdx
   expect_same counts '0 of 1 bundles exported, 1 failed, 0 not run' "$counts"
-  grep -q "lone.xml' is missing" errors || fail "$(cat errors)"
+  grep -q "The exporter wrote no file." errors || fail "$(cat errors)"
 }
 
 wrong_arguments_run_nothing() {
-  mkdir -p empty notes twins/{Plan.kvdx,Plan.KVDX} copies/{Plan,'Plan (conforming)'}.kvdx lines/$'two\nlines.kvdx'
+  mkdir -p empty notes twins/{Plan.kvdx,Plan.KVDX} copies/{Plan,'Plan (conforming)'}.kvdx
   echo mine >notes/joblog
   run 2
   run 2 --job 3 empty
   run 2 --output
+  run 2 --output= empty
   run 2 absent.kvdx
   run 2 empty
   run 2 --resume
   run 2 --log empty --resume
   refused "one file: $scratch/twins/Plan" twins
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
-  refused 'line break: .*two' lines
   refused 'jobs takes' --jobs 0x --log empty copies
   refused 'not empty' --log notes copies
   expect_same 'files after refusals' "$scratch/notes/joblog mine" \
