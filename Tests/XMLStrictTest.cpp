@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Platform/XML/XMLStrictEncoding.h"
 #include "Platform/XML/XMLStrict.h"
+#include "Platform/XML/XMLStrictEncoding.h"
 #include "Tests/Support.h"
 
 namespace {

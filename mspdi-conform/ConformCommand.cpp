@@ -14,8 +14,8 @@
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
-#include "Platform/XML/XMLStrictEncoding.h"
 #include "Platform/XML/XMLStrict.h"
+#include "Platform/XML/XMLStrictEncoding.h"
 
 namespace {
 

@@ -54,8 +54,8 @@ class MSPEXMLExporter {
   /// @param bundle path of the bundle's folder.
   /// @throws platform::Exception when something that an export cannot do without is missing or unreadable.
   [[nodiscard]] static Contents readContents(const std::string& bundle);
-  /// Maps the contents as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result. Its context
-  /// has no document when there is nothing to export.
+  /// Maps the contents as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result. Its
+  /// context has no document when there is nothing to export.
   /// @throws platform::Exception what the mappers raise.
   [[nodiscard]] Mapped map(Contents contents) const;
 

@@ -11,8 +11,8 @@ struct DocumentText {
   bool isGuessed = false;  ///< whether the encoding is unusual or unknown, or bytes were not in it
 };
 
-/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read, or when a
-/// mark says that the document is UTF-8.
+/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read, or
+/// when a mark says that the document is UTF-8.
 /// @param bytes in an encoding that has ASCII's bytes.
 [[nodiscard]] std::string declaredEncoding(std::string_view bytes);
 
