@@ -9,6 +9,7 @@
 #include "Fuzz/Check.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLTree.h"
@@ -33,6 +34,7 @@ inline std::string withShortEmptyElements(std::string text) {
 /// be UTF-8, must hold no character that XML forbids, and must read back as what was written.
 /// @return the output; "" when there is none.
 inline std::string fuzzExport(std::string_view input) {
+  const platform::Budget budget;
   std::vector<std::shared_ptr<xml::Document>> documents;
   for (std::size_t at = 0; at <= input.size();) {
     const std::size_t end = std::min(input.find(kDocumentSeparator, at), input.size());

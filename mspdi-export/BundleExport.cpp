@@ -7,6 +7,7 @@
 #include "Conform/Doubts.h"
 #include "Conform/Failure.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
@@ -87,6 +88,7 @@ void BundleExport::exportBundle() {
 
 BundleExport::Exported BundleExport::exportInMemory() {
   const LogHook hook(request_.log, result_.warnings);
+  const platform::Budget budget;
   MSPEXMLExporter::Contents contents = MSPEXMLExporter::readContents(request_.bundle);
   if (contents.plan) {
     const ZoneChoice zone = chooseZone(contents.plan->root(), request_.zone);

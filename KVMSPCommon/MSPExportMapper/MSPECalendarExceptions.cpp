@@ -7,6 +7,7 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/Time/TimeZone.h"
@@ -106,6 +107,7 @@ void MSPECalendarExceptions::sweep() {
     }
     if (nextStart && *nextStart < end) end = *nextStart - 1;  // stop just before the next event begins
     exception.setToDate(end);
+    platform::Budget::spend(sizeof exception + exception.workingTimes().size() * sizeof(MSPEWorkingTime));
     std::stable_sort(exception.workingTimes().begin(), exception.workingTimes().end(),
                      [](const MSPEWorkingTime& a, const MSPEWorkingTime& b) { return a.fromTime() < b.fromTime(); });
     cursor = end + 1;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
 
 using platform::require;
@@ -69,6 +70,7 @@ void MSPEScheduleInfo::addWorkingTime(std::optional<MSPEWorkingTime> workingTime
 }
 
 void MSPEScheduleInfo::addWorkingTimes(const std::optional<WorkingTimes>& workingTimes, std::int32_t forDayType) {
+  if (workingTimes) platform::Budget::spend(workingTimes->size() * sizeof(MSPEWorkingTime));
   slot(forDayType) = workingTimes;
 }
 

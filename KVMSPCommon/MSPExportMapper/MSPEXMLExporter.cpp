@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/FileReading.h"
@@ -67,6 +68,7 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   log("Input:  '{}'", source->path());
   log("Output: '{}'", path.get());
 
+  const platform::Budget budget;
   const Mapped mapped = map(readContents(source->path()));
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) return false;

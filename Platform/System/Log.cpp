@@ -12,8 +12,13 @@
 
 #include "Platform/System/Console.h"
 
+#include "Platform/Base/Budget.h"
+
 namespace platform {
 namespace {
+
+/// A plan is logged in a tenth of its bytes, and a log cannot be taken back: each byte counts as so many.
+constexpr std::size_t kBudgetOfAByte = 10;
 
 std::string &programName() {
   static std::string name = "MSPDIExport";
@@ -113,6 +118,7 @@ void logRecord(fmt::string_view format, fmt::format_args args) {
   fmt::vformat_to(std::back_inserter(message), format, args);
   appendEscaped(record, {message.data(), message.size()});
   record.push_back('\n');
+  Budget::spend(kBudgetOfAByte * record.size());
 
   writeToStandardError({record.data(), record.size()});
 }

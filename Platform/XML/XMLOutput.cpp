@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "Platform/Base/Budget.h"
 #include "Platform/XML/XMLText.h"
 
 namespace xml {
@@ -140,6 +141,7 @@ void ElementMemory::useBlockFor(std::size_t size) {
   while (used_.blocks < blocks_.size() && blocks_[used_.blocks].size < size) ++used_.blocks;
   if (used_.blocks == blocks_.size()) {
     const std::size_t blockSize = std::max(kBlockSize, size);
+    platform::Budget::spend(blockSize);
     blocks_.push_back({std::make_unique_for_overwrite<Bytes>(blockSize), blockSize});
   }
   const Block& block = blocks_[used_.blocks];
@@ -255,6 +257,7 @@ void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
 void Section::startText(std::size_t size) {
   endText();
   capacity_ = std::max(size, std::clamp(capacity_ * 2, kFirstTextSize, kLastTextSize));
+  platform::Budget::spend(capacity_);
   Part& part = parts_.emplace_back();
   part.text = std::make_unique_for_overwrite<Characters>(capacity_);
   next_ = part.text.get();

@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include "Platform/Base/Budget.h"
 #include "Platform/XML/XMLEncoding.h"
 #include "Platform/XML/XMLProlog.h"
 #include "Platform/XML/XMLQuery.h"
@@ -196,6 +197,7 @@ pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) 
   bytes = std::move(text);
   const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
   root = document.document_element();
+  if (result) platform::Budget::raise(bytes.size());
   return result;
 }
 

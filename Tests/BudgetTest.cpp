@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include "Platform/Base/Budget.h"
+#include "Platform/System/Log.h"
+#include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLTree.h"
+#include "Tests/Support.h"
+
+using platform::Budget;
+
+namespace {
+
+constexpr std::size_t kMB = 1'000'000;
+
+std::string failureOfSpending(std::size_t bytes) {
+  return failureOf([bytes] { Budget::spend(bytes); });
+}
+
+}  // namespace
+
+TEST(BudgetTest, EndsWhereTheDocumentsSay) {
+  {
+    const Budget budget;
+    const std::size_t ofNothing = Budget::allowance(0);
+    EXPECT_EQ(failureOfSpending(ofNothing), "");
+    const auto document = xml::Document::parse("<a>" + std::string(2 * kMB, ' ') + "</a>");
+    EXPECT_EQ(failureOfSpending(Budget::allowance(2 * kMB) - ofNothing), "");
+    const std::string failure = failureOfSpending(kMB);
+    EXPECT_TRUE(failure.starts_with("The export grew too large: 2001 KB of documents allow for 2068 MB. ")) << failure;
+  }
+  EXPECT_EQ(failureOfSpending(100'000 * kMB), "");  // no export is under way
+  const Budget anew;
+  EXPECT_EQ(failureOfSpending(Budget::allowance(0)), "");
+  EXPECT_NE(failureOfSpending(1), "");
+}
+
+TEST(BudgetTest, IsEnoughForPlansAndLittleEnoughForMachines) {
+  // 1400 tasks of two years with three materials each: 240 bytes a day of each, from 700 bytes a task.
+  EXPECT_GT(Budget::allowance(1400 * 700), 1400 * 730 * std::size_t{3 * 240});
+  // Tens of megabytes of any kind, of which the tree takes five times as much, on a machine of four gigabytes.
+  EXPECT_LT(Budget::allowance(50 * kMB) + 5 * 50 * kMB, 3000 * kMB);
+}
+
+/// What counts: elements in the making, their text, and the log, in which a byte counts as ten.
+TEST(BudgetTest, IsSpentByWhatTakesMemoryOrTheDisk) {
+  const std::string text(kMB, 'a');
+  const auto failureOfMaking = [&text](int megabytes, auto make) {
+    const Budget budget;
+    return failureOf([&] {
+      for (int i = 0; i < megabytes; ++i) make(text);
+    });
+  };
+  xml::OutputDocument document;
+  const xml::Element element = document.newElement("a");
+  const auto build = [&element](const std::string& piece) { element.node().appendChild("b", piece); };
+  EXPECT_EQ(failureOfMaking(250, build), "");
+  EXPECT_NE(failureOfMaking(260, build), "");
+  xml::OutputDocument other;
+  xml::Section section("a", 0);
+  const auto append = [&other, &section](const std::string& piece) {
+    xml::Element made = other.newElement("a");
+    made.node().appendChild("b", piece);
+    section.append(std::move(made));
+  };
+  EXPECT_EQ(failureOfMaking(120, append), "");
+  EXPECT_NE(failureOfMaking(260, append), "");
+  testing::internal::CaptureStderr();
+  const auto log = [](const std::string& piece) { platform::log("{}", piece); };
+  EXPECT_EQ(failureOfMaking(25, log), "");
+  EXPECT_NE(failureOfMaking(26, log), "");
+  testing::internal::GetCapturedStderr();
+}
