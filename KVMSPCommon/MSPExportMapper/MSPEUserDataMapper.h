@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/Base/IdHash.h"
 
 /// Writes an object's user data as extended attributes: a value under the object for each pair, and a definition under
 /// the project's `ExtendedAttributes` for each key. Every object defines its keys anew, from Text1 on, also when
@@ -29,5 +30,5 @@ class MSPEUserDataMapper final : public MSPEObjectMapperBase {
 
  private:
   bool isTask_;
-  std::unordered_map<std::string, std::string> extendedAttributeIds_;
+  std::unordered_map<std::string, std::string, platform::IdHash> extendedAttributeIds_;
 };
