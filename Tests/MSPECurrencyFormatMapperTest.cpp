@@ -1,7 +1,30 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <random>
 
 #include "KVMSPCommon/MSPExportMapper/MSPECurrencyFormatMapper.h"
 #include "Tests/Support.h"
+
+/// Its bounds; of an empty one that it is empty.
+static std::string shown(const platform::MatchRange& range) {
+  return range.present() ? fmt::format("{}-{} ", range.start, range.end()) : "- ";
+}
+
+TEST(MSPECurrencyFormatMapper, FindsTheAmountThatTheExpressionMatches) {
+  const platform::PosixRegularExpression expression("([[:space:]]*)([[:digit:],]+)([.][[:digit:]]+)*([[:space:]]*)");
+  std::mt19937 random(3);  // NOLINT: the same numbers each time
+  for (int i = 0; i < 20000; ++i) {
+    std::string sample;
+    for (std::size_t length = random() % 12; length > 0; --length) sample += " \t\v05,,...x\xA0"[random() % 12];
+    std::string expected, found;
+    for (const auto& range : expression.match(sample)) expected += shown(range);
+    if (const auto amount = MSPECurrencyFormatMapper::amountIn(sample)) {
+      for (const auto& range : *amount) found += shown(range);
+    }
+    ASSERT_EQ(found, expected) << '"' << sample << '"';
+  }
+}
 
 TEST(MSPECurrencyFormatMapper, TakesTheSampleApart) {
   using Text = std::optional<std::string>;

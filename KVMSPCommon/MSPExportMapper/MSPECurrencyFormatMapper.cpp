@@ -1,15 +1,22 @@
 #include "KVMSPCommon/MSPExportMapper/MSPECurrencyFormatMapper.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/Base/Memo.h"
 #include "Platform/Text/LocaleCurrencies.h"
-#include "Platform/Text/RegularExpression.h"
 
 namespace {
 
-constexpr const char* kFormatExpression = "([[:space:]]*)([[:digit:],]+)([.][[:digit:]]+)*([[:space:]]*)";
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kDigitsAndComma = "0123456789,";
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
+/// Where the run of characters of the set ends that begins at the position.
+std::size_t endOf(std::string_view set, std::string_view text, std::size_t at) {
+  return std::min(text.find_first_not_of(set, at), text.size());
+}
 
 /// The currency meant by a symbol that several currencies have.
 struct SharedSymbol {
@@ -44,17 +51,31 @@ MSPECurrencyFormatMapper::MSPECurrencyFormatMapper(MSPEMapper& mapper) : MSPEObj
   if (format) parseCurrencyFormat(*format);
 }
 
-void MSPECurrencyFormatMapper::parseCurrencyFormat(const std::string& format) {
-  const auto groups = platform::PosixRegularExpression(kFormatExpression).match(format);
-  if (groups.empty()) return;
-  const platform::MatchRange& leadBlank = groups[1];
-  const platform::MatchRange& decimals = groups[3];
-  const platform::MatchRange& trailBlank = groups[4];
+std::optional<MSPECurrencyFormatMapper::Amount> MSPECurrencyFormatMapper::amountIn(std::string_view sample) {
+  const std::size_t digits = sample.find_first_of(kDigitsAndComma);
+  if (digits == std::string_view::npos) return std::nullopt;
+  // No blank before these can begin a match, since another character follows it.
+  const std::size_t start = digits == 0 ? 0 : sample.find_last_not_of(kBlanks, digits - 1) + 1;
+  std::size_t end = endOf(kDigitsAndComma, sample, digits);
+  Amount amount{{{}, {start, digits - start}, {digits, end - digits}, {}, {}}};
+  while (sample.substr(end).starts_with('.') && endOf(kDigits, sample, end + 1) > end + 1) {
+    const std::size_t point = std::exchange(end, endOf(kDigits, sample, end + 1));
+    amount[3] = {point, end - point};
+  }
+  const std::size_t blanks = std::exchange(end, endOf(kBlanks, sample, end));
+  amount[4] = {blanks, end - blanks};
+  amount[0] = {start, end - start};
+  return amount;
+}
 
+void MSPECurrencyFormatMapper::parseCurrencyFormat(const std::string& format) {
+  const auto amount = amountIn(format);
+  if (!amount) return;
+  const auto& [whole, leadBlank, digits, decimals, trailBlank] = *amount;
   currencyDigits_ = decimals.present() ? static_cast<std::int64_t>(decimals.length) - 1 : 0;
   // Blanks between symbol and number belong to neither, so the symbol ends, or begins, where the whole match does.
-  const std::string prefix = format.substr(0, groups[0].start);
-  const std::string suffix = format.substr(groups[0].end());
+  const std::string prefix = format.substr(0, whole.start);
+  const std::string suffix = format.substr(whole.end());
   currencySymbol_.reset();
   currencyCode_.reset();
   if (!prefix.empty()) {
@@ -64,5 +85,7 @@ void MSPECurrencyFormatMapper::parseCurrencyFormat(const std::string& format) {
     currencySymbol_ = suffix;
     currencySymbolPosition_ = trailBlank.present() ? 3 : 1;
   }
-  if (currencySymbol_) currencyCode_ = codeOfSymbol(*currencySymbol_);
+  if (!currencySymbol_) return;
+  static platform::Memo<std::string, std::optional<std::string>> codes;  // they take milliseconds to find
+  currencyCode_ = codes.get(*currencySymbol_, [this] { return codeOfSymbol(*currencySymbol_); });
 }

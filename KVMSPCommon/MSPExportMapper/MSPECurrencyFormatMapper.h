@@ -1,10 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "Platform/Text/RegularExpression.h"
 
 /// Derives the project's currency settings from the sample amount in the table of contents (project/currency-format),
 /// such as "$1,234.56". Only "." counts as the decimal point, whatever the currency.
@@ -21,6 +24,13 @@ class MSPECurrencyFormatMapper final : public MSPEObjectMapperBase {
   [[nodiscard]] const std::optional<std::string>& currencyCode() const { return currencyCode_; }
   /// 0 before the amount, 1 behind it, 2 before with a blank between, 3 behind with a blank between.
   [[nodiscard]] std::int64_t currencySymbolPosition() const { return currencySymbolPosition_; }
+
+  /// Where the amount stands in a sample: the whole, then its groups: blanks, digits and commas, the last of the points
+  /// with digits, blanks. None when there is no amount.
+  using Amount = std::array<platform::MatchRange, 5>;
+  /// What the expression ([[:space:]]*)([[:digit:],]+)([.][[:digit:]]+)*([[:space:]]*) matches, in a time that grows
+  /// with the sample's length, and not with its square. Public so that the two can be compared.
+  [[nodiscard]] static std::optional<Amount> amountIn(std::string_view sample);
 
  private:
   void parseCurrencyFormat(const std::string& format);
