@@ -57,10 +57,13 @@ TEST(CalendarMapping, ResolvesTheWeekOfBaseCalendars) {
 TEST(CalendarMapping, InheritsExceptionsWholeFromTheNearestLevel) {
   const string path = "Calendars/Calendar/Exceptions/Exception/Name";
   const string over = set("name='O' overtime='true'"), off = set("name='T'"), working = path + " DayWorking";
+  const string twice = group("r1", named("A"), {"r11"}) + group("r2", named("B", over), {"r11"}) +
+                       group("r11", "", {"r12"}) + resource("r12", "Role");
   expectValues({
       {__LINE__, nested(off + over + off, "", ""), path, "O,T,T,O,T,T,O,T,T"},
       {__LINE__, nested(over, off, over), path, "O,T,O"},
       {__LINE__, nested(over, "<calendar/>", ""), path, "O"},  // a set without events is one, too
+      {__LINE__, scenario(twice), path, "O,O,O"},              // from the last group that has the group in it
       {__LINE__, single(set("name='1' overtime=' TRUE '") + set("name='2' overtime='2'")), working, "1,2 1,1"},
   });
 }
@@ -102,6 +105,19 @@ TEST(CalendarMapping, CountsDaysOf86400SecondsAcrossClockChanges) {
   });
 }
 
+TEST(CalendarMapping, ReadsDatesThatAreNoneAsAllOthers) {
+  const string period = "Calendars/Calendar/Exceptions/Exception/TimePeriod/FromDate ToDate";
+  const auto event = [](const string& start, const string& end) {
+    return single("<calendar><event start='" + start + "' end='" + end + "'/></calendar>");
+  };
+  expectValues({
+      {__LINE__, event("abc", "2026-05-04T10:00:00Z"), period, "1-01-01T00:00:00 2026-05-04T23:59:59"},
+      {__LINE__, event("2026--", "08:00:00"), period, "- -"},
+      {__LINE__, single(flatDay("date='08:00:00'")), period, "1-01-01T00:00:00 1-01-01T23:59:59"},
+      {__LINE__, single(flatDay("date='abc'", kNine)), period, "1-01-01T00:00:00 1-01-01T23:59:59"},
+  });
+}
+
 TEST(CalendarMapping, EndsWithAMessage) {
   const string event = "Calendar element 'event' has no valid date in its attribute ";
   expectValues({
@@ -111,5 +127,7 @@ TEST(CalendarMapping, EndsWithAMessage) {
        "Calendar element 'flattened-schedule-day' has no valid date in its attribute 'date': ."},
       {__LINE__, single(flatDay("date='1700-01-01'", kNine) + flatDay("date='2026-05-04'", kNine)), "",
        "Overtime exception of calendar 'Overtime' is too long: 119193 days, at most 100000 can be exported."},
+      {__LINE__, single(flatDay("date='286000000-01-01'") + flatDay("date='286000000-01-03'")), "",
+       "The date 286000000-01-01 is too far away. Days can be counted for some 285 million years."},
   });
 }

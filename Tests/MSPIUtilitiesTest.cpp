@@ -55,7 +55,7 @@ std::string toMspdi(std::string_view text) {
   return shown(Utilities::kvdxToMspdiDateTime(text, kUnits));
 }
 std::string day(std::string_view t) {
-  return Utilities::kvdxToMspdiDateStartTime(t) + " " + Utilities::kvdxToMspdiDateEndTime(t);
+  return shown(Utilities::kvdxToMspdiDateStartTime(t)) + " " + shown(Utilities::kvdxToMspdiDateEndTime(t));
 }
 std::string fromMpp(std::string_view text) {
   return shown(Utilities::mppToKvdxDateTime(utc(text))) + " " + shown(Utilities::mppToMspdiDateTime(utc(text)));
@@ -143,7 +143,7 @@ TEST(MSPIUtilitiesTest, DateTimeConversions) {
       {__LINE__, toMspdi<0>, "2011-03-27T01:30:00Z", "2011-03-27T02:30:00"},
       {__LINE__, toMspdi<0>, "2011-10-30T01:30:00Z", "2011-10-30T03:30:00"},
       {__LINE__, day, "2011-05-06T22:00:00Z", "2011-05-07T00:00:00 2011-05-07T23:59:59"},
-      {__LINE__, day, "", "(null)T00:00:00 (null)T23:59:59"},
+      {__LINE__, day, "", "none none"},
       {__LINE__, fromMpp, "2011-05-06 06:00:00", "2011-05-06T06:00:00Z 2011-05-06T06:00:00", "UTC"},
       {__LINE__, fromMpp, "2011-10-30 00:30:00", "2011-10-30T02:30:00+02:00 2011-10-30T01:30:00"},
       {__LINE__, fromMpp, "2011-01-10 11:30:00", "2011-01-10T08:00:00-03:-30 2011-01-10T07:30:00", "America/St_Johns"},

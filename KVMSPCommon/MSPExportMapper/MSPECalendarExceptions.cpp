@@ -78,7 +78,11 @@ void MSPECalendarExceptions::mapEvents() {
 void MSPECalendarExceptions::sweep() {
   const auto& events = kvdxEventInfos_;
   Instant rangeEnd = events.front().toDate();
-  for (const MSPEKvdxEventInfo& event : events) rangeEnd = std::max(rangeEnd, event.toDate());
+  for (const MSPEKvdxEventInfo& event : events) {
+    requireCountableDays(event.fromDate());
+    requireCountableDays(event.toDate());
+    rangeEnd = std::max(rangeEnd, event.toDate());
+  }
 
   // Events enter `active` in list order as the cursor reaches them and leave it when they are over, so that a step
   // costs no more than the events that hold at the cursor.

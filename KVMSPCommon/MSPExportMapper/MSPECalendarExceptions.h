@@ -32,7 +32,8 @@ class MSPECalendarExceptions {
   /// Computes the exceptions. A new one begins wherever the set of events that hold changes, and has the time ranges of
   /// all of them, in order of their start. Neighbours in the result with equal working times become one, even when days
   /// without any event lie between them.
-  /// @throws InvariantFailure when events overlap so much that the result would have more than a million working times.
+  /// @throws InvariantFailure when events overlap so much that the result would have more than a million working times,
+  /// and when one of them is too far away for its days to be counted.
   void mapEvents();
 
   /// The set's name; none when its source has no `name`.

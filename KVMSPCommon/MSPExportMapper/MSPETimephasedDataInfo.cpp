@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
@@ -12,7 +13,7 @@ using platform::Instant;
 
 namespace {
 
-/// For one task, some 270 years: far above any real task, and little enough for any machine.
+/// Some 270 years: no task or gap takes as long, so that one of the dates is wrong.
 constexpr double kMaximumDays = 100'000;
 
 }  // namespace
@@ -28,11 +29,13 @@ void MSPETimephasedDataInfo::addTimephasedDataToArray(std::vector<xml::Element>&
                                                       std::vector<bool>* workingDays) const {
   if (!startDate_ || !endDate_ || *startDate_ >= *endDate_) return;
   const double days = (*endDate_ - *startDate_) / platform::kSecondsPerDay;
-  platform::require(static_cast<double>(array.size()) + days <= kMaximumDays,
+  platform::require(days <= kMaximumDays,
                     "Timephased data from {} to {} has too many days. At most {} can be exported.",
                     platform::orNull(MSPIUtilities::mppToMspdiDateTime(startDate_)),
                     platform::orNull(MSPIUtilities::mppToMspdiDateTime(endDate_)), kMaximumDays);
 
+  requireCountableDays(*startDate_);
+  requireCountableDays(*endDate_);
   const platform::TimeZone& zone = platform::TimeZone::system();
   Instant start = *startDate_;
   while (start < *endDate_) {

@@ -17,7 +17,7 @@ class MSPETimephasedDataInfo {
   /// Appends an element for each day (Type, Unit, Start, Finish, Value): the first from the start, the others from
   /// midnight, each to 23:59:59 or to the end. Nothing unless the start is before the end.
   /// @param workingDays when given, receives for each element whether its day is neither Sunday nor Saturday.
-  /// @throws InvariantFailure when the array would get longer than can be exported (100000 days).
+  /// @throws InvariantFailure when these are more than 100000 days, and when they are too far away to be counted.
   void addTimephasedDataToArray(std::vector<xml::Element>& array, std::vector<bool>* workingDays) const;
 
  private:

@@ -61,13 +61,15 @@ std::string mspdiDuration(std::int64_t wholeSeconds) {
 
 /// The text, made of the date's kvdx form, with the date alone and a time of day; shorter where the date's MSPDI form
 /// is the usual one.
-std::string timeOfDay(Instant date, std::string_view time, std::string (*fromKvdx)(std::string_view)) {
+std::optional<std::string> timeOfDay(std::optional<Instant> date, std::string_view time,
+                                     std::optional<std::string> (*fromKvdx)(std::string_view)) {
   constexpr std::size_t kDateLength = 10;
   auto text = MSPIUtilities::mppToMspdiDateTime(date);
   if (!text || text->size() != kDateLength + time.size()) {
     return fromKvdx(orEmpty(MSPIUtilities::mppToKvdxDateTime(date)));
   }
-  return std::move(text->replace(kDateLength, time.size(), time));
+  text->replace(kDateLength, time.size(), time);
+  return text;
 }
 
 /// The record of an MSPDI text; raises the message when it cannot be made.
@@ -180,12 +182,16 @@ std::optional<std::string> MSPIUtilities::kvdxToMspdiDateOnly(std::string_view k
   return kvdxToMspdiDateTime(kvdx, kMSPCDateUnits);
 }
 
-std::string MSPIUtilities::kvdxToMspdiDateStartTime(std::string_view kvdx) {
-  return fmt::format("{}T00:00:00", platform::orNull(kvdxToMspdiDateOnly(kvdx)));
+std::optional<std::string> MSPIUtilities::kvdxToMspdiDateStartTime(std::string_view kvdx) {
+  auto date = kvdxToMspdiDateOnly(kvdx);
+  if (date) date->append("T00:00:00");
+  return date;
 }
 
-std::string MSPIUtilities::kvdxToMspdiDateEndTime(std::string_view kvdx) {
-  return fmt::format("{}T23:59:59", platform::orNull(kvdxToMspdiDateOnly(kvdx)));
+std::optional<std::string> MSPIUtilities::kvdxToMspdiDateEndTime(std::string_view kvdx) {
+  auto date = kvdxToMspdiDateOnly(kvdx);
+  if (date) date->append("T23:59:59");
+  return date;
 }
 
 std::optional<std::string> MSPIUtilities::mppToKvdxDateTime(std::optional<Instant> mpp) {
@@ -214,11 +220,11 @@ void MSPIUtilities::forgetConversionsForTesting() {
   conversions().instantsTexts.forget();
 }
 
-std::string MSPIUtilities::mppToMspdiDateStartTime(Instant mpp) {
+std::optional<std::string> MSPIUtilities::mppToMspdiDateStartTime(std::optional<Instant> mpp) {
   return timeOfDay(mpp, "T00:00:00", &MSPIUtilities::kvdxToMspdiDateStartTime);
 }
 
-std::string MSPIUtilities::mppToMspdiDateEndTime(Instant mpp) {
+std::optional<std::string> MSPIUtilities::mppToMspdiDateEndTime(std::optional<Instant> mpp) {
   return timeOfDay(mpp, "T23:59:59", &MSPIUtilities::kvdxToMspdiDateEndTime);
 }
 

@@ -84,16 +84,16 @@ class MSPIUtilities {
   /// @param calendarUnits the units to print; 0 for date and time. A zone is never printed.
   static std::optional<std::string> kvdxToMspdiDateTime(std::string_view kvdx, MSPCUnitFlags calendarUnits = 0);
   static std::optional<std::string> kvdxToMspdiDateOnly(std::string_view kvdx);
-  /// The date at 00:00:00; "(null)T00:00:00" for none.
-  static std::string kvdxToMspdiDateStartTime(std::string_view kvdx);
-  /// The date at 23:59:59; "(null)T23:59:59" for none.
-  static std::string kvdxToMspdiDateEndTime(std::string_view kvdx);
+  /// The date at 00:00:00.
+  static std::optional<std::string> kvdxToMspdiDateStartTime(std::string_view kvdx);
+  /// The date at 23:59:59.
+  static std::optional<std::string> kvdxToMspdiDateEndTime(std::string_view kvdx);
   /// Wall-clock time of the system zone with its offset, "Z" where that is 0.
   static std::optional<std::string> mppToKvdxDateTime(std::optional<platform::Instant> mpp);
   static std::optional<std::string> mppToMspdiDateTime(std::optional<platform::Instant> mpp);
   /// kvdxToMspdiDateStartTime(mppToKvdxDateTime(mpp)), and the same for the day's end.
-  static std::string mppToMspdiDateStartTime(platform::Instant mpp);
-  static std::string mppToMspdiDateEndTime(platform::Instant mpp);
+  static std::optional<std::string> mppToMspdiDateStartTime(std::optional<platform::Instant> mpp);
+  static std::optional<std::string> mppToMspdiDateEndTime(std::optional<platform::Instant> mpp);
   /// Forgets conversions that hold in one zone and at one time of the year only. For tests, which change them.
   static void forgetConversionsForTesting();
   /// -1, 0 or 1 as the first is earlier, equal or later. An empty text comes before any other.
