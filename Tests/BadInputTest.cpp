@@ -20,7 +20,7 @@ namespace {
 #ifdef __SANITIZE_ADDRESS__
 constexpr const char* kLimited = "exec \"$@\"";  // the sanitizer reserves terabytes
 #else
-constexpr const char* kLimited = "ulimit -v 1000000; exec \"$@\"";
+constexpr const char* kLimited = "ulimit -v 1000000; ulimit -s 256; exec \"$@\"";
 #endif
 
 std::string failed(const std::string& reason) { return "Exception: InternalInconsistencyException\n" + reason + "\n"; }
@@ -224,6 +224,41 @@ TEST(BadInput, PlansWithoutBounds) {
       {__LINE__, scenario(linked("t1", "t2") + linked("t2", "t1")), ""},
       {__LINE__, scenario(resource("r1", "Staff", e("name", "R") + nest)), failed(overlap + "calendar 'O'.")},
   });
+}
+
+/// What took minutes, for ever, or more stack than there is.
+TEST(BadInput, PlansThatAskForMuchWork) {
+  std::string deep = task("t1", e("type", "group") + children("task", {"t1001"})) + group("r1", "", {"r1001"});
+  for (int level = 1001; level < 1990; ++level) {
+    const std::string next = std::to_string(level + 1);
+    deep += task(fmt::format("t{}", level), e("type", "group") + children("task", {"t" + next}));
+    deep += group(fmt::format("r{}", level), "", {"r" + next});
+  }
+  std::string members, attributes, references;
+  for (int i = 1000; i < 16000; ++i) {
+    members += resource(fmt::format("r{}", i), "Staff");
+    references += fmt::format("<child-resource idref='r{}'/>", i);
+  }
+  for (int i = 0; i < 100'000; ++i) attributes += fmt::format(" a{}=''", i);
+  expectAll({
+      {__LINE__, scenario(deep), "", "<OutlineLevel>989</OutlineLevel>"},
+      {__LINE__, scenario("<resource" + attributes + group("r1", references, {}).substr(9) + members), "", ">15999</"},
+  });
+  // A day of overtime in 1753 and one in 2026 become one exception, which names each of its days.
+  std::string centuries;
+  for (const char* year : {"1753", "2026"}) {
+    centuries += fmt::format("<flattened-schedule-day date='{}-01-01'>", year);
+    centuries += "<time-span start-time='1' end-time='2'/></flattened-schedule-day>";
+  }
+  expectAll(
+      {{__LINE__,
+        scenario(group("r1", e("schedule", centuries), {}) + group("r2", "", std::vector<std::string>(100, "r1"))),
+        failed("The export grew too large: 4 KB of documents allow for 259 MB. Look in the plan for what is far "
+               "too long or repeated far too often: names, schedules, spans of time.")}});
+  const std::string blanks(500'000, ' ');
+  const std::string currency = e("currency-format", "$" + blanks + "x5.00");
+  Place(plan(""), std::regex_replace(listing("Plan.xml"), std::regex("<project>"), "<project>" + currency))
+      .expect(0, "", "<CurrencyDigits>2<");
 }
 
 TEST(BadInput, NumbersAndDatesWithoutBounds) {

@@ -70,7 +70,10 @@ TEST(ScenarioMapping, EndsOnTreesThatDoNot) {
   EXPECT_EQ(chain("resource", 1000) + chain("task", 1000), "");
   EXPECT_EQ(chain("resource", 1001), "Resource id='r2001'" + deep);
   EXPECT_EQ(chain("task", 1001), "Task id='t2001'" + deep);
-  EXPECT_THAT(chain("resource", 40, true), HasSubstr("' is reached in too many ways. At most 1400 visits can be"));
+  EXPECT_THAT(chain("resource", 40, true), HasSubstr("' is reached in too many ways. At most 1"));
+  const string pieces = "<split/>" + children("task", std::vector<string>(1000, "t9"));
+  EXPECT_THAT(mapped(scenario(task("t1", pieces) + task("t9", e("title", string(1000, 'a'))))).failure,
+              HasSubstr("Task id='t9' is reached in too many ways. At most 2"));
 }
 
 TEST(ScenarioMapping, WritesTasks) {
@@ -147,6 +150,7 @@ TEST(ScenarioMapping, EndsWithAMessage) {
   const string cycle = group("r1", "", {"r11"}) + group("r11", "", {"r-1"});
   const string nameless = task("t1", kGroup + children("task", {""})) + task("", use("r-1"));
   const string twice = group("r1", "", {"r2"}) + resource("r2", "Staff");
+  const string far = task("t1", "<split/>" + children("task", {"t9"}));
   expectValues({
       {__LINE__, raw(end + duration), "", "Task element 'start-date' not found."},
       {__LINE__, raw(start + end + end + duration), "", "Task element 'end-date' not found."},
@@ -165,5 +169,7 @@ TEST(ScenarioMapping, EndsWithAMessage) {
       {__LINE__, scenario(nameless), "", "No Task ID is associated witgh the Assignment."},
       {__LINE__, t1(e("user-data", "<key/>")), "", "Keys and Values mismatch number."},
       {__LINE__, among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "", days + "At most 100000 can be exported."},
+      {__LINE__, scenario(far + task("t9", "", "3000000000-05-04", "3000000000-05-06")), "",
+       "The date 3000000000-05-04 is too far away. Days can be counted for some 285 million years."},
   });
 }

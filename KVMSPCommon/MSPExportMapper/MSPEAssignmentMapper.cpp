@@ -45,18 +45,19 @@ double shareOf(double effort, double units, double sumOfUnits) {
 MSPEAssignmentMapper::MSPEAssignmentMapper(MSPEMapper& mapper, xml::Node kvdxTask) : MSPEObjectMapperBase(mapper) {
   const auto taskId = kvdxTask.attributeText("id");
   require(taskId && !taskId->empty(), "No Task ID is associated witgh the Assignment.");  // spelled so on purpose
-  kvdxTaskId_ = *taskId;
   for (const xml::Node assignment : objectsForXQuery(kvdxTask, "assignment")) {
     const auto unitsText = assignment.attributeText("units");
     const double units = unitsText ? platform::doubleValue(*unitsText) : 1.0;
     const std::string resourceId = resourceIdOf(assignment);
-    const auto type = stringValueForXQuery(assignedResource(resourceId), "type");
+    const auto& type = mapper.projectMapper()->resourceType(assignedResource(resourceId));
     require(type.has_value(), "No type specified for assigned resourse (id='{}').", resourceId);
     if (*type == "Staff") staffUnits_ += units;
     if (*type == "Equipment") equipmentUnits_ += units;
     if (*type == "Material") materialUnits_ += units;
     if (*type == "Group") groupUnits_ += units;
   }
+  taskInfo_ = &mapper.projectMapper()->scheduledTask(*taskId);
+  taskUID_ = mapper.idMapper()->taskUIDFromKvdxId(*taskId);
 }
 
 xml::Node MSPEAssignmentMapper::assignedResource(const std::string& resourceId) const {
@@ -80,17 +81,17 @@ xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvd
   const xml::OutputNode assignment = element;
   UID_ = MSPEMapper::nextAssignmentUID();
   addChildElementWithName(assignment, "UID", std::to_string(UID_));
-  addChildElementWithName(assignment, "TaskUID", mapper().idMapper()->taskUIDFromKvdxId(kvdxTaskId_));
+  addChildElementWithName(assignment, "TaskUID", taskUID_);
   const std::string resourceId = resourceIdOf(kvdxAssignment);
   addChildElementWithName(assignment, "ResourceUID", mapper().idMapper()->resourceUIDFromKvdxResourceId(resourceId));
 
-  const MSPEScheduledTaskInfo& info = mapper().projectMapper()->scheduledTask(kvdxTaskId_);
+  const MSPEScheduledTaskInfo& info = *taskInfo_;
   appendProgress(assignment, info);  // Milestone, PercentWorkComplete
   std::string units = kvdxAssignment.attributeText("units").value_or("");
   if (units.empty()) units = "1";
   addChildElementWithName(assignment, "Units", units);
   const xml::Node resource = assignedResource(resourceId);
-  const auto resourceType = stringValueForXQuery(resource, "type");
+  const auto& resourceType = mapper().projectMapper()->resourceType(resource);
   const double work = workOfAssignment(resourceType, platform::doubleValue(units), info.effort());
   appendWork(assignment, info, work);  // Work, RemainingWork
   addChildElementWithName(assignment, "Start", MSPIUtilities::mppToMspdiDateTime(info.startDate()));
@@ -108,7 +109,6 @@ xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvd
     auto timephased = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromAssignment(
         kvdxAssignment, resource, orEmpty(start), orEmpty(finish), work);
     if (timephased) {
-      mapper().countTimephasedData(timephased->size());
       for (xml::Element& data : *timephased) {
         insertChildElementWithName(data, "UID", std::to_string(UID_), 0);
         assignment.append(std::move(data));

@@ -35,7 +35,8 @@ class MSPEAssignmentMapper final : public MSPEObjectMapperBase {
   [[nodiscard]] double workOfAssignment(const std::optional<std::string>& resourceType, double units,
                                         double effort) const;
 
-  std::string kvdxTaskId_;
+  const MSPEScheduledTaskInfo* taskInfo_ = nullptr;
+  std::string taskUID_;
   double staffUnits_ = 0;
   double equipmentUnits_ = 0;
   double materialUnits_ = 0;

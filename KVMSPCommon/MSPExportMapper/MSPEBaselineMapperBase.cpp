@@ -8,8 +8,8 @@
 MSPEBaselineMapperBase::MSPEBaselineMapperBase(std::int64_t baselineNumber, MSPEMapper& mapper)
     : MSPEObjectMapperBase(mapper), baselineNumber_(baselineNumber), kvdxBaselines_(mapper.kvdxBaselines()) {
   const auto count = static_cast<std::int64_t>(kvdxBaselines_.size());
-  platform::require(baselineNumber < count, "Incorrect argument baselineNumber={}. Must be from 0 to {}.",
-                    baselineNumber, count - 1);
+  platform::require(baselineNumber >= 0 && baselineNumber < count,
+                    "Incorrect argument baselineNumber={}. Must be from 0 to {}.", baselineNumber, count - 1);
 }
 
 const MSPEBaseline& MSPEBaselineMapperBase::baseline() const {
@@ -53,8 +53,9 @@ std::optional<xml::Element> MSPEResourceBaselineMapper::newBaselineFromKvdxResou
 
 std::optional<xml::Element> MSPEAssignmentBaselineMapper::newBaselineFromKvdxAssignment(
     xml::Node kvdxAssignment) const {
-  const auto taskId = kvdxAssignment.parent().attributeText("id");
   const auto resourceId = kvdxAssignment.attributeText("@idref");
-  if (!taskId || !resourceId || !baseline().getAssignmentByTaskId(*taskId, *resourceId)) return std::nullopt;
+  if (!resourceId) return std::nullopt;
+  const auto taskId = kvdxAssignment.parent().attributeText("id");
+  if (!taskId || !baseline().getAssignmentByTaskId(*taskId, *resourceId)) return std::nullopt;
   return newNumberedBaseline();
 }

@@ -2,10 +2,12 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/Log.h"
 #include "Platform/Text/Texts.h"
 
+using platform::Budget;
 using platform::log;
 using platform::orEmpty;
 using platform::orNull;
@@ -41,11 +43,12 @@ xml::OutputNode MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxRe
   std::string calendarName = "Standard";
   if (parentResource) {
     calendarName = orEmpty(name);
-    parentKey = parentResource.attributeText("id");
+    parentKey = idOf(parentResource);
     require(parentKey.has_value(), "Top resource, and only top resource, has no parent resource.");
   }
   const auto info = std::make_shared<MSPEScheduleInfo>(kvdxResource, parentKey, calendarUID, calendarName);
   const std::string key = kvdxResource.attributeText("id").value_or("");
+  Budget::spend(sizeof(MSPEScheduleInfo) + 2 * key.size() + orEmpty(parentKey).size() + calendarName.size());
   scheduleInfoKeys_.push_back(key);
   scheduleInfoMap_[key] = info;
 
@@ -56,6 +59,13 @@ xml::OutputNode MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxRe
     require(scheduleInfoForKey(*parentKey) != nullptr, "Can not find parent resource schedule in the map.");
   }
   return info->calendar();
+}
+
+/// A group's id, read once, as each of its members asks for it.
+const std::optional<std::string>& MSPECalendarMapper::idOf(xml::Node group) {
+  const auto [id, isNew] = groupIds_.try_emplace(group.identity());
+  if (isNew) id->second = group.attributeText("id");
+  return id->second;
 }
 
 void MSPECalendarMapper::readSchedule(xml::Node schedule, bool isTop, MSPEScheduleInfo& info) {
@@ -179,42 +189,47 @@ MSPECalendarMapper::ScheduleInfo MSPECalendarMapper::newFlatScheduleInfo(const M
   copy->setCalendarUID(MSPEMapper::nextCalendarUID());
   copy->setCalendarName(info.calendarName());
   copy->setExtendedFormat(info.extendedFormat());
+  Sources sources = sourcesOf(info);
   for (std::int32_t day = kSunday; day <= kSaturday; ++day) {
-    copy->addWorkingTimes(resolvedWorkingTimes(info, day), day);
+    const auto* times = sources.day(day);
+    require(times != nullptr, "We should eventually find working times, at least in Project default schedule.");
+    copy->addWorkingTimes(*times, day);
   }
-  copyNearestExceptions(info, *copy);
+  if (sources.exceptions != nullptr) {
+    const Exceptions& overtime = sources.exceptions->overtimeExceptions();
+    const Exceptions& timeOff = sources.exceptions->timeOffExceptions();
+    Budget::spend((overtime.size() + timeOff.size()) * sizeof(Exceptions::value_type));
+    copy->setOvertimeExceptions(overtime);
+    copy->setTimeOffExceptions(timeOff);
+  }
   return copy;
 }
 
-/// The working times of the nearest schedule, from this one up, that says anything about the day.
-const MSPEScheduleInfo::WorkingTimes& MSPECalendarMapper::resolvedWorkingTimes(const MSPEScheduleInfo& info,
-                                                                               std::int32_t dayType) const {
-  const MSPEScheduleInfo* current = &info;
-  for (;;) {
-    if (const auto& times = current->workingTimesForDayType(dayType)) return *times;
-    require(current->parentKey().has_value(),
-            "We should eventually find working times, at least in Project default schedule.");
-    const ScheduleInfo parent = scheduleInfoForKey(*current->parentKey());
-    require(parent != nullptr, "Schedule info has no parent info.");
-    if (parent->flatCopy()) {
-      const auto& times = parent->flatCopy()->workingTimesForDayType(dayType);
-      require(times.has_value(), "Flattened schedule copy must have all working times resolved.");
-      return *times;
+const MSPECalendarMapper::Sources& MSPECalendarMapper::sourcesOf(const MSPEScheduleInfo& info) {
+  std::vector<const MSPEScheduleInfo*> unknown;
+  Sources sources;
+  for (const MSPEScheduleInfo* current = &info; current != nullptr; current = parentOf(*current)) {
+    if (const auto known = sources_.find(current); known != sources_.end()) {
+      sources = known->second;
+      break;
     }
-    require(!parent->isBaseCalendar() || parent->workingTimesForDayType(dayType).has_value(),
-            "Base calendar schedule must have all working times resolved.");
-    current = parent.get();
+    unknown.push_back(current);
   }
+  for (auto current = unknown.rbegin(); current != unknown.rend(); ++current) {
+    for (std::int32_t day = kSunday; day <= kSaturday; ++day) {
+      const auto& times = (*current)->workingTimesForDayType(day);
+      if (times) sources.day(day) = &times;
+    }
+    if ((*current)->hasOvertimeData() || (*current)->hasTimeOffData()) sources.exceptions = *current;
+    sources_[*current] = sources;
+  }
+  return sources_.at(&info);
 }
 
-/// The schedule's own exceptions or, when it has none, all of the nearest ancestor's that has any.
-void MSPECalendarMapper::copyNearestExceptions(const MSPEScheduleInfo& info, MSPEScheduleInfo& copy) const {
-  const MSPEScheduleInfo* source = &info;
-  while (!source->hasOvertimeData() && !source->hasTimeOffData() && source->parentKey()) {
-    const ScheduleInfo parent = scheduleInfoForKey(*source->parentKey());
-    require(parent != nullptr, "Non-root schedule info has no parent info.");
-    source = parent.get();
-  }
-  copy.setOvertimeExceptions(source->overtimeExceptions());
-  copy.setTimeOffExceptions(source->timeOffExceptions());
+/// The schedule that this one inherits from; none for the top one.
+const MSPEScheduleInfo* MSPECalendarMapper::parentOf(const MSPEScheduleInfo& info) const {
+  if (!info.parentKey()) return nullptr;
+  const ScheduleInfo parent = scheduleInfoForKey(*info.parentKey());
+  require(parent != nullptr, "Schedule info has no parent info.");
+  return parent.get();
 }

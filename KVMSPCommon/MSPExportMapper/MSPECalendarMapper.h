@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -9,6 +10,8 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleInfo.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Base/IdHash.h"
 
 /// Turns the schedules of the resource tree, each of which says only what differs from its parent's, into MSPDI's two
 /// levels: base calendars, and resource calendars that name one. Reads a schedule for each resource while resources are
@@ -42,7 +45,17 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   using ScheduleInfo = std::shared_ptr<MSPEScheduleInfo>;
   using Exceptions = MSPEScheduleInfo::Exceptions;
 
+  /// What holds in a schedule: for each day type the list of the nearest schedule, from this one up, that says anything
+  /// about the day; and the nearest schedule with exceptions, which are inherited as a whole. None when no one has any.
+  struct Sources {
+    std::array<const std::optional<MSPEScheduleInfo::WorkingTimes>*, kSaturday + 1> days{};
+    const MSPEScheduleInfo* exceptions = nullptr;
+
+    auto& day(std::int32_t dayType) { return days[static_cast<std::size_t>(dayType)]; }
+  };
+
   // Reading.
+  [[nodiscard]] const std::optional<std::string>& idOf(xml::Node group);
   xml::OutputNode newCalendarFromKvdxResource(xml::Node kvdxResource, xml::Node parentResource,
                                               std::int64_t& calendarUID);
   void readSchedule(xml::Node schedule, bool isTop, MSPEScheduleInfo& info);
@@ -53,9 +66,9 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   // Hierarchy.
   void fixCalendarHierarchy();
   [[nodiscard]] ScheduleInfo newFlatScheduleInfo(const MSPEScheduleInfo& info);
-  [[nodiscard]] const MSPEScheduleInfo::WorkingTimes& resolvedWorkingTimes(const MSPEScheduleInfo& info,
-                                                                           std::int32_t dayType) const;
-  void copyNearestExceptions(const MSPEScheduleInfo& info, MSPEScheduleInfo& copy) const;
+  /// Sources of the schedule, found once for it and for those that it inherits from.
+  [[nodiscard]] const Sources& sourcesOf(const MSPEScheduleInfo& info);
+  [[nodiscard]] const MSPEScheduleInfo* parentOf(const MSPEScheduleInfo& info) const;
   /// The schedule under the key, or none.
   [[nodiscard]] ScheduleInfo scheduleInfoForKey(const std::string& key) const;
 
@@ -77,5 +90,7 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   xml::OutputNode calendar_;
   std::optional<std::string> topScheduleKey_;
   std::vector<std::string> scheduleInfoKeys_;  ///< in the order the schedules were read
-  std::unordered_map<std::string, ScheduleInfo> scheduleInfoMap_;
+  std::unordered_map<std::string, ScheduleInfo, platform::IdHash> scheduleInfoMap_;
+  std::unordered_map<const void*, std::optional<std::string>> groupIds_;
+  std::unordered_map<const MSPEScheduleInfo*, Sources> sources_;
 };

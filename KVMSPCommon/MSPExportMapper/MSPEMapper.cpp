@@ -12,6 +12,9 @@
 
 namespace {
 
+/// Ten times what the format has numbers for. Each task and resource is looked up in every one of them.
+constexpr std::size_t kMaximumBaselines = 100;
+
 struct Counters {
   std::int64_t task = 0;
   std::int64_t resource = 0;
@@ -43,6 +46,9 @@ MSPEMapper::MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_pt
       kvdxTOCXmlDoc_(std::move(kvdxTOCXmlDoc)),
       mspdiTemplateXmlDoc_(std::move(mspdiTemplateXmlDoc)),
       info_(info) {
+  platform::require(baselineXMLDocArray.size() <= kMaximumBaselines,
+                    "The plan is compared with {} scenarios. At most {} can be exported.", baselineXMLDocArray.size(),
+                    kMaximumBaselines);
   initialize();
   kvdxBaselines_.reserve(baselineXMLDocArray.size());
   for (const auto& document : baselineXMLDocArray) kvdxBaselines_.emplace_back(document);
@@ -71,13 +77,6 @@ void MSPEMapper::map() {
   root.appendComment(
       fmt::format("  {}: Korvella {} MSPDI Exporter.  ", dateDescription(platform::Clock::now()), "2.x"));
   finished_ = true;
-}
-
-void MSPEMapper::countTimephasedData(std::size_t elements) {
-  constexpr std::size_t kMaximum = 1'000'000;
-  timephasedDataCount_ += elements;
-  platform::require(timephasedDataCount_ <= kMaximum,
-                    "Split tasks and materials have too many days. At most {} can be exported.", kMaximum);
 }
 
 std::int64_t MSPEMapper::nextTaskID() { return counters().task++; }

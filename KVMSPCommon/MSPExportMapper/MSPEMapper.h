@@ -28,6 +28,7 @@ class MSPEMapper {
   /// @param baselineXMLDocArray the scenarios compared with it; a baseline's position is its number.
   /// @param mspdiTemplateXmlDoc kept, never read.
   /// @param info borrowed; must outlive the context.
+  /// @throws InvariantFailure when there are more than a hundred baselines.
   MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_ptr<xml::Document> kvdxTOCXmlDoc,
              const std::vector<std::shared_ptr<xml::Document>>& baselineXMLDocArray,
              std::shared_ptr<xml::Document> mspdiTemplateXmlDoc, const MSPEInfo& info);
@@ -64,10 +65,6 @@ class MSPEMapper {
   /// For what makes many elements while others wait (see ElementMemory::Scope).
   [[nodiscard]] xml::ElementMemory::Scope elementScope() const { return mspdiXmlDoc_.scope(); }
 
-  /// Counts the `TimephasedData` of the export as they are given to assignments.
-  /// @throws InvariantFailure beyond a million: a plan that asks for so many would take all memory.
-  void countTimephasedData(std::size_t elements);
-
   /// The next number of its kind; the first of the process is 0 for tasks and resources, 1 for the other two.
   static std::int64_t nextTaskID();
   static std::int64_t nextResourceID();
@@ -92,7 +89,6 @@ class MSPEMapper {
   std::vector<MSPEBaseline> kvdxBaselines_;
   std::optional<platform::URL> workingFolderUrl_;  ///< for dumps; never set by this program
   std::optional<MSPEIdMapper> idMapper_;
-  std::size_t timephasedDataCount_ = 0;
   std::unique_ptr<MSPEProjectMapper> projectMapper_;
   std::unique_ptr<MSPECalendarMapper> calendarMapper_;
 };

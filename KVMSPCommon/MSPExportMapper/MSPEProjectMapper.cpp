@@ -12,10 +12,12 @@
 #include "KVMSPCommon/MSPExportMapper/MSPETaskMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
+#include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/Log.h"
 #include "Platform/Time/Clock.h"
 
+using platform::Budget;
 using platform::log;
 using platform::orEmpty;
 using platform::require;
@@ -32,14 +34,51 @@ xml::Node objectWithId(xml::Node scenario, std::string_view kind, const std::opt
 }
 
 /// Gives the assignment a copy of each element, with the assignment's UID in front.
-void appendTimephasedData(MSPEMapper& mapper, xml::OutputNode assignment, std::int64_t assignmentUID,
+void appendTimephasedData(xml::OutputNode assignment, std::int64_t assignmentUID,
                           const std::optional<std::vector<xml::Element>>& timephasedDataArray) {
   if (!timephasedDataArray) return;
-  mapper.countTimephasedData(timephasedDataArray->size());
   for (const xml::Element& data : *timephasedDataArray) {
     xml::Element copy = data.node().copy();
     insertChildElementWithName(copy, "UID", std::to_string(assignmentUID), 0);
     assignment.append(std::move(copy));
+  }
+}
+
+/// A node of a tree, and the group that refers to it; empty for the top.
+struct Place {
+  xml::Node node;
+  xml::Node parent;
+};
+
+/// Goes down the tree below a node in the order of the references, without recursion: how deep a plan is nested must
+/// not take stack. map(node, parent, inherited) maps one node and gives what its members inherit; none for one that has
+/// none. References to what is not there are skipped.
+template <typename Inherited, typename Map>
+void walkTree(xml::Node scenario, std::string_view kind, const xml::Query& members, MSPETreeGuard& guard, Place top,
+              const Inherited& inherited, Map map) {
+  struct Group {
+    xml::Node node;
+    Inherited bequest;
+    std::vector<xml::Node> references;
+    std::size_t next = 0;
+  };
+  std::vector<Group> path;
+  const auto visit = [&](const Place& place, const Inherited& ofParent) {
+    auto bequest = map(place.node, place.parent, ofParent);
+    if (!bequest) return;
+    guard.enter(place.node);
+    path.push_back({place.node, std::move(*bequest), objectsForXQuery(place.node, members)});
+  };
+  visit(top, inherited);
+  while (!path.empty()) {
+    Group& group = path.back();
+    if (group.next == group.references.size()) {
+      guard.leave(group.node);
+      path.pop_back();
+      continue;
+    }
+    const auto id = group.references[group.next++].attributeText("idref");
+    if (const xml::Node member = objectWithId(scenario, kind, id)) visit({member, group.node}, group.bequest);
   }
 }
 
@@ -74,13 +113,14 @@ std::unique_ptr<xml::Section> MSPEProjectMapper::newProjectFromKVDXScenario(xml:
   const std::size_t resourceCount = objectsForXQuery(kvdxScenario, "resource").size();
   log("Mapping {} Resources and Schedules ...", resourceCount);
   calendarMapper.setTopScheduleKey(topResourceId);
-  resourceGuard_.emplace("Resource", resourceCount);
+  resourceGuard_.emplace("Resource", kvdxScenario);
   addKvdxResource(objectWithId(kvdxScenario, "resource", topResourceId), {}, kvdxScenario, resources, std::nullopt,
                   kNoCalendarUID, &error);
   calendarMapper.buildCalendarHierarchy();
 
   log("Mapping {} Tasks ...", taskCount);
-  taskGuard_.emplace("Task", taskCount);
+  taskGuard_.emplace("Task", kvdxScenario);
+  pieceGuard_.emplace("Task", kvdxScenario);
   addKvdxTask(objectWithId(kvdxScenario, "task", topTaskId), {}, kvdxScenario, tasks, 0, assignments, &error);
   return element;
 }
@@ -151,28 +191,46 @@ const MSPEScheduledTaskInfo& MSPEProjectMapper::scheduledTask(const std::string&
 bool MSPEProjectMapper::addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario,
                                         xml::Section& toResources, const std::optional<std::string>& groupName,
                                         std::int64_t baseCalendarUID, XQueryError* error) {
-  const MSPETreeGuard::Step step(*resourceGuard_, kvdxResource);
-  {
-    MSPEResourceMapper resourceMapper(mapper());
-    auto resource = resourceMapper.newResourceFromKVDXResource(kvdxResource, parentResource);
-    if (resourceMapper.resourceCalendar()) {
-      require(resourceMapper.resourceCalendarUID() >= 1, "Expected Calendar UID > 0.");
-      baseCalendarUID = resourceMapper.resourceCalendarUID();
-    }
-    if (resource) {
-      if (groupName) addChildElementWithName(*resource, "Group", *groupName);
-      toResources.append(std::move(*resource));
-    }
-  }
-  if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return true;
-
-  const auto ownName = groupNameBelow(kvdxResource, static_cast<bool>(parentResource), groupName);
-  for (const xml::Node child : objectsForXQuery(kvdxResource, "child-resource")) {
-    if (const xml::Node member = objectWithId(kvdxScenario, "resource", child.attributeText("idref"))) {
-      addKvdxResource(member, kvdxResource, kvdxScenario, toResources, ownName, baseCalendarUID, error);
-    }
-  }
+  const auto map = [&](xml::Node resource, xml::Node parent, const GroupBequest& inherited) {
+    resourceGuard_->reach(resource);
+    return mapResource(resource, parent, toResources, inherited, error);
+  };
+  walkTree(kvdxScenario, "resource", "child-resource", *resourceGuard_, {kvdxResource, parentResource},
+           GroupBequest{groupName, baseCalendarUID}, map);
   return true;
+}
+
+std::optional<MSPEProjectMapper::GroupBequest> MSPEProjectMapper::mapResource(xml::Node kvdxResource,
+                                                                              xml::Node parentResource,
+                                                                              xml::Section& toResources,
+                                                                              const GroupBequest& inherited,
+                                                                              XQueryError* error) {
+  MSPEResourceMapper resourceMapper(mapper());
+  auto resource = resourceMapper.newResourceFromKVDXResource(kvdxResource, parentResource);
+  std::int64_t baseCalendarUID = inherited.baseCalendarUID;
+  if (resourceMapper.resourceCalendar()) {
+    require(resourceMapper.resourceCalendarUID() >= 1, "Expected Calendar UID > 0.");
+    baseCalendarUID = resourceMapper.resourceCalendarUID();
+  }
+  if (resource) {
+    if (inherited.groupName) addChildElementWithName(*resource, "Group", *inherited.groupName);
+    toResources.append(std::move(*resource));
+  }
+  if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return std::nullopt;
+  return GroupBequest{groupNameBelow(kvdxResource, static_cast<bool>(parentResource), inherited.groupName),
+                      baseCalendarUID};
+}
+
+const std::optional<std::string>& MSPEProjectMapper::resourceType(xml::Node kvdxResource) {
+  const auto [type, isNew] = resourceTypes_.try_emplace(kvdxResource.identity());
+  if (isNew) type->second = stringValueForXQuery(kvdxResource, "type");
+  return type->second;
+}
+
+xml::Node MSPEProjectMapper::splitPiece(xml::Node reference) {
+  const xml::Node piece = objectWithId(kvdxScenario_, "task", reference.attributeText("idref"));
+  if (piece) pieceGuard_->reach(piece);
+  return piece;
 }
 
 /// The name that a group's members carry: its path of names. An unnamed group is numbered and begins a new path; the
@@ -184,37 +242,39 @@ std::optional<std::string> MSPEProjectMapper::groupNameBelow(xml::Node kvdxGroup
     if (!hasParent) return std::nullopt;
     return fmt::format("Anonymous_Group_{}", ++unnamedGroupsCount_);
   }
-  return inheritedName ? fmt::format("{}/{}", *inheritedName, *name) : name;
+  if (inheritedName) name = fmt::format("{}/{}", *inheritedName, *name);
+  Budget::spend(name->size());
+  return name;
 }
 
 bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xml::Node kvdxScenario,
                                     xml::Section& toTasks, std::int64_t atLevel, xml::Section& assignments,
                                     XQueryError* error) {
-  const bool isGroup = stringValueForXQuery(kvdxTask, "type", error) == "group";
+  const auto map = [&](xml::Node task, xml::Node parent, std::int64_t level) -> std::optional<std::int64_t> {
+    const bool isGroup = stringValueForXQuery(task, "type", error) == "group";
+    mapTask(task, parent, isGroup, toTasks, level, assignments, error);
+    if (!isGroup) return std::nullopt;
+    taskGuard_->reach(task);  // behind the mapping: a task that is reached twice is told by its UID first
+    return level + 1;
+  };
+  walkTree(kvdxScenario, "task", "child-task", *taskGuard_, {kvdxTask, parentTask}, atLevel, map);
+  return true;
+}
+
+void MSPEProjectMapper::mapTask(xml::Node kvdxTask, xml::Node parentTask, bool isGroup, xml::Section& toTasks,
+                                std::int64_t atLevel, xml::Section& assignments, XQueryError* error) {
   const bool isSplit = static_cast<bool>(singleObjectForXQuery(kvdxTask, "split", error));
   require(!isSplit || !isGroup, "Task group and split task are mutualy exclusive.");  // spelled so on purpose
-  {
-    xml::Element task = MSPETaskMapper(mapper()).newTaskFromKVDXTask(kvdxTask, parentTask);
-    std::optional<std::vector<xml::Element>> timephasedData;
-    if (isSplit) timephasedData = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromKvdxSplitTask(kvdxTask);
-    addChildElementWithName(task, "OutlineLevel", std::to_string(atLevel));
-    toTasks.append(std::move(task));
-    if (const auto kvdxAssignments = objectsForXQuery(kvdxTask, "assignment"); !kvdxAssignments.empty()) {
-      addKvdxAssignments(kvdxAssignments, kvdxTask, kvdxScenario, timephasedData, assignments, error);
-    } else if (!isGroup) {
-      addDummyAssignment(kvdxTask, timephasedData, assignments);
-    }
+  xml::Element task = MSPETaskMapper(mapper()).newTaskFromKVDXTask(kvdxTask, parentTask);
+  std::optional<std::vector<xml::Element>> timephasedData;
+  if (isSplit) timephasedData = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromKvdxSplitTask(kvdxTask);
+  addChildElementWithName(task, "OutlineLevel", std::to_string(atLevel));
+  toTasks.append(std::move(task));
+  if (const auto kvdxAssignments = objectsForXQuery(kvdxTask, "assignment"); !kvdxAssignments.empty()) {
+    addKvdxAssignments(kvdxAssignments, kvdxTask, kvdxScenario_, timephasedData, assignments, error);
+  } else if (!isGroup) {
+    addDummyAssignment(kvdxTask, timephasedData, assignments);
   }
-  if (!isGroup) return true;
-
-  // Guarded behind the mapping: a task that is reached twice is told by its UID first.
-  const MSPETreeGuard::Step step(*taskGuard_, kvdxTask);
-  for (const xml::Node child : objectsForXQuery(kvdxTask, "child-task")) {
-    if (const xml::Node childTask = objectWithId(kvdxScenario, "task", child.attributeText("idref"))) {
-      addKvdxTask(childTask, kvdxTask, kvdxScenario, toTasks, atLevel + 1, assignments, error);
-    }
-  }
-  return true;
 }
 
 void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
@@ -227,7 +287,7 @@ void MSPEProjectMapper::addDummyAssignment(xml::Node kvdxTask,
   std::int64_t uid = -1;
   xml::Element assignment = MSPEAssignmentMapper::newDummyAssignmentForTaskId(*id, &uid, mapper());
   require(uid >= 1, "Incorrect UID for dummy assignment ({}).", uid);
-  appendTimephasedData(mapper(), assignment, uid, timephasedDataArray);
+  appendTimephasedData(assignment, uid, timephasedDataArray);
   toAssignments.append(std::move(assignment));
 }
 
@@ -239,7 +299,7 @@ bool MSPEProjectMapper::addKvdxAssignments(const std::vector<xml::Node>& kvdxAss
   for (const xml::Node kvdxAssignment : kvdxAssignments) {
     const auto scope = mapper().elementScope();
     xml::Element assignment = assignmentMapper.newAssignmentFromKVDXAssignment(kvdxAssignment);
-    appendTimephasedData(mapper(), assignment, assignmentMapper.UID(), timephasedDataArray);
+    appendTimephasedData(assignment, assignmentMapper.UID(), timephasedDataArray);
     toAssignments.append(std::move(assignment));
   }
   return true;

@@ -74,6 +74,11 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   bool recordResource(const std::string& uid, const std::string& id) {
     return resourceUidToIdMap_.emplace(uid, id).second;
   }
+  /// The text of the resource's `type`; none without one. Read once for each resource, as every assignment asks for it.
+  [[nodiscard]] const std::optional<std::string>& resourceType(xml::Node kvdxResource);
+  /// The task that a split task's `child-task` refers to, or an empty node.
+  /// @throws InvariantFailure when the same pieces are asked for again and again.
+  [[nodiscard]] xml::Node splitPiece(xml::Node reference);
   [[nodiscard]] std::int64_t unnamedGroupsCount() const { return unnamedGroupsCount_; }
 
  private:
@@ -82,6 +87,18 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   void appendDates(xml::Section& project);
   void appendCurrency(xml::Section& project);
   std::size_t readScheduledTasks();
+  /// What a group's members inherit.
+  struct GroupBequest {
+    std::optional<std::string> groupName;
+    std::int64_t baseCalendarUID;
+  };
+
+  /// Maps a resource without its members, and gives what those inherit; none when it is no group.
+  std::optional<GroupBequest> mapResource(xml::Node kvdxResource, xml::Node parentResource, xml::Section& toResources,
+                                          const GroupBequest& inherited, XQueryError* error);
+  /// Maps a task and its assignments, without the tasks of a group.
+  void mapTask(xml::Node kvdxTask, xml::Node parentTask, bool isGroup, xml::Section& toTasks, std::int64_t atLevel,
+               xml::Section& assignments, XQueryError* error);
   [[nodiscard]] std::optional<std::string> groupNameBelow(xml::Node kvdxGroup, bool hasParent,
                                                           const std::optional<std::string>& inheritedName);
   void addDummyAssignment(xml::Node kvdxTask, const std::optional<std::vector<xml::Element>>& timephasedDataArray,
@@ -100,4 +117,6 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   std::int64_t unnamedGroupsCount_ = 0;
   std::optional<MSPETreeGuard> resourceGuard_;
   std::optional<MSPETreeGuard> taskGuard_;
+  std::optional<MSPETreeGuard> pieceGuard_;
+  std::unordered_map<const void*, std::optional<std::string>> resourceTypes_;
 };

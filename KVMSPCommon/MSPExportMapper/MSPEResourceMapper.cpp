@@ -124,6 +124,7 @@ void MSPEResourceMapper::appendBaselines(xml::OutputNode resource, xml::Node kvd
   const auto count = static_cast<std::int64_t>(mapper().kvdxBaselines().size());
   if (count == 0) return;
   log("  Mapping {} baselines for Resource ...", count);
+  if (!resource) return;
   for (std::int64_t n = 0; n < count; ++n) {
     auto baseline = MSPEResourceBaselineMapper(n, mapper()).newBaselineFromKvdxResource(kvdxResource);
     if (baseline) resource.append(std::move(*baseline));

@@ -21,12 +21,10 @@ std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephased
   const auto pieces = objectsForXQuery(kvdxTask, "child-task");
   splitCount_ = static_cast<std::int64_t>(pieces.size());
 
-  const xml::Node scenario = mapper().projectMapper()->kvdxScenario();
   std::vector<xml::Element> data;
   std::optional<std::string> previousEnd;
   for (const xml::Node reference : pieces) {
-    const auto id = reference.attributeText("idref");
-    const xml::Node piece = id ? singleObjectForXQuery(scenario, xml::Query::child("task", "id", *id)) : xml::Node();
+    const xml::Node piece = mapper().projectMapper()->splitPiece(reference);
     if (!piece) continue;
     const std::string start = stringValueForXQuery(piece, "start-date").value_or("");
     const std::string end = stringValueForXQuery(piece, "end-date").value_or("");
@@ -43,7 +41,7 @@ std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephased
 std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephasedDataFromAssignment(
     xml::Node /*kvdxAssignment*/, xml::Node resource, std::string_view start, std::string_view finish,
     double consumption) const {
-  if (stringValueForXQuery(resource, "type") != "Material") return std::nullopt;
+  if (mapper().projectMapper()->resourceType(resource) != "Material") return std::nullopt;
   std::vector<xml::Element> data;
   std::vector<bool> workingDays;
   MSPETimephasedDataInfo(start, finish, kNoValue, mapper()).addTimephasedDataToArray(data, &workingDays);

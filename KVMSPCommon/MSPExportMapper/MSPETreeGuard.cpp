@@ -6,27 +6,25 @@ using platform::require;
 
 namespace {
 
-/// Deeper than any outline that people work with, and safe for the stack.
+/// Deeper than any outline that people work with.
 constexpr std::size_t kMaximumDepth = 1000;
-/// How often an object may be visited on average; a tree visits each once.
-constexpr std::size_t kVisitsPerObject = 10;
-constexpr std::size_t kVisitsAllowed = 1000;
+/// What is read again may be so many times the scenario, and some KB in small plans.
+constexpr std::size_t kTimesAgain = 4;
+constexpr std::size_t kBytesAgain = 100'000;
 
 }  // namespace
 
-MSPETreeGuard::MSPETreeGuard(std::string_view kind, std::size_t objects)
-    : kind_(kind), maximumVisits_(kVisitsAllowed + kVisitsPerObject * objects) {}
-
-MSPETreeGuard::Step::Step(MSPETreeGuard& guard, xml::Node node) : guard_(guard), identity_(node.identity()) {
+void MSPETreeGuard::reach(xml::Node node) {
+  const bool isNew = reached_.insert(node.identity()).second;
+  if (isNew && path_.size() < kMaximumDepth) return;
   const auto id = node.attributeText("id");
-  require(!guard_.path_.contains(identity_), "{} id='{}' contains itself, directly or through others.", guard_.kind_,
+  require(!path_.contains(node.identity()), "{} id='{}' contains itself, directly or through others.", kind_,
           platform::orNull(id));
-  require(guard_.path_.size() < kMaximumDepth, "{} id='{}' is nested too deep. At most {} levels can be exported.",
-          guard_.kind_, platform::orNull(id), kMaximumDepth);
-  require(++guard_.visits_ <= guard_.maximumVisits_,
-          "{} id='{}' is reached in too many ways. At most {} visits can be exported.", guard_.kind_,
-          platform::orNull(id), guard_.maximumVisits_);
-  guard_.path_.insert(identity_);
+  require(path_.size() < kMaximumDepth, "{} id='{}' is nested too deep. At most {} levels can be exported.", kind_,
+          platform::orNull(id), kMaximumDepth);
+  if (isNew) return;
+  if (mostAgain_ == 0) mostAgain_ = kBytesAgain + kTimesAgain * scenario_.size();
+  again_ += node.size();
+  require(again_ <= mostAgain_, "{} id='{}' is reached in too many ways. At most {} KB can be read again.", kind_,
+          platform::orNull(id), mostAgain_ / 1000);
 }
-
-MSPETreeGuard::Step::~Step() { guard_.path_.erase(identity_); }

@@ -149,6 +149,19 @@ std::string Node::markup() const {
   return text;
 }
 
+std::size_t Node::size() const {
+  constexpr std::size_t kMarks = 4;
+  std::size_t bytes = 0;
+  const pugi::xml_node top(node_);
+  for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
+    bytes += kMarks + std::strlen(node.name()) + std::strlen(node.value());
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+      bytes += kMarks + std::strlen(attribute.name()) + std::strlen(attribute.value());
+    }
+  }
+  return bytes;
+}
+
 // Document
 
 Document::Document() : tree_(std::make_unique<Tree>()) {

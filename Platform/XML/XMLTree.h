@@ -58,6 +58,8 @@ class Node {
   [[nodiscard]] Node parent() const;
   /// The node written as XML, on one line as far as its texts allow.
   [[nodiscard]] std::string markup() const;
+  /// How many bytes the node takes as XML, about: what it costs to read it. Takes time that grows with them.
+  [[nodiscard]] std::size_t size() const;
   /// An address that tells this node from every other.
   [[nodiscard]] const void* identity() const { return node_; }
 
