@@ -163,15 +163,15 @@ TEST(BadInput, RepairsInTime) {
   });
 }
 
-TEST(BadInput, OneDocumentNamedAThousandTimes) {
+TEST(BadInput, OneDocumentNamedAgainAndAgain) {
   const std::string plan = scenario(task("t1") + "<!--" + std::string(2'000'000, 'a') + "-->");
   std::string scenarios = "<scenario id='s1' filename='Plan.xml'/>";
-  for (int i = 0; i < 1000; ++i)
+  for (int i = 0; i < 180; ++i)
     scenarios += fmt::format("<scenario id='s{}' filename='{}Plan.xml'/>", 1 + i % 2, i % 3 == 0 ? "./" : "");
   const Place place(plan, "<toc><project>" + scenarios +
                               "</project><window><editing-scenario>s1</editing-scenario>"
                               "<comparison-scenario>s2</comparison-scenario></window></toc>");
-  place.expect(0, "", "<Number>499</Number>");
+  place.expect(0, "", "<Number>89</Number>");
 }
 
 TEST(BadInput, NamesInEitherSpellingOfUnicode) {
