@@ -5,7 +5,8 @@ _mspdi_export() {
   local -a folders=() bundles=()
   COMPREPLY=()
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--output --keep-dates --currency --version --help' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W '--output --overwrite --zone --currency --keep-dates --check --strict --quiet --verbose --json
+      --version --help' -- "$current")
     return
   fi
   compopt -o filenames -o nosort 2>/dev/null
@@ -16,7 +17,7 @@ _mspdi_export() {
     esac
   done < <(compgen -d -- "$current")
   case ${COMP_WORDS[COMP_CWORD - 1]} in
-    --currency) ;;
+    --currency | --zone) ;;
     # A folder, or a file to write.
     -o | --output)
       mapfile -t COMPREPLY < <(compgen -f -X '!*.xml' -- "$current")

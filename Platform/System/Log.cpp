@@ -10,9 +10,8 @@
 #include <string>
 #include <utility>
 
-#include "Platform/System/Console.h"
-
 #include "Platform/Base/Budget.h"
+#include "Platform/System/Console.h"
 
 namespace platform {
 namespace {
