@@ -37,6 +37,12 @@ class Walk {
   std::int64_t day_ = std::numeric_limits<std::int64_t>::min();
 };
 
+/// The first change and then the second; null for none.
+DayChange both(const DayChange* first, const DayChange* second) {
+  DayChange change = first != nullptr ? *first : DayChange();
+  return second != nullptr ? change.followedBy(*second) : change;
+}
+
 }  // namespace
 
 Hours DayChange::appliedTo(Hours hours) const {
@@ -68,13 +74,7 @@ DayChanges composed(const DayChanges& above, const DayChanges& own) {
     first.goTo(day);
     second.goTo(day);
     const std::int64_t last = std::min(first.lastAlike(), second.lastAlike());
-    const DayChange* change = first.change();
-    const DayChange* then = second.change();
-    if (change != nullptr && then != nullptr) {
-      result.push_back({day, last, change->followedBy(*then)});
-    } else {
-      result.push_back({day, last, change != nullptr ? *change : *then});
-    }
+    result.push_back({day, last, both(first.change(), second.change())});
     first.goTo(last + 1);
     second.goTo(last + 1);
     day = std::min(first.nextChanged(), second.nextChanged());

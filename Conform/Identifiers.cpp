@@ -1,6 +1,5 @@
 #include "Conform/Identifiers.h"
 
-#include <algorithm>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -47,11 +46,9 @@ std::vector<const Item*> withoutNumber(const Copy& copy, const std::vector<Item>
   std::vector<const Item*> later;
   for (const Item& item : items) {
     const std::string_view uid = textOf(item.element, "UID");
-    if (copy.isPlaceholder(item) || !isCanonical(uid) || !numbers.take(uid)) later.push_back(&item);
+    if (!copy.isPlaceholder(item) && (!isCanonical(uid) || !numbers.take(uid))) later.push_back(&item);
   }
-  // The placeholder is the first of all.
-  std::rotate(later.begin(), later.begin() + (!later.empty() && copy.isPlaceholder(*later.front()) ? 1 : 0),
-              later.end());
+  if (!items.empty() && copy.isPlaceholder(items.front())) later.push_back(&items.front());
   std::erase_if(later, [&numbers](const Item* item) { return numbers.take(textOf(item->element, "UID")); });
   return later;
 }

@@ -20,7 +20,8 @@ std::string idOf(xml::Node source) { return source.attributeText("id").value_or(
 std::string shortLabelOf(const Item& item) {
   const std::string kind = platform::lowercased(item.element.name());
   if (item.source) return kind + " " + idOf(item.source);
-  return fmt::format("{} {}", kind, textOf(item.element, "UID"));
+  const std::string_view uid = textOf(item.element, "UID");
+  return uid.empty() ? kind + " without a UID" : fmt::format("{} {}", kind, uid);
 }
 
 std::string labelOf(const Item& item) { return withName(shortLabelOf(item), textOf(item.element, "Name")); }

@@ -37,8 +37,8 @@ std::string shortened(std::string text) {
 
 /// The week of a plan that says nothing of it.
 std::array<Hours, 8> standardWeek() {
-  Hours workday(8 * 3600, 12 * 3600);
-  workday.add(Hours(13 * 3600, 17 * 3600));
+  constexpr std::int64_t kHour = 3600;
+  const Hours workday(std::vector<Span>{{8 * kHour, 12 * kHour}, {13 * kHour, 17 * kHour}});
   std::array<Hours, 8> week;
   for (int day = kMonday; day <= kFriday; ++day) week[static_cast<std::size_t>(day)] = workday;
   return week;

@@ -38,7 +38,8 @@ class Priorities {
   explicit Priorities(const Plan& plan) {
     for (const xml::Node task : objectsForXQuery(plan.scenario(), "task")) {
       const std::int64_t priority = intValueForXQuery(task, "priority");
-      if (priority != 0) given_.emplace(task.identity(), priority);
+      if (priority == 0 || isHidden(plan, task)) continue;
+      given_.emplace(task.identity(), priority);
       add(priority);
     }
     above_.sort();
@@ -55,6 +56,12 @@ class Priorities {
   }
 
  private:
+  /// Whether a later task has its id, which then stands for both.
+  static bool isHidden(const Plan& plan, xml::Node task) {
+    const xml::Query query = xml::Query::child("task", "id", task.attribute("id").value());
+    return !(singleObjectForXQuery(plan.scenario(), query) == task);
+  }
+
   /// How far a negative priority is from -1: that of the lowest one of 64 bits is a number, too.
   static std::int64_t fromZero(std::int64_t negative) { return -(negative + 1); }
 

@@ -39,6 +39,10 @@ class Known {
   std::size_t unnumberedCount_ = 0;
 };
 
+std::string lackOf(std::string_view kind, std::string_view uid) {
+  return uid.empty() ? fmt::format("it names no {}", kind) : fmt::format("its {} {} is not there", kind, uid);
+}
+
 class References {
  public:
   explicit References(Copy& copy) : copy_(copy) {
@@ -88,8 +92,8 @@ class References {
     const std::size_t before = copy_.assignments.size();
     std::erase_if(copy_.assignments, [&](const AssignmentItem& assignment) {
       if (!isOfNoTask(assignment)) return false;
-      copy_.report.warn(fmt::format("assignment {} is left out, because its task {} is not there",
-                                    textOf(assignment.element, "UID"), textOf(assignment.element, "TaskUID")));
+      copy_.report.warn(fmt::format("assignment {} is left out, because {}", textOf(assignment.element, "UID"),
+                                    lackOf("task", textOf(assignment.element, "TaskUID"))));
       assignment.element.parent().remove_child(assignment.element);
       return true;
     });
@@ -120,8 +124,8 @@ class References {
 
   void sayNobody(const AssignmentItem& assignment, std::string_view uid) {
     if (assignment.source == nullptr) {
-      copy_.report.warn(fmt::format("assignment {}: its resource {} is not in the file, so that it is to nobody",
-                                    textOf(assignment.element, "UID"), uid));
+      copy_.report.warn(fmt::format("assignment {} is to nobody, because {}", textOf(assignment.element, "UID"),
+                                    lackOf("resource", uid)));
       return;
     }
     copy_.report.warn(fmt::format("{}: its assignment to {}, which is no resource of the file, is to nobody",

@@ -149,7 +149,7 @@ void Schedule::readCalendars(xml::Node schedule, std::vector<std::string>& sourc
       if (!event || !keepDays(event->first, event->last)) continue;
       event->overtime = overtime;
       event->source = source;
-      events.push_back(std::move(*event));
+      events.push_back(*event);
     }
   }
   changes_ = changesOf(std::move(events));

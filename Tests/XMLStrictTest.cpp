@@ -60,6 +60,8 @@ TEST(XMLStrict, RefusesWhatTheTreesParserWouldPassOn) {
       {__LINE__, "<a", "line 1: a tag does not end"},
       {__LINE__, " ", "line 1: it has no element"},
       {__LINE__, "<a><!-- ", "line 1: a comment does not end"},
+      {__LINE__, "<a><!-- a -- b --></a>", "line 1: a comment has two dashes"},
+      {__LINE__, "<!----><a/><!-- --->", "line 1: a comment has two dashes"},
       {__LINE__, "<a><?xml version='1.0'?></a>", "line 1: an XML declaration stands within"},
       {__LINE__, nested(256), ""},
       {__LINE__, nested(257), "line 1: elements are nested over 256 deep"},

@@ -130,8 +130,7 @@ class Scanner {
     if (here() != '<') {
       scanText();
     } else if (rest().starts_with("<!--")) {
-      at_ += 4;
-      takeUntil("-->", "a comment");
+      scanComment();
     } else if (rest().starts_with("<![CDATA[")) {
       if (depth_ == 0) fail("text stands outside the root");
       takeUntil("]]>", "a character section");
@@ -144,6 +143,13 @@ class Scanner {
     } else {
       scanTag();
     }
+  }
+
+  void scanComment() {
+    at_ += 4;
+    takeUntil("--", "a comment");
+    if (here() != '>') fail("a comment has two dashes");
+    ++at_;
   }
 
   void scanText() {

@@ -119,8 +119,9 @@ TEST(Corrections, LeaveNoReferenceWithoutATarget) {
       {__LINE__, twoTasks("", "7", toNothing), kAssignment + "TaskUID", "1"},
       {__LINE__, twoTasks("", "", toNothing), kLinks, "-"},
       {__LINE__, twoTasks("", "", toNothing), "said",
-       "task : its link to nothing is left out, because there is no such task; assignment 1 is left out, because its "
-       "task  is not there"},
+       "task without a UID: its link to nothing is left out, because there is no such task; assignment 1 is left out, "
+       "because it "
+       "names no task"},
   });
 }
 
@@ -226,7 +227,7 @@ TEST(Corrections, RankPriorities) {
       {__LINE__, ranked({-3, 9, -1}), kTask + "Priority", "500,167,750,334"},
       // Of tasks outside of the tree, too, but not of one that another one with its id hides.
       {__LINE__, ranked({5}, task("t9", e("priority", "7"))), kTask + "Priority", "500,666"},
-      {__LINE__, ranked({5}), kTask + "Priority", "500,750"},
+      {__LINE__, ranked({9, 5}, task("t1", e("priority", "5"))), kTask + "Priority", "500,750,750"},
       {__LINE__, t1(e("priority", "-9223372036854775808")), kTask + "Priority", "500,250"},
   });
   const string priorities = sent({__LINE__, ranked(many), kTask + "Priority", ""}, {"Base", "EUR", false});
