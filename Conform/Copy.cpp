@@ -1,5 +1,6 @@
 #include "Conform/Copy.h"
 
+#include <new>
 #include <utility>
 
 #include "Conform/Facts.h"
@@ -45,6 +46,9 @@ void list(pugi::xml_node container, const char* name, List& to) {
 
 Copy::Copy(std::string bytes, const Plan* plan, Options options)
     : bytes_(std::move(bytes)), plan_(plan), options_(std::move(options)) {
+  // By itself pugixml leaves out what it has no memory for. Set before anything is allocated: what one pair of
+  // functions gives, the other must not take back.
+  pugi::set_memory_management_functions(&::operator new, &::operator delete);
   if (!xml::hasOnlyCharacters(options_.baseName)) fail("its name has characters that XML does not have");
   const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions, pugi::encoding_utf8);
   if (!result) fail(result.description());
