@@ -37,16 +37,6 @@ class LogHook {
   LogHook& operator=(const LogHook&) = delete;
 };
 
-/// The document's bytes, in one piece of the right size: a plan's may be larger than what else is in memory.
-std::string bytesOf(const xml::OutputDocument& document) {
-  std::size_t size = 0;
-  document.serialize([&size](std::string_view piece) { size += piece.size(); });
-  std::string bytes;
-  bytes.reserve(size);
-  document.serialize([&bytes](std::string_view piece) { bytes += piece; });
-  return bytes;
-}
-
 /// Of a date that something else than a time follows the exporter says nothing.
 std::string reasonOf(const platform::Exception& exception) {
   std::string reason =
@@ -113,10 +103,12 @@ BundleExport::Exported BundleExport::exportInMemory() {
   }
   result_.baselines = contents.baselines.size();
   const MSPEXMLExporter exporter({{kInfoMSPDIProjectName, request_.baseName}});
-  const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents));
+  std::string bytes;
+  const xml::Sink sink = [&bytes](std::string_view piece) { bytes += piece; };
+  const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents), sink);
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) conform::fail("its front window shows no plan");
-  std::string bytes = bytesOf(*document);
+  document->serialize(sink);
   // The tree that is corrected takes several times as much: without this, a few bytes of a plan ask for 11 GB.
   platform::Budget::spend(bytes.size());
   return {mapped.contents.plan, mapped.contents.tableOfContents, std::move(bytes)};

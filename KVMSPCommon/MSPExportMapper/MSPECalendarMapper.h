@@ -26,7 +26,8 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
 
   /// The `Calendars` element, filled by buildCalendarHierarchy().
   [[nodiscard]] const xml::Section& calendars() const { return calendars_; }
-  /// Hands the `Calendars` element over to the project; calendars() still shows it.
+  /// Hands the `Calendars` element over to the project; calendars() still shows it, until the tasks are
+  /// mapped.
   [[nodiscard]] std::unique_ptr<xml::Section> takeCalendars() { return std::move(detachedCalendars_); }
   /// The `Calendar` of the resource mapped last; empty, since elements are made only when the hierarchy is built.
   [[nodiscard]] xml::OutputNode calendar() const { return calendar_; }

@@ -45,6 +45,14 @@ class MSPEMapper {
   [[nodiscard]] std::int32_t fiterType() const { return fiterType_; }
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxXmlDoc() const { return kvdxXmlDoc_; }
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxTOCXmlDoc() const { return kvdxTOCXmlDoc_; }
+  /// Lets map() pass the document on while it grows, see OutputDocument::writeAhead(); mspdiXmlDoc() then gives the
+  /// rest.
+  /// @param sink must outlive the context.
+  void setSink(const xml::Sink& sink) { sink_ = &sink; }
+  /// The tasks, the largest part of the project, are mapped last, and in front of them nothing changes any more.
+  void beginTasks(xml::Section& project, xml::Section& tasks) {
+    if (sink_ != nullptr) mspdiXmlDoc_.writeAhead(project, tasks, *sink_);
+  }
   /// The finished output document; none before map() and when it made none.
   [[nodiscard]] const xml::OutputDocument* mspdiXmlDoc() const { return finished_ ? &mspdiXmlDoc_ : nullptr; }
   [[nodiscard]] const std::vector<MSPEBaseline>& kvdxBaselines() const { return kvdxBaselines_; }
@@ -84,6 +92,7 @@ class MSPEMapper {
   /// nothing that a reader of the context can see.
   mutable xml::OutputDocument mspdiXmlDoc_;
   bool finished_ = false;
+  const xml::Sink* sink_ = nullptr;
   xml::Section* mspdiProject_ = nullptr;
   const MSPEInfo& info_;
   std::vector<MSPEBaseline> kvdxBaselines_;

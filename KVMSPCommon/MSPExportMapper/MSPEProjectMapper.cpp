@@ -119,6 +119,7 @@ std::unique_ptr<xml::Section> MSPEProjectMapper::newProjectFromKVDXScenario(xml:
   calendarMapper.buildCalendarHierarchy();
 
   log("Mapping {} Tasks ...", taskCount);
+  mapper().beginTasks(project, tasks);
   taskGuard_.emplace("Task", kvdxScenario);
   pieceGuard_.emplace("Task", kvdxScenario);
   addKvdxTask(objectWithId(kvdxScenario, "task", topTaskId), {}, kvdxScenario, tasks, 0, assignments, &error);

@@ -69,16 +69,24 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   log("Output: '{}'", path.get());
 
   const platform::Budget budget;
-  const Mapped mapped = map(readContents(source->path()));
+  // Made when there is something to write. An export that fails drops it.
+  std::optional<platform::AtomicFile> file;
+  const xml::Sink sink = [&](std::string_view piece) {
+    if (!file) file.emplace(path.get());
+    file->append(piece);
+  };
+  const Mapped mapped = map(readContents(source->path()), sink);
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) return false;
-  write(*document, path);
+  document->serialize(sink);
+  commit(*file, path);
   return true;
 }
 
-MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents) const {
+MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents, const xml::Sink& sink) const {
   auto context =
       std::make_unique<MSPEMapper>(contents.plan, contents.tableOfContents, contents.baselines, nullptr, info_);
+  context->setSink(sink);
   context->map();
   return {std::move(contents), std::move(context)};
 }
@@ -148,9 +156,7 @@ bool MSPEXMLExporter::isTaken(const NumberedPath& path) const {
   return mayReplace(path) ? !platform::canBeReplaced(path.get()) : platform::isNameTaken(path.get());
 }
 
-void MSPEXMLExporter::write(const xml::OutputDocument& document, NumberedPath& path) const {
-  platform::AtomicFile file(path.get());
-  document.serialize([&file](std::string_view piece) { file.append(piece); });
+void MSPEXMLExporter::commit(platform::AtomicFile& file, NumberedPath& path) const {
   auto outcome = mayReplace(path) ? file.commitReplacing(path.get()) : file.commit(path.get());
   while (outcome == platform::AtomicFile::Outcome::kTargetExists) {
     // Another program took the name meanwhile, or the system protects what is there.

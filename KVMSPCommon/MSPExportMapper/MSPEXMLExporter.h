@@ -11,8 +11,9 @@
 #include "Platform/XML/XMLTree.h"
 
 namespace platform {
+class AtomicFile;
 class NumberedPath;
-}
+}  // namespace platform
 
 /// Turns one document bundle into one MSPDI file. Made for one bundle, used once.
 class MSPEXMLExporter {
@@ -54,10 +55,12 @@ class MSPEXMLExporter {
   /// @param bundle path of the bundle's folder.
   /// @throws platform::Exception when something that an export cannot do without is missing or unreadable.
   [[nodiscard]] static Contents readContents(const std::string& bundle);
-  /// Maps the contents as exportKVDXBundle() does, and writes nothing. The exporter must outlive the result. Its
-  /// context has no document when there is nothing to export.
+  /// Maps the contents as exportKVDXBundle() does. The exporter must outlive the result. Its context has no document
+  /// when there is nothing to export.
+  /// @param sink gets the beginning of a large document while it is made, and must outlive the result; serialize()
+  /// passes on the rest.
   /// @throws platform::Exception what the mappers raise.
-  [[nodiscard]] Mapped map(Contents contents) const;
+  [[nodiscard]] Mapped map(Contents contents, const xml::Sink& sink) const;
 
  private:
   [[nodiscard]] bool exportBundle(const std::optional<platform::URL>& source,
@@ -72,7 +75,8 @@ class MSPEXMLExporter {
   /// Whether what is at the path may be replaced, if it can be.
   [[nodiscard]] bool mayReplace(const platform::NumberedPath& path) const;
   [[nodiscard]] bool isTaken(const platform::NumberedPath& path) const;
-  void write(const xml::OutputDocument& document, platform::NumberedPath& path) const;
+  /// Gives the whole file its name.
+  void commit(platform::AtomicFile& file, platform::NumberedPath& path) const;
 
   MSPEInfo info_;
   WhenTaken whenTaken_;

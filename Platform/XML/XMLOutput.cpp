@@ -255,9 +255,14 @@ void Section::append(const OutputNode::Entry& entry, std::size_t depth) {
 }
 
 void Section::startText(std::size_t size) {
+  const std::size_t capacity = std::max(size, std::clamp(capacity_ * 2, kFirstTextSize, kLastTextSize));
+  platform::Budget::spend(capacity);
+  if (begin_ && capacity_ >= kLastTextSize) {
+    writeAhead();
+    if (capacity == capacity_) return;
+  }
   endText();
-  capacity_ = std::max(size, std::clamp(capacity_ * 2, kFirstTextSize, kLastTextSize));
-  platform::Budget::spend(capacity_);
+  capacity_ = capacity;
   Part& part = parts_.emplace_back();
   part.text = std::make_unique_for_overwrite<Characters>(capacity_);
   next_ = part.text.get();
@@ -271,23 +276,54 @@ void Section::endText() {
   end_ = nullptr;
 }
 
-void Section::write(const std::function<void(std::string_view)>& sink) const {
+void Section::write(const Sink& sink) const {
   const std::string indent(depth_ * kIndent.size(), ' ');
-  const std::string tag = indent + "<" + std::string(name_) + attributes_;
-  if (parts_.empty()) {
-    sink(tag + " />\n");
-    return;
+  if (!isBegun_) {
+    writeHead(sink);
+    if (parts_.empty()) return;
   }
-  sink(tag + ">\n");
-  for (const Part& part : parts_) {
-    if (part.section) {
-      part.section->write(sink);
-    } else {
-      const bool isGrowing = next_ != nullptr && &part == &parts_.back();
-      sink({part.text.get(), isGrowing ? static_cast<std::size_t>(next_ - part.text.get()) : part.size});
-    }
-  }
+  for (std::size_t i = written_; i < parts_.size(); ++i) writePart(parts_[i], sink);
   sink(indent + "</" + std::string(name_) + ">\n");
+}
+
+void Section::writeHead(const Sink& sink) const {
+  const std::string indent(depth_ * kIndent.size(), ' ');
+  sink(indent + "<" + std::string(name_) + attributes_ + (parts_.empty() ? " />\n" : ">\n"));
+}
+
+std::string_view Section::textOf(const Part& part) const {
+  const bool isGrowing = next_ != nullptr && &part == &parts_.back();
+  return {part.text.get(), isGrowing ? static_cast<std::size_t>(next_ - part.text.get()) : part.size};
+}
+
+void Section::writeUpTo(const Section& part, const Sink& sink) {
+  writeHead(sink);
+  isBegun_ = true;
+  for (; parts_[written_].section.get() != &part; ++written_) writePart(parts_[written_], sink);
+  for (std::size_t i = 0; i < written_; ++i) {
+    parts_[i].text.reset();
+    if (parts_[i].section) parts_[i].section->parts_.clear();  // others may still hold the section
+  }
+}
+
+void Section::writePart(const Part& part, const Sink& sink) const {
+  if (part.section) {
+    part.section->write(sink);
+  } else {
+    sink(textOf(part));
+  }
+}
+
+/// Passes the texts on, and begins the last one anew.
+void Section::writeAhead() {
+  if (ahead_ == nullptr) {
+    ahead_ = &begin_();
+    writeHead(*ahead_);
+    isBegun_ = true;
+  }
+  for (const Part& part : parts_) (*ahead_)(textOf(part));
+  parts_.erase(parts_.begin(), parts_.end() - 1);
+  next_ = parts_.back().text.get();
 }
 
 // OutputDocument
@@ -297,8 +333,17 @@ Section& OutputDocument::setRoot(std::unique_ptr<Section> root) {
   return *root_;
 }
 
-void OutputDocument::serialize(const std::function<void(std::string_view)>& sink) const {
-  sink(kDeclaration);
+void OutputDocument::writeAhead(Section& root, Section& section, const Sink& sink) {
+  section.begin_ = [this, &root, &section, &sink]() -> const Sink& {
+    sink(kDeclaration);
+    isBegun_ = true;
+    root.writeUpTo(section, sink);
+    return sink;
+  };
+}
+
+void OutputDocument::serialize(const Sink& sink) const {
+  if (!isBegun_) sink(kDeclaration);
   if (root_) root_->write(sink);
 }
 

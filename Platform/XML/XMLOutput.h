@@ -143,6 +143,9 @@ class ElementMemory {
   std::size_t owners_ = 0;
 };
 
+/// Takes a document's text, piece by piece.
+using Sink = std::function<void(std::string_view)>;
+
 /// A large element that is written while it grows: what is appended to it is only its text from then on. It may hold
 /// other sections; everything stands in the order in which it was appended.
 class Section {
@@ -160,10 +163,12 @@ class Section {
   /// The section with the name; none when there is none.
   [[nodiscard]] Section* section(std::string_view name) const;
 
-  /// Passes the section's text to the sink, piece by piece.
-  void write(const std::function<void(std::string_view)>& sink) const;
+  /// Passes the section's text to the sink, but for what has gone there ahead.
+  void write(const Sink& sink) const;
 
  private:
+  friend class OutputDocument;
+
   /// A piece of text, or a section. A text is only appended to, and is never moved.
   struct Part {
     std::unique_ptr<Characters> text;
@@ -180,6 +185,13 @@ class Section {
   void taken(char* end) { next_ = end; }
   void startText(std::size_t size);
   void endText();
+  void writeHead(const Sink& sink) const;
+  void writePart(const Part& part, const Sink& sink) const;
+  /// Passes on and forgets what stands before the section, which is a part of this one.
+  void writeUpTo(const Section& part, const Sink& sink);
+  void writeAhead();
+  /// The text of a part, which may still grow.
+  [[nodiscard]] std::string_view textOf(const Part& part) const;
 
   std::string_view name_;
   std::size_t depth_;
@@ -188,6 +200,11 @@ class Section {
   char* next_ = nullptr;  ///< what is left of the last part, which is a text then
   char* end_ = nullptr;
   std::size_t capacity_ = 0;  ///< of the last text
+
+  std::function<const Sink&()> begin_;  ///< passes on all that stands before this section, and gives the sink
+  const Sink* ahead_ = nullptr;         ///< where texts go as soon as they are full, once they have begun to
+  bool isBegun_ = false;                ///< the head has been written
+  std::size_t written_ = 0;             ///< so many parts have been written
 };
 
 /// A document that is written.
@@ -199,12 +216,20 @@ class OutputDocument {
   [[nodiscard]] ElementMemory::Scope scope() { return ElementMemory::Scope(memory_); }
   Section& setRoot(std::unique_ptr<Section> root);
 
+  /// Lets the document be written while it grows: as soon as the section's text is more than a megabyte or so, it goes
+  /// to the sink, and all that stands before it in the root. From now on, that must not change. A document that stays
+  /// smaller is written by serialize() alone.
+  /// @param section a section of the root. @param sink the one that serialize() will be given; must outlive this.
+  void writeAhead(Section& root, Section& section, const Sink& sink);
+
   /// The document as well-formed UTF-8 XML, piece by piece: declaration, then the root indented by two blanks a level.
-  void serialize(const std::function<void(std::string_view)>& sink) const;
+  /// Of a document that is written ahead: the rest.
+  void serialize(const Sink& sink) const;
 
  private:
   ElementMemory memory_;
   std::unique_ptr<Section> root_;
+  bool isBegun_ = false;
 };
 
 }  // namespace xml
