@@ -34,9 +34,11 @@ offered_by_bash() {
   "$(complete -p "$1" | sed 's/.*-F \([^ ]*\) .*/\1/')" || true
   printf '%s\n' "${COMPREPLY[@]}"
 }
+# What stands behind the command's name where several share a file.
 offered_by_zsh() {
-  grep -hqE "^#compdef.* $1( |$)" "$prefix"/share/zsh/*/* || return 0
-  cat "$prefix"/share/zsh/*/* | sed -n "/^  $1)$/,/;;/p" | sed "s/[][{}()',=+:]/ /g"
+  local file
+  file=$(grep -lE "^#compdef.* $1( |$)" "$prefix"/share/zsh/*/*) || return 0
+  { sed -n "/^  $1)$/,/;;/p" "$file" | grep . || cat "$file"; } | sed "s/[][{}()',=+:]/ /g"
 }
 
 for program in "$prefix"/bin/*; do
