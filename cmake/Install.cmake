@@ -42,16 +42,20 @@ install(DIRECTORY ${MSPDI_EXAMPLES} DESTINATION ${MSPDI_DOCUMENTS}/Examples COMP
 # --- The library ---
 add_library(mspdi::mspdi ALIAS mspdi)
 set(MSPDI_INCLUDES ${CMAKE_INSTALL_INCLUDEDIR}/mspdi)
-# The folders of the source tree and the warnings are of no use outside it.
-get_target_property(MSPDI_LINKED mspdi INTERFACE_LINK_LIBRARIES)
-list(REMOVE_ITEM MSPDI_LINKED "$<LINK_ONLY:mspdi_warnings>")
-set_target_properties(mspdi PROPERTIES
-  INTERFACE_LINK_LIBRARIES "${MSPDI_LINKED}"
-  INTERFACE_INCLUDE_DIRECTORIES "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>;$<INSTALL_INTERFACE:${MSPDI_INCLUDES}>")
-install(TARGETS mspdi EXPORT mspdiTargets ARCHIVE COMPONENT library)
+set_target_properties(mspdi PROPERTIES INTERFACE_INCLUDE_DIRECTORIES
+  "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>;$<INSTALL_INTERFACE:${MSPDI_INCLUDES}>")
+set_target_properties(mspdi_conform PROPERTIES EXPORT_NAME conform)
+# The warnings are of no use outside the source tree.
+foreach(library mspdi mspdi_conform)
+  get_target_property(MSPDI_LINKED ${library} INTERFACE_LINK_LIBRARIES)
+  list(REMOVE_ITEM MSPDI_LINKED "$<LINK_ONLY:mspdi_warnings>")
+  set_target_properties(${library} PROPERTIES INTERFACE_LINK_LIBRARIES "${MSPDI_LINKED}")
+endforeach()
+install(TARGETS mspdi mspdi_conform EXPORT mspdiTargets ARCHIVE COMPONENT library)
 
-# What an export of a bundle needs; the mappers below it stay private.
+# What an export of a bundle needs; the mappers and corrections below it stay private.
 foreach(header
+    BundleExport/BundleExport.h
     KVMSPCommon/MSPExportMapper/MSPEBaseline.h
     KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h
     KVMSPCommon/MSPExportMapper/MSPEIdMapper.h

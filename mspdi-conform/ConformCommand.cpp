@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <new>
 
 #include "Conform/Copy.h"
 #include "Conform/Corrections.h"
@@ -97,6 +98,8 @@ int ConformCommand::run() {
     return 0;
   } catch (const platform::Exception& exception) {
     tell(exception.reason());
-    return 1;
+  } catch (const std::bad_alloc&) {
+    tell("there is not enough memory for " + arguments_[0]);
   }
+  return 1;
 }

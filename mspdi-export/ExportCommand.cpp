@@ -135,7 +135,7 @@ ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string
     progress.take(record);
     if (arguments_.verbose) say("{}", record);
   };
-  return BundleExport(std::move(request)).run();
+  return exportBundle(request);
 }
 
 void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {

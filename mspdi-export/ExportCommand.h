@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "mspdi-export/BundleExport.h"
+#include "BundleExport/BundleExport.h"
 #include "mspdi-export/Bundles.h"
 #include "mspdi-export/ExportArguments.h"
 

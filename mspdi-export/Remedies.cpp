@@ -22,6 +22,8 @@ constexpr std::array kRemedies = {
     Remedy{"unpacks to more", "Unpack the archive yourself, if you trust it."},
     Remedy{"Incorrect value of percentComplete", "Correct the task whose done effort is above its effort."},
     Remedy{"has too many days", "Correct the task or event whose date is centuries off."},
+    Remedy{"grew too large", "Correct it in Korvella, or export it in parts."},
+    Remedy{"not enough memory", "Close other programs, or export it on a machine with more memory."},
     Remedy{"too long", "Correct the event whose date is centuries off."},
     Remedy{"contains itself", "Take the group out of itself."},
     Remedy{"Duplicated", "Give each task and resource an id of its own, and one group."},

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "mspdi-export/BundleExport.h"
+#include "BundleExport/BundleExport.h"
 #include "mspdi-export/Bundles.h"
 
 /// What is said of one bundle: "Plan.xml: 67 tasks, 80 links, 12 resources, 85 assignments, 13 calendars, 1 baseline;

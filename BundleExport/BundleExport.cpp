@@ -1,19 +1,21 @@
-#include "mspdi-export/BundleExport.h"
+#include "BundleExport/BundleExport.h"
 
-#include <memory>
+#include <new>
 #include <utility>
 
+#include "BundleExport/OutputPath.h"
+#include "BundleExport/ZoneChoice.h"
+#include "Conform/Copy.h"
 #include "Conform/Corrections.h"
 #include "Conform/Doubts.h"
 #include "Conform/Failure.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
 #include "Platform/Base/Budget.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
 #include "Platform/System/NumberedPath.h"
-#include "mspdi-export/OutputPath.h"
-#include "mspdi-export/ZoneChoice.h"
 
 namespace {
 
@@ -60,19 +62,30 @@ std::size_t linksOf(const conform::Copy& copy) {
   return links;
 }
 
-}  // namespace
+/// One bundle on its way to its file.
+class BundleExport {
+ public:
+  BundleExport(const ExportRequest& request, ExportResult& result) : request_(request), result_(result) {}
 
-ExportResult BundleExport::run() {
-  try {
-    exportBundle();
-  } catch (const platform::Exception& exception) {
-    result_.status = ExportResult::Status::kFailed;
-    result_.reason = reasonOf(exception);
-  }
-  return std::move(result_);
-}
+  void run();
 
-void BundleExport::exportBundle() {
+ private:
+  /// The exact document's bytes, and what of the bundle the corrections need.
+  struct Exported {
+    MSPEXMLExporter::DocumentPointer plan;
+    MSPEXMLExporter::DocumentPointer tableOfContents;
+    std::string bytes;
+  };
+
+  [[nodiscard]] Exported exportInMemory();
+  void describe(const conform::Copy& copy);
+  void write(const conform::Copy& copy);
+
+  const ExportRequest& request_;
+  ExportResult& result_;
+};
+
+void BundleExport::run() {
   result_.path = outputPath(request_.defaultFolder, request_.baseName, request_.output);
   // What the export took is given back here, before the document is taken apart.
   Exported exported = exportInMemory();
@@ -101,7 +114,10 @@ BundleExport::Exported BundleExport::exportInMemory() {
   const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents));
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) conform::fail("its front window shows no plan");
-  return {mapped.contents.plan, mapped.contents.tableOfContents, bytesOf(*document)};
+  std::string bytes = bytesOf(*document);
+  // The tree that is corrected takes several times as much: without this, a few bytes of a plan ask for 11 GB.
+  platform::Budget::spend(bytes.size());
+  return {mapped.contents.plan, mapped.contents.tableOfContents, std::move(bytes)};
 }
 
 void BundleExport::describe(const conform::Copy& copy) {
@@ -131,4 +147,18 @@ void BundleExport::write(const conform::Copy& copy) {
     conform::fail("the file '" + target.get() + "' could not be written: " + file.failureReason());
   }
   result_.path = target.get();
+}
+
+}  // namespace
+
+ExportResult exportBundle(const ExportRequest& request) {
+  ExportResult result;
+  try {
+    BundleExport(request, result).run();
+  } catch (const platform::Exception& exception) {
+    result.reason = reasonOf(exception);
+  } catch (const std::bad_alloc&) {
+    result.reason = "there is not enough memory for this plan";
+  }
+  return result;
 }

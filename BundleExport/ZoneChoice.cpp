@@ -1,4 +1,4 @@
-#include "mspdi-export/ZoneChoice.h"
+#include "BundleExport/ZoneChoice.h"
 
 #include <fmt/format.h>
 

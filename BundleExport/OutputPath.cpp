@@ -1,4 +1,4 @@
-#include "mspdi-export/OutputPath.h"
+#include "BundleExport/OutputPath.h"
 
 #include <fmt/format.h>
 
