@@ -6,6 +6,7 @@
 #include "Conform/Facts.h"
 #include "Conform/Failure.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLStrict.h"
 #include "Platform/XML/XMLText.h"
 
@@ -49,7 +50,8 @@ Copy::Copy(std::string bytes, const Plan* plan, Options options)
   // By itself pugixml leaves out what it has no memory for. Set before anything is allocated: what one pair of
   // functions gives, the other must not take back.
   pugi::set_memory_management_functions(&::operator new, &::operator delete);
-  if (!xml::hasOnlyCharacters(options_.baseName)) fail("its name has characters that XML does not have");
+  // A file's name may have characters that XML does not have.
+  if (!xml::hasOnlyCharacters(options_.baseName)) options_.baseName = platform::printable(options_.baseName);
   const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions, pugi::encoding_utf8);
   if (!result) fail(result.description());
   project = document_.document_element();

@@ -13,7 +13,7 @@ namespace conform {
 
 /// What the user decides.
 struct Options {
-  std::string baseName;    ///< names a project without a title: the file's name without its extension
+  std::string baseName;    ///< names a project without a title: the file's name without its extension, any bytes
   std::string currency;    ///< ISO 4217 code for a symbol that tells none; empty when not given
   bool keepDates = false;  ///< schedule every task by hand, so that no reader moves it
 };
@@ -39,8 +39,8 @@ class Copy {
  public:
   /// @param bytes an exported document in UTF-8, well-formed in all that xml::requireCopyable() looks at. @param plan
   /// the bundle's plan, which must outlive the copy; none when only the file is at hand.
-  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML or the base name has
-  /// characters that XML does not have, and InvariantFailure when the file does not belong to the plan.
+  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML, and InvariantFailure
+  /// when the file does not belong to the plan.
   Copy(std::string bytes, const Plan* plan, Options options);
   Copy(const Copy&) = delete;
   Copy& operator=(const Copy&) = delete;

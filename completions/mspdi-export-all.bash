@@ -8,14 +8,15 @@ _mspdi_export_all() {
   [[ $current != = ]] || current=
   [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   case $previous in
-    --jobs) return ;;
+    --jobs | --zone | --currency) return ;;
     --sshlogin)
       mapfile -t COMPREPLY < <(compgen -A hostname -- "$current")
       return
       ;;
   esac
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--conform --jobs --output --sshlogin --log --resume --help' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W '--zone --currency --keep-dates --strict
+      --overwrite --exact --conform --jobs --output --sshlogin --log --resume --help' -- "$current")
     return
   fi
   compopt -o filenames -o nosort 2>/dev/null

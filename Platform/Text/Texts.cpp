@@ -68,12 +68,14 @@ bool isBelowOne(std::string_view digits) {
   return point - first + exponent <= 0;
 }
 
-/// Whether a terminal could take the character for a command: to move, to colour, to turn the direction of writing.
+/// Whether a terminal could take the character for a command: to move, to colour, to turn the direction of writing. The
+/// last two are no characters.
 bool isCommand(std::uint32_t character) {
   const auto isFrom = [character](std::uint32_t first, std::uint32_t last) {
     return character >= first && character <= last;
   };
-  return isFrom(0, 0x1F) || isFrom(0x7F, 0x9F) || isFrom(0x2028, 0x202E) || isFrom(0x2066, 0x2069);
+  return isFrom(0, 0x1F) || isFrom(0x7F, 0x9F) || isFrom(0x2028, 0x202E) || isFrom(0x2066, 0x2069) ||
+         isFrom(0xFFFE, 0xFFFF);
 }
 
 std::string escaped(std::uint32_t character) {

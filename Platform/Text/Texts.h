@@ -23,8 +23,8 @@ namespace platform {
 /// is one piece. The pieces point into the text.
 [[nodiscard]] std::vector<std::string_view> splitAtNewlines(std::string_view text);
 
-/// The text on one line that a terminal can be trusted with: control characters, line separators and what is not UTF-8
-/// as escapes such as "\n", "\x1b" and "\u202e".
+/// The text on one line that a terminal can be trusted with: control characters, line separators and what is not a
+/// character or UTF-8 as escapes such as "\n", "\x1b" and "\u202e".
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// Length of the character that the UTF-8 text begins with; 0 when the bytes are not UTF-8, or there are none.

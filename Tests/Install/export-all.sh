@@ -67,7 +67,7 @@ failed_bundles_are_told_and_resumed() {
   run 1 --jobs 2 --log some-log some some/south
   expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
   expect_same 'told as failed' "Failed: $scratch/some/Broken.KVDX" "$(grep ^Failed errors)"
-  grep -q '    .*### Exporter FAILED' errors || fail "the log of the failed export is missing"
+  grep -q '    .*Failed to build XML DOM' errors || fail "the log of the failed export is missing"
   run 2 --log some-log some
   make_bundle some/Broken.KVDX mended
   touch some-log/mine.{seq,err}
@@ -141,8 +141,42 @@ older_files_stay_unless_the_settings_replace_them() {
   expect_same outputs $'Plan-1.xml\nPlan-2.xml\nPlan.xml' "$(files_below plans)"
   expect_same 'older files' $'old\nold' "$(cat plans/Plan{,-1}.xml)"
   echo 'OverwriteFilterTarget = true # as by hand' >com.korvella.Korvella2.MSPExportMSPDI.toml
-  run 1 plans
+  run 1 --exact plans
   expect_same 'new files' $'plans/Plan-2.xml\nplans/Plan.xml' "$(grep -l '<Name>new</Name>' plans/*.xml)"
+  rm plans/*.xml com.*
+  echo old >plans/Plan.xml
+  make_bundle plans/Plan-1.kvdx Task
+  run 0 --overwrite --log new-log plans
+  expect_same 'new file' 1 "$(grep -c '<Name>new</Name>' plans/Plan.xml)"
+}
+
+# What the exporter warns of is printed by bundle, without a log folder, too. Bundles that are packed are exported,
+# other files that are named like bundles are named.
+warnings_and_what_is_passed_over_are_told() {
+  mkdir -p plans/Doubtful.kvdx plans/Good.kvdx
+  make_bundle plans/Doubtful.kvdx Task
+  make_bundle plans/Good.kvdx Task
+  sed -i 's|2026-05-04T12:00:00Z|soon|' plans/Doubtful.kvdx/Plan.xml
+  (cd plans && python3 -m zipfile -c Packed.kvdx.zip Good.kvdx && cp Packed.kvdx.zip Good.kvdx.zip)
+  echo text >plans/Plain.kvdx
+  ln -s Good.kvdx plans/Link.kvdx
+  run 0 plans plans/Packed.kvdx.zip
+  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+  expect_same outputs $'Doubtful.xml\nGood.xml\nPacked.xml' "$(files_below plans)"
+  expect_same 'passed over' "$(printf 'Passed over: %s\n' "$scratch/plans/Good.kvdx.zip (its folder is beside it)" \
+    "$scratch/plans/Link.kvdx (a link)" "$scratch/plans/Plain.kvdx (no folder and no zip archive)")" \
+    "$(grep ^Passed errors)"
+  expect_same warnings "Warnings: $scratch/plans/Doubtful.kvdx
+    task t1 'Task': end-date 'soon' is no date, year 1 is written" "$(grep -A 1 ^Warnings errors)"
+  run 1 --strict --log strict-log plans
+  run 1 --log strict-log --resume
+  expect_same 'options of the resumed run' '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  make_bundle plans/Good.kvdx 'Exact' && mv plans/Good.kvdx exact.kvdx
+  sed -i '1s|^|<!-- \xff -->|' exact.kvdx/Plan.xml
+  run 0 --exact exact.kvdx
+  grep -q "^    Document '$scratch/exact.kvdx/Plan.xml'" errors || fail "no warning of the exact export: $(cat errors)"
+  grep -q OutlineNumber exact.xml && fail "the exact export is corrected"
+  return 0
 }
 
 # await FILE PROCESS
@@ -210,7 +244,7 @@ other_machines_are_reached_by_ssh() {
   done
   # Without a login shell, as services are run.
   SHELL=/usr/sbin/nologin PARALLEL_SSH=$scratch/ssh-stand-in TZ=Asia/Tokyo \
-    run 0 --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
+    run 0 --exact --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
   expect_same machines $'alpha\nbeta' "$(cut -f2 remote-log/joblog | grep -v Host | sort -u)"
   expect_same 'asked for by ssh' $'alpha\nbeta' "$(sort -u machines)"
   expect_same 'zone taken over' 4 "$(grep -rl '<Start>2026-05-04T17:00:00' brought | wc -l)"
@@ -218,7 +252,7 @@ other_machines_are_reached_by_ssh() {
 
 a_file_that_did_not_arrive_is_a_failure() {
   mkdir lone.kvdx
-  install_stub MSPDIExport "echo \"2026-05-04 08:00:00.000 MSPDIExport[1] Output: '\$2/lone.xml'\""
+  install_stub mspdi-export "echo \"2026-05-04 08:00:00.000 MSPDIExport[1] Output: '\$2/lone.xml'\""
   export_all=stub/mspdi-export-all run 1 lone.kvdx
   expect_same counts '0 of 1 bundles exported, 1 failed, 0 not run' "$counts"
   grep -q "The exporter wrote no file." errors || fail "$(cat errors)"
@@ -237,6 +271,7 @@ wrong_arguments_run_nothing() {
   run 2 --log empty --resume
   refused "one file: $scratch/twins/Plan" twins
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
+  refused 'do not go with --zone' --zone UTC --exact copies
   refused 'jobs takes' --jobs 0x --log empty copies
   refused 'not empty' --log notes copies
   expect_same 'files after refusals' "$scratch/notes/joblog mine" \
