@@ -27,7 +27,7 @@ offers '--keep-dates' mspdi-export --k
 offers 'An old plan|Xtra|Plan.xml' mspdi-export Plan.kvdx -o ''
 offers 'Xtra' mspdi-export --output = X
 offers '' mspdi-export --currency ''
-offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
+offers 'Plan.kvdx|Sent.kvdx.zip|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
 offers 'An old plan|Xtra' mspdi-export-all --output =
 offers 'Xtra' mspdi-export-all --output = X
