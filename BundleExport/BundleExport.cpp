@@ -9,6 +9,7 @@
 #include "Conform/Corrections.h"
 #include "Conform/Doubts.h"
 #include "Conform/Failure.h"
+#include "KVMSPCommon/MSPCDateComponents.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
 #include "Platform/Base/Budget.h"
@@ -102,6 +103,7 @@ void BundleExport::run() {
 BundleExport::Exported BundleExport::exportInMemory() {
   const LogHook hook(request_.log, result_.warnings);
   const platform::Budget budget;
+  MSPCDateComponents::takeOffsetsAsMeant();
   MSPEXMLExporter::Contents contents = MSPEXMLExporter::readContents(request_.bundle);
   if (contents.plan) {
     const ZoneChoice zone = chooseZone(contents.plan->root(), request_.zone);

@@ -100,7 +100,7 @@ void PlanZone::gather(std::string_view text) {
   std::int64_t offset = 0;
   if ((*flags & kMSPCTimeZoneUTC) == 0) {
     const std::int64_t sign = text[kSignAt] == '-' ? -1 : 1;
-    offset = sign * (std::abs(record.timeZoneHour()) * 3600 + record.timeZoneMinute() * 60);
+    offset = sign * (std::abs(record.timeZoneHour()) * 3600 + std::abs(record.timeZoneMinute()) * 60);
   }
   dates_.push_back({platform::GregorianCalendar::secondsFromCivil(record.civil()) - offset, offset, 1});
   ++count_;

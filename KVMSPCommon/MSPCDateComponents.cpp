@@ -51,7 +51,7 @@ std::int64_t MSPCDateComponents::secondsOfTime(MSPCUnitFlags unitFlags) const {
 
 std::int64_t MSPCDateComponents::systemOffset(Instant when) {
   const TimeZone& zone = TimeZone::system();
-  if (zone.isDaylightSavingTime(when)) {
+  if (!takesOffsetsAsMeant_ && zone.isDaylightSavingTime(when)) {
     // Seen from standard time, daylight-saving time is today's offset and its share, also where the zone had another
     // offset then.
     const Instant now = platform::Clock::now();

@@ -41,9 +41,20 @@ class MSPCDateComponents : public platform::DateComponents {
   /// Hours of the offset from UTC; carries the offset's sign.
   [[nodiscard]] std::int64_t timeZoneHour() const { return timeZoneHour_; }
   void setTimeZoneHour(std::int64_t hours) { timeZoneHour_ = hours; }
-  /// Minutes of the offset from UTC; not negative when read from a text.
+  /// Minutes of the offset from UTC; not negative when read from a text, unless offsets are taken as meant.
   [[nodiscard]] std::int64_t timeZoneMinute() const { return timeZoneMinute_; }
   void setTimeZoneMinute(std::int64_t minutes) { timeZoneMinute_ = minutes; }
+
+  /// From now on, offsets are what people mean by them. The exact file differs from that in two ways: of "-03:30" only
+  /// the hours are negative, so that it reads as two hours and a half, and daylight-saving time is labelled with
+  /// today's offset and its share, also for dates at which the zone had another offset.
+  static void takeOffsetsAsMeant() { takesOffsetsAsMeant_ = true; }
+  [[nodiscard]] static bool takesOffsetsAsMeant() { return takesOffsetsAsMeant_; }
+
+  /// Minutes of an offset that a text gives with the sign in front of the hours.
+  [[nodiscard]] static std::int64_t offsetMinutes(bool isNegative, std::int64_t minutes) {
+    return isNegative && takesOffsetsAsMeant_ ? -minutes : minutes;
+  }
 
   /// The offset in seconds: 0 in UTC, else hours and minutes added as they stand.
   [[nodiscard]] std::int64_t secondsFromGMT() const;
@@ -79,4 +90,6 @@ class MSPCDateComponents : public platform::DateComponents {
   bool isUTC_ = true;
   std::int64_t timeZoneHour_ = 0;
   std::int64_t timeZoneMinute_ = 0;
+
+  static inline bool takesOffsetsAsMeant_ = false;
 };

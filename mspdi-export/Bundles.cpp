@@ -60,12 +60,13 @@ FoundBundles findBundles(const std::vector<std::string>& arguments) {
       found.bundles.push_back({argument, false});
     } else if (platform::isDirectory(argument)) {
       const auto below = bundlesBelow(argument);
-      if (below.empty()) found.problems.push_back(fmt::format("There is no bundle in the folder '{}'.", argument));
+      if (below.empty())
+        found.problems.push_back({argument, fmt::format("There is no bundle in the folder '{}'.", argument)});
       found.bundles.insert(found.bundles.end(), below.begin(), below.end());
     } else if ((mayBePacked(argument) || extensionOf(argument) == "zip") && platform::isZipArchive(argument)) {
       found.bundles.push_back({argument, true});
     } else {
-      found.problems.push_back(problemOfFile(argument));
+      found.problems.push_back({argument, problemOfFile(argument)});
     }
   }
   return found;

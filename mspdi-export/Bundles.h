@@ -12,10 +12,16 @@ struct Bundle {
   bool isPacked = false;  ///< a zip archive that holds the bundle
 };
 
+/// An argument that leads to no bundle.
+struct NoBundle {
+  std::string argument;
+  std::string reason;  ///< a sentence for people that names the argument
+};
+
 /// What the arguments of a command lead to.
 struct FoundBundles {
-  std::vector<Bundle> bundles;        ///< in the order of the arguments; those below a folder by name
-  std::vector<std::string> problems;  ///< a sentence for each argument that leads to none
+  std::vector<Bundle> bundles;     ///< in the order of the arguments; those below a folder by name
+  std::vector<NoBundle> problems;  ///< in the order of the arguments
 };
 
 /// A `.kvdx` folder is a bundle; any other folder stands for all bundles below it. A `.zip` file and a file that is

@@ -20,6 +20,11 @@ void say(fmt::format_string<Args...> format, Args&&... args) {
   platform::say("mspdi-export", fmt::format(format, std::forward<Args>(args)...));
 }
 
+void tellProgram(const std::string& json) {
+  fmt::print("{}\n", json);
+  std::fflush(stdout);
+}
+
 /// Follows an export by the exporter's log: it names how many tasks there are, and then each.
 class LogProgress {
  public:
@@ -47,13 +52,16 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+/// Of a process that says nothing.
+constexpr const char* kKilled = "its process ended unexpectedly";
+
 /// One line for each bundle, names and outcomes in columns.
 void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::ChildResult>& results) {
   std::size_t width = 0;
   for (const Bundle& bundle : bundles) width = std::max(width, bundle.path.size());
   for (std::size_t i = 0; i < bundles.size(); ++i) {
-    const bool isKilled = results[i].said.empty();
-    say("{:<{}}  {}", bundles[i].path, width, isKilled ? "failed: its process ended unexpectedly" : results[i].said);
+    say("{:<{}}  {}", bundles[i].path, width,
+        results[i].said.empty() ? fmt::format("failed: {}", kKilled) : results[i].said);
   }
 }
 
@@ -64,7 +72,7 @@ int ExportCommand::run() {
   if (const int* status = std::get_if<int>(&read)) return *status;
   arguments_ = std::get<ExportArguments>(read);
   const FoundBundles found = findBundles(arguments_.bundles);
-  for (const std::string& problem : found.problems) say("{}", problem);
+  for (const NoBundle& problem : found.problems) tellFailure(problem.argument, problem.reason);
   if (found.bundles.size() > 1 && !arguments_.output.empty() && !platform::isDirectory(arguments_.output)) {
     say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
     return kWrongUse;
@@ -91,6 +99,9 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
     }));
   }
   bar.clear();
+  for (std::size_t i = 0; i < bundles.size(); ++i) {
+    if (arguments_.json && results[i].said.empty()) tellFailure(bundles[i].path, kKilled);
+  }
   const auto failed = static_cast<std::size_t>(
       std::count_if(results.begin(), results.end(), [](const auto& result) { return result.status != 0; }));
   if (!arguments_.quiet && !arguments_.json && !bundles.empty()) {
@@ -138,11 +149,20 @@ ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string
   return exportBundle(request);
 }
 
+void ExportCommand::tellFailure(const std::string& bundle, const std::string& reason) const {
+  if (!arguments_.json) {
+    say("{}", reason);
+    return;
+  }
+  ExportResult result;
+  result.reason = reason;
+  tellProgram(jsonOf(bundle, result, 0.0));
+}
+
 void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
   if (arguments_.json) {
-    fmt::print("{}\n", jsonOf(bundle, result, seconds));
-    std::fflush(stdout);
+    tellProgram(jsonOf(bundle.path, result, seconds));
     return;
   }
   if (!arguments_.quiet) {

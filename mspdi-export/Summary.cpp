@@ -42,7 +42,7 @@ std::string summaryOf(const ExportResult& result, double seconds) {
                      counted(result.warnings.size(), "warning"), seconds);
 }
 
-std::string jsonOf(const Bundle& bundle, const ExportResult& result, double seconds) {
+std::string jsonOf(const std::string& bundle, const ExportResult& result, double seconds) {
   JsonObject counts;
   counts.add("tasks", result.tasks);
   counts.add("links", result.links);
@@ -52,7 +52,7 @@ std::string jsonOf(const Bundle& bundle, const ExportResult& result, double seco
   counts.add("baselines", result.baselines);
 
   JsonObject object;
-  object.add("bundle", bundle.path);
+  object.add("bundle", bundle);
   object.add("status", std::string_view(nameOf(result.status)));
   addOrNull(object, "output", result.status == ExportResult::Status::kFailed ? "" : result.path);
   addOrNull(object, "reason", result.reason);

@@ -10,4 +10,5 @@
 [[nodiscard]] std::string summaryOf(const ExportResult& result, double seconds);
 
 /// The same for programs, as one JSON object.
-[[nodiscard]] std::string jsonOf(const Bundle& bundle, const ExportResult& result, double seconds);
+/// @param bundle its path, or the argument that leads to none.
+[[nodiscard]] std::string jsonOf(const std::string& bundle, const ExportResult& result, double seconds);

@@ -54,8 +54,9 @@ std::optional<MSPCUnitFlags> scanUsualDateTime(MSPCDateComponents& record, std::
       const int zoneHour = twoDigits(text, 20);
       const int zoneMinute = twoDigits(text, 23);
       if ((text[19] != '+' && text[19] != '-') || text[22] != ':' || (zoneHour | zoneMinute) < 0) return std::nullopt;
-      record.setTimeZoneHour(text[19] == '-' ? -zoneHour : zoneHour);
-      record.setTimeZoneMinute(zoneMinute);
+      const bool isNegative = text[19] == '-';
+      record.setTimeZoneHour(isNegative ? -zoneHour : zoneHour);
+      record.setTimeZoneMinute(MSPCDateComponents::offsetMinutes(isNegative, zoneMinute));
       record.fixUTC();
       flags |= kMSPCTimeZoneHour | kMSPCTimeZoneMinute;
     } else {

@@ -93,14 +93,15 @@ MSPCUnitFlags MSPIUtilities::updateDateTimeComponentsByExpression(MSPCDateCompon
     return flags | kMSPCTimeZoneUTC;
   }
   if (isFraction) return flags;  // an offset behind a fraction is not read
+  const bool isNegative = time[8].in(timeText) == "-";
   std::int64_t zoneHour = 0;
   std::int64_t zoneMinute = 0;
   if (takeNumber(timeText, time[9], zoneHour, kMSPCTimeZoneHour) != 0) {
-    record.setTimeZoneHour(time[8].in(timeText) == "-" ? -zoneHour : zoneHour);
+    record.setTimeZoneHour(isNegative ? -zoneHour : zoneHour);
     flags |= kMSPCTimeZoneHour;
   }
   if (takeNumber(timeText, time[10], zoneMinute, kMSPCTimeZoneMinute) != 0) {
-    record.setTimeZoneMinute(zoneMinute);
+    record.setTimeZoneMinute(MSPCDateComponents::offsetMinutes(isNegative, zoneMinute));
     flags |= kMSPCTimeZoneMinute;
   }
   record.fixUTC();
@@ -156,6 +157,10 @@ std::optional<std::string> MSPIUtilities::stringFromComponents(const MSPCDateCom
 
   const std::int64_t zoneHour = (unitFlags & kMSPCTimeZoneHour) != 0 ? record.timeZoneHour() : 0;
   const std::int64_t zoneMinute = (unitFlags & kMSPCTimeZoneMinute) != 0 ? record.timeZoneMinute() : 0;
+  if (MSPCDateComponents::takesOffsetsAsMeant()) {
+    const bool isNegative = zoneHour < 0 || zoneMinute < 0;
+    return text + fmt::format("{}{:02d}:{:02d}", isNegative ? '-' : '+', std::abs(zoneHour), std::abs(zoneMinute));
+  }
   fmt::format_to(std::back_inserter(text), "{:+03d}:{:02d}", static_cast<std::int32_t>(zoneHour),
                  static_cast<std::int32_t>(zoneMinute));
   return text;

@@ -108,9 +108,9 @@ def run(arguments, **more):
 
 
 def judge_json(faults):
-    lines = run(["--json", "--check", "Plan.kvdx", "Doubtful.kvdx", "Empty.kvdx"]).stdout.splitlines()
-    objects = [json.loads(line) for line in lines]
-    if [object["status"] for object in objects] != ["checked", "checked", "failed"]:
+    lines = run(["--json", "--check", "Plan.kvdx", "Doubtful.kvdx", "Empty.kvdx", "absent.kvdx"]).stdout.splitlines()
+    objects = sorted((json.loads(line) for line in lines), key=lambda object: ["P", "D", "E", "a"].index(object["bundle"][0]))
+    if [object["status"] for object in objects] != ["checked", "checked", "failed", "failed"]:
         faults.append(f"--json: {lines}")
     elif objects[0]["counts"]["tasks"] != 2 or len(objects[1]["warnings"]) < 2 or objects[2]["output"] is not None:
         faults.append(f"--json says other things: {lines}")
