@@ -103,8 +103,8 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "Export Korvella plans to Microsoft Project XML
 mspdi-export reads a Korvella document bundle (.kvdx) and writes the Microsoft
 Project XML file that one sends. MSPDIExport writes the exact one, without the
-corrections for those who open it; mspdi-export-all does so for many bundles at
-a time, and mspdi-conform corrects such a file later.")
+corrections for those who open it; mspdi-export-all writes either for many
+bundles at a time, and mspdi-conform corrects an exact file later.")
 # mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel")
 

@@ -1,9 +1,13 @@
-# bash completion of mspdi-conform: an exported file, then the copy.
+# bash completion of mspdi-conform: its option, else an exported file, then the copy.
 
 _mspdi_conform() {
   local current=${COMP_WORDS[COMP_CWORD]}
   COMPREPLY=()
   [[ $COMP_CWORD -le 2 ]] || return
+  if [[ $current == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W '--help' -- "$current")
+    return
+  fi
   compopt -o filenames -o nosort 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -f -X '!*.xml' -- "$current"; compgen -d -X '*.[Kk][Vv][Dd][Xx]' -- "$current")
 }

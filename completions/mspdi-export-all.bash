@@ -22,10 +22,10 @@ _mspdi_export_all() {
   compopt -o filenames -o nosort 2>/dev/null
   while IFS= read -r file; do
     case ${file,,} in
-      *.kvdx) bundles+=("$file") ;;
-      *) folders+=("$file") ;;
+      *.kvdx | *.kvdx.zip) bundles+=("$file") ;;
+      *) [[ ! -d $file ]] || folders+=("$file") ;;
     esac
-  done < <(compgen -d -- "$current")
+  done < <(compgen -f -- "$current")
   case $previous in
     --output | --log) COMPREPLY=("${folders[@]}") ;;
     *) COMPREPLY=("${bundles[@]}" "${folders[@]}") ;;

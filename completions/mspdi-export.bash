@@ -1,22 +1,25 @@
 # bash completion of mspdi-export: options, else bundles first, then the folders that may hold some.
 
 _mspdi_export() {
-  local current=${COMP_WORDS[COMP_CWORD]} file
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} file
   local -a folders=() bundles=()
   COMPREPLY=()
+  # "--output=DIR" comes as three words.
+  [[ $current != = ]] || current=
+  [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--output --overwrite --zone --currency --keep-dates --check --strict --quiet --verbose --json
-      --version --help' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W '--output --overwrite --zone --currency --keep-dates --check --strict --quiet
+      --verbose --json --version --help' -- "$current")
     return
   fi
   compopt -o filenames -o nosort 2>/dev/null
   while IFS= read -r file; do
     case ${file,,} in
-      *.kvdx) bundles+=("$file") ;;
-      *) folders+=("$file") ;;
+      *.kvdx | *.kvdx.zip) bundles+=("$file") ;;
+      *) [[ ! -d $file ]] || folders+=("$file") ;;
     esac
-  done < <(compgen -d -- "$current")
-  case ${COMP_WORDS[COMP_CWORD - 1]} in
+  done < <(compgen -f -- "$current")
+  case $previous in
     --currency | --zone) ;;
     # A folder, or a file to write.
     -o | --output)

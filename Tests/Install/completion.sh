@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What bash offers, for words typed in a folder of two bundles, two folders and two files: completion.sh PREFIX
+# What bash offers, for words typed in a folder of three bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform; do
   # shellcheck disable=SC1090
@@ -7,7 +7,7 @@ for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform; do
 done
 cd "$scratch"
 mkdir 'An old plan' Plan.kvdx 'Work Plan.KVDX' Xtra
-touch list.txt Plan.xml
+touch list.txt Plan.xml Sent.kvdx.zip
 
 # offers EXPECTED WORD...: the offers for the last of the words, parted by "|".
 offers() {
@@ -22,13 +22,15 @@ offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' MSPDIExport ''
 offers '--input-list' MSPDIExport --i
 offers 'Plan.xml' MSPDIExport Plan.kvdx P
 offers 'Plan.xml' MSPDIExport --input-list list.txt P
-offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export --keep-dates ''
+offers 'Plan.kvdx|Sent.kvdx.zip|Work Plan.KVDX|An old plan|Xtra' mspdi-export --keep-dates ''
 offers '--keep-dates' mspdi-export --k
 offers 'An old plan|Xtra|Plan.xml' mspdi-export Plan.kvdx -o ''
+offers 'Xtra' mspdi-export --output = X
 offers '' mspdi-export --currency ''
-offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
+offers 'Plan.kvdx|Sent.kvdx.zip|Work Plan.KVDX|An old plan|Xtra' mspdi-export-all --jobs 2 ''
 offers 'An old plan|Xtra' mspdi-export-all --output ''
 offers 'An old plan|Xtra' mspdi-export-all --output =
 offers 'Xtra' mspdi-export-all --output = X
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
+offers '--help' mspdi-conform -
 offers '' mspdi-conform Plan.xml copy.xml ''
