@@ -30,10 +30,12 @@ constexpr int kRename = SYS_rename;
 constexpr int kRename = SYS_renameat;
 #endif
 
-/// A folder with a bundle Plan.kvdx, which gives some megabytes.
+/// A folder with a bundle Plan.kvdx, which gives some megabytes, of tasks as well as of assignments.
 struct Place : Workplace {
   Place() {
-    const std::string use = "<assignment idref='r1' units='2.5'/>" + e("static-cost", "1234.5");
+    const std::string note =
+        "<note><text><p><run><lit>" + std::string(1'100'000, 'a') + "</lit></run></p></text></note>";
+    const std::string use = "<assignment idref='r1' units='2.5'/>" + e("static-cost", "1234.5") + note;
     makeBundle("Plan.kvdx",
                scenario(resource("r1", "Material") + task("t1", use, "1996-05-04T08:00:00Z", "2026-05-04T08:00:00Z")));
   }

@@ -31,7 +31,53 @@ std::string readBack(std::string_view text) {
   return value;
 }
 
+/// A document whose largest section has elements of these sizes, and what of it was written before the end.
+struct Growing {
+  std::string text;
+  std::size_t ahead = 0;
+};
+Growing grown(const std::vector<std::size_t>& sizes, bool isWrittenAhead) {
+  Growing result;
+  const xml::Sink sink = [&result](std::string_view piece) { result.text += piece; };
+  xml::OutputDocument document;
+  auto made = std::make_unique<xml::Section>("r", 0);
+  xml::Section& root = *made;
+  root.setAttribute("a", "1");
+  root.appendChild("head", "text");
+  root.appendSection("before").appendChild("b");
+  xml::Section& large = root.appendSection("large");
+  xml::Section& after = root.appendSection("after");
+  if (isWrittenAhead) document.writeAhead(root, large, sink);
+  for (const std::size_t size : sizes) {
+    xml::Element element = document.newElement("e");
+    element.node().setAttribute("size", std::to_string(size));
+    element.node().appendChild("t", std::string(size, 'x'));
+    large.append(std::move(element));
+    after.appendChild("u", std::to_string(size));
+  }
+  document.setRoot(std::move(made)).appendComment("end");
+  result.ahead = result.text.size();
+  document.serialize(sink);
+  return result;
+}
+
 }  // namespace
+
+TEST(XMLOutputTest, WhatIsWrittenAheadIsTheSame) {
+  const std::size_t megabyte = 1'000'000;
+  for (const auto& [sizes, least] : std::vector<std::pair<std::vector<std::size_t>, std::size_t>>{
+           {{}, 0},
+           {{10}, 0},
+           {std::vector<std::size_t>(30, megabyte / 10), megabyte},
+           {std::vector<std::size_t>(100'000, 30), 4 * megabyte},
+           {{3 * megabyte, 1, 1, 3 * megabyte, megabyte, megabyte, 5 * megabyte}, 13 * megabyte},
+       }) {
+    const Growing ahead = grown(sizes, true);
+    EXPECT_TRUE(ahead.text == grown(sizes, false).text) << sizes.size();
+    EXPECT_GE(ahead.ahead, least);
+    EXPECT_EQ(ahead.ahead == 0, least == 0);
+  }
+}
 
 TEST(XMLOutputTest, OnlyCharactersAreWritten) {
   expectOutcomes({
