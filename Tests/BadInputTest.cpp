@@ -174,6 +174,21 @@ TEST(BadInput, OneDocumentNamedAgainAndAgain) {
   place.expect(0, "", "<Number>89</Number>");
 }
 
+TEST(BadInput, DocumentsAreToldInTheOrderOfTheirList) {
+  const auto read = [](const std::string& first, const std::string& second, const std::string& bytes) {
+    const Place place(bytes, "<toc><project>" + first + second +
+                                 "</project><window><editing-scenario>s1</editing-scenario>"
+                                 "<comparison-scenario>s2</comparison-scenario></window></toc>");
+    return place.complaints("B.kvdx").log;
+  };
+  const std::string edited = "<scenario id='s1' filename='Plan.xml'/>",
+                    compared = "<scenario id='s2' filename='Old.xml'/>";
+  const std::string old = unread("@DIR@/B.kvdx/Old.xml", "No such file or directory");
+  EXPECT_EQ(read(edited, compared, plan("Caf\xE9")), kRepaired + old);
+  EXPECT_EQ(read(compared, edited, plan("Caf\xE9")), old);
+  EXPECT_EQ(read(edited, compared, ""), noXML("it is empty"));
+}
+
 TEST(BadInput, NamesInEitherSpellingOfUnicode) {
   const std::string composed = "Pl\xC3\xA4n.xml";
   const std::string decomposed = "Pla\xCC\x88n.xml";

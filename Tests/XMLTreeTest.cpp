@@ -113,6 +113,22 @@ TEST(XMLTreeTest, TextsAreWhole) {
   });
 }
 
+TEST(XMLTreeTest, Excerpts) {
+  const auto excerpted = [](std::string_view bytes) -> std::string {
+    const auto excerpt = parsed(bytes)->excerpt({{"t", "id", {"a", "b"}}, {"r", "id", {}}});
+    return excerpt ? excerpt->root().markup() : "none";
+  };
+  expectOutcomes({
+      {__LINE__, excerpted,
+       "<s><x id='1'/><t id='1' n='2'><a>1</a><c/><a m='3'>2</a></t><t><a/></t><r id=''>x<a/></r></s>",
+       "<r><t id=\"1\"><a>1</a><a m=\"3\">2</a></t><r id=\"\"/></r>"},
+      {__LINE__, excerpted, "<s><t id='&lt;&quot;'><b> &amp;&#13;\n</b><b> </b><a/></t><t id='2'/><t id='2'/></s>",
+       "<r><t id=\"&lt;&quot;\"><b> &amp;&#13;\n</b><b> </b><a/></t><t id=\"2\"/><t id=\"2\"/></r>"},
+      {__LINE__, excerpted, "<s><t id='1'><c><a> <b/> </a></c></t></s>", "<r><t id=\"1\"/></r>"},
+      {__LINE__, excerpted, "<s><t id='1'><a><b>1</b> <b>2</b></a></t></s>", "none"},
+  });
+}
+
 TEST(XMLTreeTest, Encodings) {
   constexpr std::string_view kEBCDIC =
       "\x4C\x6F\xA7\x94\x93\x40\xA5\x85\x99\xA2\x89\x96\x95\x7E\x7D\xF1\x4B\xF0\x7D\x40\x85\x95\x83\x96\x84\x89\x95\x87"

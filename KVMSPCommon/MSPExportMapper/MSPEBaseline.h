@@ -10,7 +10,12 @@
 /// index of ids.
 class MSPEBaseline {
  public:
+  /// @param xmlDoc the scenario, or an excerpt() of it.
   explicit MSPEBaseline(std::shared_ptr<xml::Document> xmlDoc) : xmlDoc_(std::move(xmlDoc)) {}
+
+  /// What exports read of a scenario that a plan is compared with: a tenth of it or less, for compared scenarios are as
+  /// large as the plan. Assignments are not in it. Gives the scenario itself when it has to be whole.
+  [[nodiscard]] static std::shared_ptr<xml::Document> excerpt(std::shared_ptr<xml::Document> scenario);
 
   /// The source element with the id below the scenario, or an empty node.
   [[nodiscard]] xml::Node getTaskById(const std::string& id) const;

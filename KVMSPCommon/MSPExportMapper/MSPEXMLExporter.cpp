@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
 #include "Platform/Base/Budget.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/Exceptions.h"
@@ -39,6 +42,107 @@ std::string nameInBundle(const std::string& bundle, const std::string& fileName)
     if (std::string name = spelling(fileName); isThere(name)) return name;
   }
   return fileName;
+}
+
+/// Reads the documents of a bundle, each only once: a table of contents may name a large one a thousand times.
+class BundleReader {
+ public:
+  explicit BundleReader(const std::string& bundle) : bundle_(bundle) {}
+
+  /// The document in a file below the bundle, repaired when it is malformed. Logs a warning that names the file when
+  /// something in it was guessed or repaired, and the reason when nothing can be made of it.
+  /// @throws platform::Exception when nothing can be made of it.
+  MSPEXMLExporter::DocumentPointer documentNamed(const std::string& fileName) {
+    ReadDocument& document = read(nameInBundle(bundle_, fileName));
+    for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
+    document.warnings.clear();
+    check(document.content != nullptr, kNoDocument);
+    return document.content;
+  }
+
+  /// Reads what the plan is compared with, of which little is kept, so that it does not stand in memory beside the
+  /// plan. Says nothing yet: the log is in the order of the table of contents.
+  void readCompared(const std::string& fileName, const std::vector<std::string>& plans) {
+    const std::string name = nameInBundle(bundle_, fileName);
+    const bool isPlan = std::any_of(plans.begin(), plans.end(), [&](const std::string& plan) {
+      return pathOf(nameInBundle(bundle_, plan)) == pathOf(name);
+    });
+    if (isPlan || documents_.contains(pathOf(name))) return;
+    ReadDocument& document = read(name);
+    if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
+  }
+
+ private:
+  struct ReadDocument {
+    MSPEXMLExporter::DocumentPointer content;  ///< none when nothing can be made of it
+    std::vector<std::string> warnings;         ///< not logged yet
+  };
+
+  [[nodiscard]] std::string pathOf(const std::string& name) const {
+    // What is not below the bundle is refused, whatever the file is.
+    if (name.starts_with('/')) return name;
+    return platform::resolvedPath(platform::appendPathComponent(bundle_, name));
+  }
+
+  ReadDocument& read(const std::string& name) {
+    const auto [position, isNew] = documents_.try_emplace(pathOf(name));
+    if (isNew) position->second = newXmlDocFromUrl(name);
+    return position->second;
+  }
+
+  [[nodiscard]] ReadDocument newXmlDocFromUrl(const std::string& name) const {
+    const std::string path = platform::appendPathComponent(bundle_, name);
+    std::string problem;
+    auto bytes = platform::readFileInside(bundle_, name, &problem);
+    if (!bytes) return {nullptr, {fmt::format("Document '{}' could not be read: {}.", path, problem)}};
+
+    const auto again = [bundle = bundle_, name] { return platform::readFileInside(bundle, name).value_or(""); };
+    xml::Reading reading = xml::Document::read(std::move(*bytes), again);
+    if (!reading.document)
+      return {nullptr, {fmt::format("Document '{}' cannot be read as XML: {}.", path, reading.problem)}};
+    ReadDocument document = {std::move(reading.document), {}};
+    if (reading.isGuessed) {
+      document.warnings = {
+          fmt::format("Document '{}' is malformed or in an unusual encoding. What could be read of it is used.", path)};
+    }
+    return document;
+  }
+
+  std::string bundle_;
+  std::map<std::string, ReadDocument> documents_;  ///< by the paths of their files
+};
+
+/// A scenario that the table of contents names.
+struct Listed {
+  enum class Use { kPlan, kBaseline, kNone };
+  Use use = Use::kNone;
+  std::string fileName;
+  xml::Node scenario;
+};
+
+std::vector<Listed> listedScenarios(xml::Node project, xml::Node frontWindow) {
+  const auto editing = stringValueForXQuery(frontWindow, "editing-scenario");
+  const auto comparison = stringValueForXQuery(frontWindow, "comparison-scenario");
+  std::vector<Listed> list;
+  for (const xml::Node scenario : objectsForXQuery(project, "scenario")) {
+    const auto id = scenario.attributeText("id");
+    const Listed::Use use = !id                ? Listed::Use::kNone
+                            : id == editing    ? Listed::Use::kPlan
+                            : id == comparison ? Listed::Use::kBaseline
+                                               : Listed::Use::kNone;
+    list.push_back({use, scenario.attributeText("filename").value_or(""), scenario});
+  }
+  return list;
+}
+
+void readComparedScenarios(const std::vector<Listed>& list, BundleReader& reader) {
+  std::vector<std::string> plans;
+  for (const Listed& listed : list) {
+    if (listed.use == Listed::Use::kPlan) plans.push_back(listed.fileName);
+  }
+  for (const Listed& listed : list) {
+    if (listed.use == Listed::Use::kBaseline) reader.readCompared(listed.fileName, plans);
+  }
 }
 
 }  // namespace
@@ -93,8 +197,8 @@ MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents, const xml::Sink&
 
 MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundle) {
   Contents contents;
-  Documents documents;
-  contents.tableOfContents = documentNamed("__TOC.xml", bundle, documents);
+  BundleReader reader(bundle);
+  contents.tableOfContents = reader.documentNamed("__TOC.xml");
   const xml::Node root = contents.tableOfContents->root();
   const xml::Node project = singleObjectForXQuery(root, "project");
   check(static_cast<bool>(project), "MSPEXMLExporter.exportKVDXBundle: No 'project' element found in source document.");
@@ -102,50 +206,21 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
   check(!windows.empty(), "MSPEXMLExporter.exportKVDXBundle: No window elements found in source document.");
 
   // The first window is the front one of the document as it was last saved.
-  const auto editing = stringValueForXQuery(windows.front(), "editing-scenario");
-  const auto comparison = stringValueForXQuery(windows.front(), "comparison-scenario");
-  for (const xml::Node scenario : objectsForXQuery(project, "scenario")) {
-    const auto id = scenario.attributeText("id");
-    const std::string fileName = scenario.attributeText("filename").value_or("");
-    if (id && id == editing) {
-      contents.plan = documentNamed(fileName, bundle, documents);
-    } else if (id && id == comparison) {
-      contents.baselines.push_back(documentNamed(fileName, bundle, documents));
+  const std::vector<Listed> list = listedScenarios(project, windows.front());
+  readComparedScenarios(list, reader);
+  for (const Listed& listed : list) {
+    if (listed.use == Listed::Use::kPlan) {
+      contents.plan = reader.documentNamed(listed.fileName);
+    } else if (listed.use == Listed::Use::kBaseline) {
+      contents.baselines.push_back(reader.documentNamed(listed.fileName));
     } else {
-      const xml::Attribute name = scenario.attribute("name");
+      const xml::Attribute name = listed.scenario.attribute("name");
       log("Baseline \"{}\" will not be exported because it is not the baseline visible in the front Korvella document "
           "window.",
           name ? name.markup() : "(null)");
     }
   }
   return contents;
-}
-
-MSPEXMLExporter::DocumentPointer MSPEXMLExporter::documentNamed(const std::string& fileName, const std::string& bundle,
-                                                                Documents& documents) {
-  const std::string name = nameInBundle(bundle, fileName);
-  if (name.starts_with('/')) return newXmlDocFromUrl(bundle, name);  // refused, whatever the file is
-  DocumentPointer& document = documents[platform::resolvedPath(platform::appendPathComponent(bundle, name))];
-  if (!document) document = newXmlDocFromUrl(bundle, name);
-  return document;
-}
-
-MSPEXMLExporter::DocumentPointer MSPEXMLExporter::newXmlDocFromUrl(const std::string& bundle,
-                                                                   const std::string& fileName) {
-  const std::string path = platform::appendPathComponent(bundle, fileName);
-  std::string problem;
-  auto bytes = platform::readFileInside(bundle, fileName, &problem);
-  if (!bytes) log("WARNING: Document '{}' could not be read: {}.", path, problem);
-  check(bytes.has_value(), kNoDocument);
-
-  const auto again = [bundle, fileName] { return platform::readFileInside(bundle, fileName).value_or(""); };
-  xml::Reading reading = xml::Document::read(std::move(*bytes), again);
-  if (!reading.document) log("WARNING: Document '{}' cannot be read as XML: {}.", path, reading.problem);
-  check(reading.document != nullptr, kNoDocument);
-  if (reading.isGuessed) {
-    log("WARNING: Document '{}' is malformed or in an unusual encoding. What could be read of it is used.", path);
-  }
-  return std::move(reading.document);
 }
 
 bool MSPEXMLExporter::mayReplace(const NumberedPath& path) const {

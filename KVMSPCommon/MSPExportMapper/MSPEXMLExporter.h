@@ -36,9 +36,6 @@ class MSPEXMLExporter {
 
   using DocumentPointer = std::shared_ptr<xml::Document>;
 
-  /// Documents that were read, by the paths of their files.
-  using Documents = std::map<std::string, DocumentPointer>;
-
   /// What an export reads from a bundle.
   struct Contents {
     DocumentPointer tableOfContents;
@@ -65,13 +62,6 @@ class MSPEXMLExporter {
  private:
   [[nodiscard]] bool exportBundle(const std::optional<platform::URL>& source,
                                   const std::optional<platform::URL>& destination) const;
-  /// The document of that name, which is read only once: a table of contents may name a large one a thousand times.
-  [[nodiscard]] static DocumentPointer documentNamed(const std::string& fileName, const std::string& bundle,
-                                                     Documents& documents);
-  /// The document in a file below the bundle, repaired when it is malformed. Logs a warning that names the file when
-  /// something in it was guessed or repaired, and the reason when nothing can be made of it.
-  /// @throws platform::Exception when nothing can be made of it.
-  [[nodiscard]] static DocumentPointer newXmlDocFromUrl(const std::string& bundle, const std::string& fileName);
   /// Whether what is at the path may be replaced, if it can be.
   [[nodiscard]] bool mayReplace(const platform::NumberedPath& path) const;
   [[nodiscard]] bool isTaken(const platform::NumberedPath& path) const;

@@ -177,12 +177,17 @@ Reading Document::read(std::string bytes, Source again) {
   auto document = std::make_unique<Document>();
   if (document->tree_->load(std::move(bytes), kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
-    return {std::move(document), false, ""};
+    return asRead(std::move(document), false);
   }
   document.reset();
   Reading reading = readMended(again());
   reading.isGuessed = true;
   return reading;
+}
+
+Reading Document::asRead(std::unique_ptr<Document> document, bool isGuessed) {
+  platform::Budget::raise(document->tree_->bytes.size());
+  return {std::move(document), isGuessed, ""};
 }
 
 Reading Document::read(std::string bytes) {
@@ -195,9 +200,9 @@ Reading Document::readMended(std::string_view bytes) {
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
   auto document = std::make_unique<Document>();
   const auto result = document->tree_->load(mended.text, kKeepBlanks);
-  if (result) return {std::move(document), mended.isGuessed, ""};
+  if (result) return asRead(std::move(document), mended.isGuessed);
   auto text = repaired(mended.text);
-  if (text && document->tree_->load(std::move(*text), kKeepBlanks)) return {std::move(document), true, ""};
+  if (text && document->tree_->load(std::move(*text), kKeepBlanks)) return asRead(std::move(document), true);
   return {nullptr, false, problemOf(result, mended.text)};
 }
 
@@ -210,7 +215,6 @@ pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) 
   bytes = std::move(text);
   const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
   root = document.document_element();
-  if (result) platform::Budget::raise(bytes.size());
   return result;
 }
 
@@ -230,6 +234,29 @@ std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
   pugi::xml_document part;
   part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
   return joinedTexts(part.first_child());
+}
+
+std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const {
+  std::string text = "<r>";
+  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
+  SinkWriter writer(sink);
+  for (const pugi::xml_node node : tree_->root.children()) {
+    const std::string_view name = node.name();
+    const auto row = std::find_if(rows.begin(), rows.end(), [name](const Kept& kept) { return kept.name == name; });
+    if (row == rows.end()) continue;
+    const Attribute key = Node(node.internal_object(), nullptr).attribute(row->attribute);
+    if (!key) continue;
+    text.append("<").append(name).append(" ").append(key.markup()).append(">");
+    for (const pugi::xml_node child : node.children()) {
+      if (std::find(row->children.begin(), row->children.end(), child.name()) == row->children.end()) continue;
+      if (child.first_child()) return nullptr;
+      child.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+    }
+    text.append("</").append(name).append(">");
+  }
+  text += "</r>";
+  auto document = std::make_unique<Document>();
+  return document->tree_->load(std::move(text), kKeepBlanks) ? std::move(document) : nullptr;
 }
 
 Node Document::root() const {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pugi {
 struct xml_node_struct;
@@ -102,6 +103,18 @@ class Document {
   /// The document that the bytes hold; none when anything in them has to be guessed or repaired.
   [[nodiscard]] static std::unique_ptr<Document> parse(std::string bytes);
 
+  /// What an excerpt keeps of the root's children that have the name: these of their own children, and the attribute
+  /// when there is one.
+  struct Kept {
+    std::string_view name;
+    std::string_view attribute;
+    std::vector<std::string_view> children;
+  };
+  /// A smaller document, in which queries for what is kept find the same. Other attributes are only kept in the
+  /// innermost elements; children of the root without the attribute are left out.
+  /// @return none when a kept child holds more than a text: its blanks could get lost.
+  [[nodiscard]] std::unique_ptr<Document> excerpt(const std::vector<Kept>& rows) const;
+
   /// The root element; an empty view when the document has none.
   [[nodiscard]] Node root() const;
 
@@ -114,6 +127,8 @@ class Document {
   struct Tree;
 
   [[nodiscard]] static Reading readMended(std::string_view bytes);
+  /// Raises the budget: this was read.
+  [[nodiscard]] static Reading asRead(std::unique_ptr<Document> document, bool isGuessed);
 
   std::unique_ptr<Tree> tree_;
 };
