@@ -20,6 +20,12 @@ ZoneChoice requestedZone(const std::string& name) {
   return {TimeZone::system().name(), "", ""};
 }
 
+/// The first zone that fits the plan, this machine's before all others; empty when none does.
+std::string fittingZone(const conform::PlanZone& plan) {
+  const TimeZone& machine = TimeZone::system();
+  return plan.countOfOthers(machine) == 0 ? machine.name() : plan.firstFitting();
+}
+
 }  // namespace
 
 ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
@@ -27,15 +33,15 @@ ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
   const std::string machine = TimeZone::system().name();
   if (requested == kMachine) return {machine, "", ""};
 
-  const conform::PlanZone plan(scenario);
-  const std::size_t others = plan.countOfOthers(TimeZone::system());
-  if (others == 0) return {machine, "", ""};
-  const std::string fitting = plan.firstFitting();
+  conform::PlanZone plan(scenario);
+  std::string fitting = fittingZone(plan);
+  if (fitting.empty() && plan.leaveOutUTC()) fitting = fittingZone(plan);
+  if (fitting == machine) return {machine, "", ""};
   if (fitting.empty()) {
     return {machine, "",
             fmt::format("{} of {} dates have other offsets than {}, this machine's zone, and no zone has all of them: "
                         "several people may have worked on the plan. --zone NAME chooses another zone",
-                        others, plan.count(), machine)};
+                        plan.countOfOthers(TimeZone::system()), plan.count(), machine)};
   }
   TimeZone::setSystem(fitting);
   return {fitting, fmt::format("Dates are those of {}, where the plan was made (this machine: {}).", fitting, machine),

@@ -97,12 +97,15 @@ void PlanZone::gather(std::string_view text) {
   const auto flags = scanUsualDateTime(record, text);
   if (!flags || (*flags & kMSPCTimeZoneUnits) == 0) return;
   constexpr std::size_t kSignAt = 19;
+  const std::int64_t seconds = platform::GregorianCalendar::secondsFromCivil(record.civil());
+  if (platform::GregorianCalendar::civilFromSeconds(seconds) != record.civil()) return;
   std::int64_t offset = 0;
-  if ((*flags & kMSPCTimeZoneUTC) == 0) {
+  const bool isUTC = (*flags & kMSPCTimeZoneUTC) != 0;
+  if (!isUTC) {
     const std::int64_t sign = text[kSignAt] == '-' ? -1 : 1;
     offset = sign * (std::abs(record.timeZoneHour()) * 3600 + std::abs(record.timeZoneMinute()) * 60);
   }
-  dates_.push_back({platform::GregorianCalendar::secondsFromCivil(record.civil()) - offset, offset, 1});
+  dates_.push_back({seconds - offset, offset, isUTC, 1});
   ++count_;
 }
 
@@ -113,13 +116,24 @@ void PlanZone::sortDates() {
   });
   std::vector<Date> distinct;
   for (const Date& date : dates_) {
-    if (!distinct.empty() && distinct.back().utcSeconds == date.utcSeconds && distinct.back().offset == date.offset) {
+    if (!distinct.empty() && distinct.back().utcSeconds == date.utcSeconds && distinct.back().offset == date.offset &&
+        distinct.back().isUTC == date.isUTC) {
       ++distinct.back().count;
     } else {
       distinct.push_back(date);
     }
   }
   dates_ = std::move(distinct);
+}
+
+bool PlanZone::leaveOutUTC() {
+  const auto isUTC = [](const Date& date) { return date.isUTC; };
+  if (std::none_of(dates_.begin(), dates_.end(), isUTC) || std::all_of(dates_.begin(), dates_.end(), isUTC)) {
+    return false;
+  }
+  for (const Date& date : dates_) count_ -= date.isUTC ? date.count : 0;
+  std::erase_if(dates_, isUTC);
+  return true;
 }
 
 std::size_t PlanZone::countOfOthers(const platform::TimeZone& zone) const {
@@ -131,6 +145,10 @@ std::size_t PlanZone::countOfOthers(const platform::TimeZone& zone) const {
 }
 
 bool PlanZone::fits(const platform::TimeZone& zone) const {
+  // Nearly all zones fail here, at little cost.
+  for (const Date& date : {dates_.front(), dates_.back()}) {
+    if (zone.secondsFromGMTOnce({static_cast<double>(date.utcSeconds)}) != date.offset) return false;
+  }
   return std::all_of(dates_.begin(), dates_.end(), [&zone](const Date& date) {
     return zone.secondsFromGMT({static_cast<double>(date.utcSeconds)}) == date.offset;
   });

@@ -17,8 +17,14 @@ namespace conform {
 ///   fit America/New_York, and not America/Bogota, which has -05:00 all year.
 class PlanZone {
  public:
-  /// Gathers the dates of a plan that have a time and an offset or "Z": texts of elements, and attributes.
+  /// Gathers the dates of a plan that have a time and an offset or "Z": texts of elements, and attributes. Dates that
+  /// no calendar has, such as 30 February, tell nothing.
   explicit PlanZone(xml::Node scenario);
+
+  /// Takes dates with "Z" as instants of any zone, not as those of one whose offset was 0 then. For plans that no zone
+  /// fits otherwise: London's clocks give "Z" in winter, but some dates are written with it everywhere.
+  /// @return whether that changes anything: there are dates with "Z", and others.
+  bool leaveOutUTC();
 
   /// The number of dates gathered.
   [[nodiscard]] std::size_t count() const { return count_; }
@@ -33,6 +39,7 @@ class PlanZone {
   struct Date {
     std::int64_t utcSeconds;
     std::int64_t offset;
+    bool isUTC;  ///< written with "Z"
     std::size_t count;
   };
 

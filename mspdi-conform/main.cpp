@@ -2,6 +2,7 @@
 #include "mspdi-conform/ConformCommand.h"
 
 int main(int argc, char* argv[]) {
+  platform::keepFreedMemory();
   platform::reportWriteErrors();
   return ConformCommand({argv + 1, argv + argc}).run();
 }

@@ -1,6 +1,7 @@
 #include "Platform/System/Process.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,9 +10,16 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <limits>
 #include <string_view>
 
 namespace platform {
+
+void keepFreedMemory() {
+  // Large blocks come from the heap like others, and the heap does not shrink.
+  mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
 
 void reportWriteErrors() {
   std::signal(SIGPIPE, SIG_IGN);

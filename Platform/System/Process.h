@@ -10,6 +10,11 @@ namespace platform {
 /// called once, from main.
 void reportWriteErrors();
 
+/// Keeps freed memory in the process for what comes next: each page that goes back to the system and is asked for anew
+/// costs as much time as some thousand instructions. For programs that end when their work is done, called once, from
+/// main.
+void keepFreedMemory();
+
 /// What a child process came to.
 struct ChildResult {
   int status = 1;    ///< 0 when all went well

@@ -12,6 +12,8 @@ struct CivilTime {
   std::int64_t hour = 0;
   std::int64_t minute = 0;
   std::int64_t second = 0;
+
+  friend bool operator==(const CivilTime&, const CivilTime&) = default;
 };
 
 /// The Gregorian calendar, extended without a break into the past, in 64-bit years (the standard library's

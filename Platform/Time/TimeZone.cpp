@@ -173,27 +173,29 @@ TimeZone::Span TimeZone::spanAt(std::int64_t utcSeconds) const {
   return span;
 }
 
+/// What the C library says of an instant in the zone that is set.
+TimeZone::Span TimeZone::readingAt(std::int64_t utcSeconds) {
+  const time_t time = utcSeconds;
+  tm clock{};
+  ::localtime_r(&time, &clock);
+  return {utcSeconds, utcSeconds, clock.tm_gmtoff, clock.tm_isdst > 0};
+}
+
 /// The spans of a block, from the C library: day by day, and where a day's end differs from its beginning, bisected.
 std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
   const ScopedZone zone(tz_);
-  const auto at = [](std::int64_t seconds) {
-    const time_t time = seconds;
-    tm clock{};
-    ::localtime_r(&time, &clock);
-    return Span{seconds, seconds, clock.tm_gmtoff, clock.tm_isdst > 0};
-  };
   const auto isSame = [](const Span& a, const Span& b) {
     return a.offset == b.offset && a.isDaylightSaving == b.isDaylightSaving;
   };
-  std::vector<Span> spans = {at(blockStart)};
+  std::vector<Span> spans = {readingAt(blockStart)};
   for (std::int64_t day = blockStart; day < blockStart + kBlock; day += kDay) {
-    const Span next = at(day + kDay);
+    const Span next = readingAt(day + kDay);
     if (isSame(spans.back(), next)) continue;
     std::int64_t before = day;
     std::int64_t after = day + kDay;
     while (after - before > 1) {
       const std::int64_t middle = before + (after - before) / 2;
-      (isSame(at(middle), spans.back()) ? before : after) = middle;
+      (isSame(readingAt(middle), spans.back()) ? before : after) = middle;
     }
     spans.back().to = after;
     spans.push_back({after, after, next.offset, next.isDaylightSaving});
@@ -203,6 +205,11 @@ std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
 }
 
 std::int64_t TimeZone::secondsFromGMT(Instant instant) const { return spanAt(wholeSeconds(instant)).offset; }
+
+std::int64_t TimeZone::secondsFromGMTOnce(Instant instant) const {
+  const ScopedZone zone(tz_);
+  return readingAt(foldedIntoRules(wholeSeconds(instant))).offset;
+}
 
 bool TimeZone::isDaylightSavingTime(Instant instant) const { return spanAt(wholeSeconds(instant)).isDaylightSaving; }
 

@@ -50,6 +50,9 @@ class TimeZone {
 
   /// Whole seconds east of UTC at the instant, daylight-saving time included.
   [[nodiscard]] std::int64_t secondsFromGMT(Instant instant) const;
+  /// The same for a zone that is asked once or twice: it prepares no answers to further questions, which takes as long
+  /// as sixty of these.
+  [[nodiscard]] std::int64_t secondsFromGMTOnce(Instant instant) const;
   /// Whether the zone data calls the instant daylight-saving time. In some zones that is the winter (Europe/Dublin).
   [[nodiscard]] bool isDaylightSavingTime(Instant instant) const;
   /// The share of daylight-saving time in secondsFromGMT at the instant, in seconds; 0 outside of it. It is counted
@@ -83,6 +86,7 @@ class TimeZone {
   };
 
   [[nodiscard]] Span spanAt(std::int64_t utcSeconds) const;
+  [[nodiscard]] static Span readingAt(std::int64_t utcSeconds);
   [[nodiscard]] std::vector<Span> spansFrom(std::int64_t blockStart) const;
   /// The offset of the nearest standard time before or after the span; none when there is none.
   [[nodiscard]] std::optional<std::int64_t> standardOffset(Span span, bool isForward) const;
