@@ -118,7 +118,7 @@ void BundleExport::write(const conform::Copy& copy) {
   using Outcome = platform::AtomicFile::Outcome;
   platform::NumberedPath target(result_.path);
   const auto mayReplace = [&] { return request_.overwrite && target.isFirst(); };
-  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::mayExist(target.get())) target.goOn();
+  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::isNameTaken(target.get())) target.goOn();
   platform::AtomicFile file(target.get());
   copy.serialize([&file](std::string_view piece) { file.append(piece); });
   Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());

@@ -17,6 +17,8 @@ CONTENTS = "<t><project><scenario id='s' filename='P.xml'/></project><window><ed
 TASK = ("<task id='{0}'><title>A</title>{1}<start-date>2026-02-06T08:30:00-05:00</start-date>"
         "<end-date>{2}</end-date><duration>0</duration></task>")
 
+LONGEST = "n" * 250  # with a number it is too long
+
 
 def plan(end="2026-07-06T08:30:00-04:00"):
     return ("<scenario><top-resource idref='r-1'/><resource id='r-1'><type>Group</type></resource><top-task idref='t-1'/>"
@@ -45,6 +47,8 @@ def prepare():
     for name in "AB":
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
+    shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
+    pathlib.Path(LONGEST + ".xml").touch()
     pathlib.Path("out").mkdir()
     pathlib.Path("Plain.kvdx").write_text("no archive")
     pathlib.Path("taken.xml").write_text("kept")
@@ -79,6 +83,8 @@ ROWS = [
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
     (["Plan.kvdx", "-o", "Doubtful.kvdx/P.xml"], 1, "inside of the bundle", []),
     (["Plan.kvdx", "-o", "absent/P.xml"], 1, "'.*absent' does not exist", []),
+    (["Plan.kvdx", "-o", "n" * 300 + ".xml"], 1, "could not be written: File name too long", []),
+    ([LONGEST + ".kvdx"], 1, "could not be written: File name too long", []),
     (["Plan.kvdx", "-o", "plan.txt"], 1, "neither an existing folder nor a name", []),
     (["Plan.kvdx", "--overwrit"], 2, "did you mean --overwrite", []),
     (["--quiet", "--verbose", "Plan.kvdx"], 2, "excludes", []),
