@@ -57,6 +57,9 @@ def prepare():
     packed("Mailed.kvdx", {f"Other.kvdx/{name}": text for name, text in inside.items()})
     packed("Climbing.kvdx.zip", {"../outside.xml": "x", **inside})
     packed("Bomb.kvdx.zip", {"Big.xml": " " * 200_000_000, **inside})
+    packed("Deep.kvdx.zip", {f"{'d/' * 21}f": "x", **inside})
+    packed("Folders.kvdx.zip", {f"{i}/{'d/' * 19}f": "" for i in range(60)})
+    packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
     with zipfile.ZipFile("Linked.kvdx.zip", "w") as archive:
         link = zipfile.ZipInfo("P.xml")
         link.external_attr = 0o120777 << 16
@@ -100,6 +103,9 @@ ROWS = [
     (["Climbing.kvdx.zip"], 1, "'../outside.xml' leads out of it", []),
     (["Linked.kvdx.zip"], 1, "'P.xml' is neither file nor folder", []),
     (["Bomb.kvdx.zip"], 1, "unpacks to more than 200 times its size", []),
+    (["Folders.kvdx.zip"], 1, "has more than 1000 folders", []),
+    (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
+    (["Home.kvdx.zip"], 0, "Home.xml: 2 tasks", ["Home.xml"]),
 ]
 
 
@@ -108,7 +114,7 @@ def files():
 
 
 def run(arguments, **more):
-    environment = {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C"}
+    environment = {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C", "HOME": os.path.abspath("out")}
     return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, env=environment, timeout=60, **more)
 
 
