@@ -5,10 +5,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 
 #include "Platform/System/Console.h"
 #include "Platform/System/FileSystem.h"
-#include "Platform/System/Process.h"
+#include "Platform/System/ZipArchive.h"
 #include "mspdi-export/ProgressBar.h"
 #include "mspdi-export/Remedies.h"
 #include "mspdi-export/Summary.h"
@@ -47,14 +48,21 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+std::string_view sentenceOf(const platform::ChildResult& result) {
+  return result.said.empty() ? "failed: its process ended unexpectedly" : std::string_view(result.said);
+}
+
 /// One line for each bundle, names and outcomes in columns.
 void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::ChildResult>& results) {
   std::size_t width = 0;
   for (const Bundle& bundle : bundles) width = std::max(width, bundle.path.size());
   for (std::size_t i = 0; i < bundles.size(); ++i) {
-    const bool isKilled = results[i].said.empty();
-    say("{:<{}}  {}", bundles[i].path, width, isKilled ? "failed: its process ended unexpectedly" : results[i].said);
+    say("{:<{}}  {}", bundles[i].path, width, sentenceOf(results[i]));
   }
+}
+
+bool isWritten(const std::string& line) {
+  return std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
 }
 
 }  // namespace
@@ -71,7 +79,11 @@ int ExportCommand::run() {
   }
   std::size_t failed = found.problems.size();
   if (found.bundles.size() == 1) {
-    failed += exportAndTell(found.bundles[0], true).status == ExportResult::Status::kFailed ? 1 : 0;
+    const Bundle& bundle = found.bundles[0];
+    ProgressBar none(false);
+    const auto result = bundle.isPacked ? exportByChild(bundle, none, true) : exportAndTell(bundle, bundle.path, true);
+    if (result.said.empty()) say("{}: {}.", bundle.path, sentenceOf(result));
+    failed += result.status == 0 ? 0 : 1;
   } else {
     failed += exportAll(found.bundles);
   }
@@ -83,12 +95,7 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
   std::vector<platform::ChildResult> results;
   for (const Bundle& bundle : bundles) {
     bar.update(results.size(), bundles.size(), bundle.path, true);
-    results.push_back(platform::runInChild([&]() -> platform::ChildResult {
-      bar.clear();
-      const ExportResult result = exportAndTell(bundle, false);
-      if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
-      return {0, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
-    }));
+    results.push_back(exportByChild(bundle, bar, false));
   }
   bar.clear();
   const auto failed = static_cast<std::size_t>(
@@ -100,21 +107,33 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
   return failed;
 }
 
-ExportResult ExportCommand::exportAndTell(const Bundle& bundle, bool showsProgress) const {
+platform::ChildResult ExportCommand::exportAndTell(const Bundle& bundle, const std::string& folder,
+                                                   bool showsProgress) const {
   const auto start = std::chrono::steady_clock::now();
+  std::optional<UnpackedBundle> unpacked;
+  if (bundle.isPacked) unpacked.emplace(bundle, folder);
   ExportResult result;
-  if (bundle.isPacked) {
-    const UnpackedBundle unpacked(bundle);
-    if (unpacked.problem()) {
-      result.reason = "the archive could not be unpacked: " + *unpacked.problem();
-    } else {
-      result = exportFolder(bundle, unpacked.path(), showsProgress);
-    }
+  if (unpacked && unpacked->problem()) {
+    result.reason = "the archive could not be unpacked: " + *unpacked->problem();
   } else {
-    result = exportFolder(bundle, bundle.path, showsProgress);
+    result = exportFolder(bundle, unpacked ? unpacked->path() : folder, showsProgress);
   }
-  tell(bundle, result, secondsSince(start));
-  return result;
+  const bool isTold = tell(bundle, result, secondsSince(start));
+  if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
+  return {isTold ? 0 : 1, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
+}
+
+platform::ChildResult ExportCommand::exportByChild(const Bundle& bundle, ProgressBar& bar, bool showsProgress) const {
+  const auto exportIn = [&](const std::string& folder) {
+    return platform::runInChild([&] {
+      bar.clear();
+      return exportAndTell(bundle, folder, showsProgress);
+    });
+  };
+  if (!bundle.isPacked) return exportIn(bundle.path);
+  const platform::DeferredEnd end;  // after the folder is removed
+  const platform::TemporaryFolder folder;
+  return exportIn(folder.path());
 }
 
 ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const {
@@ -138,12 +157,12 @@ ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string
   return BundleExport(std::move(request)).run();
 }
 
-void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
+bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
   if (arguments_.json) {
-    fmt::print("{}\n", jsonOf(bundle, result, seconds));
-    std::fflush(stdout);
-    return;
+    const bool isTold = isWritten(jsonOf(bundle, result, seconds) + "\n");
+    if (!isTold) say("{}: standard output could not be written.", bundle.path);
+    return isTold;
   }
   if (!arguments_.quiet) {
     for (const std::string& warning : result.warnings) say("warning: {}", warning);
@@ -155,4 +174,5 @@ void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, doubl
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
   }
+  return true;
 }

@@ -1,14 +1,18 @@
 #!/usr/bin/env python3
 """What mspdi-export says and leaves behind: command.py PROGRAM EXAMPLES. A row: arguments, status, a pattern that standard
 error holds, the files that are new. "!" before a pattern: it must not be there."""
+import contextlib
 import json
 import os
 import pathlib
+import pty
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import zipfile
 
 PROGRAM = os.path.abspath(sys.argv[1])
@@ -49,6 +53,7 @@ def prepare():
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
     shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
     pathlib.Path(LONGEST + ".xml").touch()
+    bundle(pathlib.Path("terminal") / "\x1b[2J.kvdx")
     pathlib.Path("out").mkdir()
     pathlib.Path("Plain.kvdx").write_text("no archive")
     pathlib.Path("taken.xml").write_text("kept")
@@ -113,9 +118,17 @@ def files():
     return {str(path) for path in pathlib.Path().rglob("*.xml")}
 
 
-def run(arguments, **more):
-    environment = {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C", "HOME": os.path.abspath("out")}
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, env=environment, timeout=60, **more)
+def options():
+    return {"env": {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C",
+                    "HOME": os.path.abspath("out")}, "text": True}
+
+
+def start(arguments, **more):
+    return subprocess.Popen([PROGRAM, *arguments], **options(), **more)
+
+
+def run(arguments, stdout=subprocess.PIPE):
+    return subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE, timeout=60, **options())
 
 
 def judge_json(faults):
@@ -125,6 +138,49 @@ def judge_json(faults):
         faults.append(f"--json: {lines}")
     elif objects[0]["counts"]["tasks"] != 2 or len(objects[1]["warnings"]) < 2 or objects[2]["output"] is not None:
         faults.append(f"--json says other things: {lines}")
+
+
+def unpacked_folders():
+    return list(pathlib.Path("tmp").glob("*/Bundle.kvdx/P.xml"))
+
+
+def judge_ends(faults):
+    """Whoever is ended, the folder that a packed bundle is unpacked into goes. A full pipe holds the child up."""
+    for victim, number, status in (("parent", signal.SIGTERM, -signal.SIGTERM), ("parent", signal.SIGHUP, -signal.SIGHUP),
+                                   ("child", signal.SIGKILL, 1)):
+        readable, writable = os.pipe()
+        os.set_blocking(writable, False)
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                os.write(writable, b" ")
+        os.set_blocking(writable, True)
+        process = start(["-v", "Flat.kvdx.zip"], stderr=writable)
+        os.close(writable)
+        while process.poll() is None and not unpacked_folders():
+            time.sleep(0.01)
+        child = pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text()
+        os.kill(process.pid if victim == "parent" else int(child), number)
+        with open(readable, "rb") as messages:
+            messages.read()
+        if process.wait(60) != status or os.listdir("tmp"):
+            faults.append(f"{victim} ended by {number}: status {process.returncode}, left {os.listdir('tmp')}")
+
+
+def judge_streams(faults):
+    with open("/dev/full", "w") as full:
+        told = run(["--json", "--check", "Plan.kvdx"], stdout=full)
+    if told.returncode != 1 or "standard output could not be written" not in told.stderr:
+        faults.append(f"a full standard output: {told}")
+    terminal, its_end = pty.openpty()
+    process = start(["--check", "many", "terminal"], stderr=its_end)
+    os.close(its_end)
+    shown = b""
+    with contextlib.suppress(OSError):  # the end of a terminal
+        while piece := os.read(terminal, 4096):
+            shown += piece
+    process.wait(60)
+    if b"[2J" in shown.replace(rb"\x1b[2J", b"") or b"50 %" not in shown:
+        faults.append(f"a terminal obeys a name: {shown}")
 
 
 def main():
@@ -144,7 +200,8 @@ def main():
                 pathlib.Path(name).unlink()
         if os.listdir("tmp"):
             faults.append(f"left behind: {os.listdir('tmp')}")
-        judge_json(faults)
+        for judge in (judge_json, judge_ends, judge_streams):
+            judge(faults)
         os.chdir("/")
     print("\n".join(faults))
     return 1 if faults else 0
