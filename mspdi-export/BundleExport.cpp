@@ -73,7 +73,7 @@ ExportResult BundleExport::run() {
 }
 
 void BundleExport::exportBundle() {
-  result_.path = outputPath(request_.defaultFolder, request_.baseName, request_.output);
+  result_.path = outputPath(request_.bundle, request_.defaultFolder, request_.baseName, request_.output);
   // What the export took is given back here, before the document is taken apart.
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <set>
 
 #include "Platform/System/Console.h"
 #include "Platform/System/FileSystem.h"
@@ -65,6 +66,23 @@ bool isWritten(const std::string& line) {
   return std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
 }
 
+/// Where the bundle's file is to be, before any numbering.
+std::string targetOf(const Bundle& bundle, const std::string& output) {
+  const std::string folder =
+      output.empty() ? platform::deleteLastPathComponent(platform::absolutePath(bundle.path)) : output;
+  return platform::appendPathComponent(platform::resolvedPath(folder), baseNameOf(bundle) + ".xml");
+}
+
+/// A file that two bundles would be written to; none when each has its own.
+std::optional<std::string> sharedTarget(const std::vector<Bundle>& bundles, const std::string& output) {
+  std::set<std::string> targets;
+  for (const Bundle& bundle : bundles) {
+    const auto [target, isNew] = targets.insert(targetOf(bundle, output));
+    if (!isNew) return *target;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 int ExportCommand::run() {
@@ -75,6 +93,11 @@ int ExportCommand::run() {
   for (const std::string& problem : found.problems) say("{}", problem);
   if (found.bundles.size() > 1 && !arguments_.output.empty() && !platform::isDirectory(arguments_.output)) {
     say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
+    return kWrongUse;
+  }
+  const auto shared = sharedTarget(found.bundles, arguments_.output);
+  if (shared && arguments_.overwrite) {
+    say("with --overwrite, two bundles would be written to '{}'", *shared);
     return kWrongUse;
   }
   std::size_t failed = found.problems.size();

@@ -53,6 +53,8 @@ def prepare():
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
     shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
     pathlib.Path(LONGEST + ".xml").touch()
+    bundle(pathlib.Path("stored"))
+    pathlib.Path("P.kvdx").symlink_to("stored")
     bundle(pathlib.Path("terminal") / "\x1b[2J.kvdx")
     pathlib.Path("out").mkdir()
     pathlib.Path("Plain.kvdx").write_text("no archive")
@@ -90,6 +92,9 @@ ROWS = [
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
     (["Plan.kvdx", "-o", "Doubtful.kvdx/P.xml"], 1, "inside of the bundle", []),
+    (["P.kvdx", "--overwrite", "-o", "stored"], 1, "inside of the bundle", []),
+    (["Plan.kvdx", "out/../Plan.kvdx", "-o", "out", "--overwrite"], 2, "two bundles would be written to '.*/out/Plan.xml'",
+     []),
     (["Plan.kvdx", "-o", "absent/P.xml"], 1, "'.*absent' does not exist", []),
     (["Plan.kvdx", "-o", "n" * 300 + ".xml"], 1, "could not be written: File name too long", []),
     ([LONGEST + ".kvdx"], 1, "could not be written: File name too long", []),
