@@ -47,6 +47,9 @@ def prepare():
     bundle(pathlib.Path("-x.kvdx"))
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
     bundle(pathlib.Path("Empty.kvdx"))
+    bundle(pathlib.Path("Long.kvdx"), end="soon")
+    text = (pathlib.Path("Long.kvdx") / "P.xml").read_text()
+    (pathlib.Path("Long.kvdx") / "P.xml").write_text(text.replace("<title>A<", f"<title>x{'é' * 150}<"))
     (pathlib.Path("Empty.kvdx") / "__TOC.xml").write_text("<t/>")
     for name in "AB":
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
@@ -86,6 +89,7 @@ ROWS = [
     (["--currency", "EURO", "Plan.kvdx"], 2, "no code of three letters", []),
     (["--", "-x.kvdx"], 0, "-x.xml: 2 tasks", ["-x.xml"]),
     (["Doubtful.kvdx"], 0, "task t1 'A': end-date 'soon' is no date, year 1 is written", ["Doubtful.xml"]),
+    (["Long.kvdx"], 0, "task t1 'xé{99}\\.\\.\\.': end-date 'soon'", ["Long.xml"]),
     (["--strict", "Doubtful.kvdx"], 1, "there are warnings, so nothing is written", []),
     (["Empty.kvdx"], 1, "No 'project' element found in source document.*\n.*Open the plan in Korvella", []),
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
