@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "Platform/System/FileSystem.h"
+#include "Platform/Text/Texts.h"
 
 namespace platform {
 namespace {
@@ -119,14 +120,14 @@ std::optional<std::string> unpackFile(const Archive& archive, const std::string&
 
 /// Why the member may not be unpacked; none when it may.
 std::optional<std::string> problemOf(archive_entry* entry, const std::string& name) {
-  if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", name);
+  if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", shortened(name));
   if (std::count(name.begin(), name.end(), '/') > kMostLevels) {
     return fmt::format("a member lies more than {} folders deep", kMostLevels);
   }
   const auto type = archive_entry_filetype(entry);
   if (archive_entry_symlink(entry) != nullptr || archive_entry_hardlink(entry) != nullptr ||
       (type != AE_IFREG && type != AE_IFDIR)) {
-    return fmt::format("its member '{}' is neither file nor folder", name);
+    return fmt::format("its member '{}' is neither file nor folder", shortened(name));
   }
   return std::nullopt;
 }
@@ -140,7 +141,7 @@ std::optional<std::string> unpackMember(const Archive& archive, archive_entry* e
   const bool isFolder = archive_entry_filetype(entry) == AE_IFDIR;
   auto problem = makeFolders(folder, isFolder ? way : deleteLastPathComponent(way), allowance);
   if (!problem && !isFolder) problem = unpackFile(archive, appendPathComponent(folder, way), allowance);
-  if (problem) return fmt::format("member '{}': {}", name, *problem);
+  if (problem) return fmt::format("member '{}': {}", shortened(name), *problem);
   return std::nullopt;
 }
 
