@@ -137,6 +137,7 @@ older_files_stay_unless_the_settings_replace_them() {
   mkdir -p plans/{Plan,Plan-1}.kvdx
   make_bundle plans/Plan.kvdx new
   echo old | tee plans/Plan{,-1}.xml >/dev/null
+  printf '%s\n' '[other]' 'OverwriteFilterTarget = true' >com.korvella.Korvella2.MSPExportMSPDI.toml
   run 1 plans
   expect_same outputs $'Plan-1.xml\nPlan-2.xml\nPlan.xml' "$(files_below plans)"
   expect_same 'older files' $'old\nold' "$(cat plans/Plan{,-1}.xml)"
