@@ -4,7 +4,6 @@
 #include <archive_entry.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
