@@ -77,7 +77,7 @@ class BundleExport {
 };
 
 void BundleExport::run() {
-  result_.path = outputPath(request_.defaultFolder, request_.baseName, request_.output);
+  result_.path = outputPath(request_.bundle, request_.defaultFolder, request_.baseName, request_.output);
   // What the export took is given back here, before the document is taken apart.
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
@@ -128,7 +128,7 @@ void BundleExport::write(const conform::Copy& copy) {
   using Outcome = platform::AtomicFile::Outcome;
   platform::NumberedPath target(result_.path);
   const auto mayReplace = [&] { return request_.overwrite && target.isFirst(); };
-  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::mayExist(target.get())) target.goOn();
+  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::isNameTaken(target.get())) target.goOn();
   platform::AtomicFile file(target.get());
   copy.serialize([&file](std::string_view piece) { file.append(piece); });
   Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());

@@ -14,16 +14,20 @@ bool hasExtension(const std::string& path, std::string_view extension) {
 
 bool isBundle(const std::string& path) { return hasExtension(path, "kvdx") && platform::isDirectory(path); }
 
-/// What is put into a bundle is part of the plan, and may be lost at its next saving.
-void requireOutside(std::string folder) {
+/// What is put into a bundle is part of the plan, and may be lost at its next saving. The bundle itself has another
+/// name when a link leads to it.
+void requireOutside(std::string folder, const std::string& bundle) {
+  const std::string source = platform::resolvedPath(bundle);
   for (folder = platform::resolvedPath(folder); folder.size() > 1; folder = platform::deleteLastPathComponent(folder)) {
-    if (isBundle(folder)) conform::fail(fmt::format("the output would lie inside of the bundle '{}'", folder));
+    if (folder == source || isBundle(folder))
+      conform::fail(fmt::format("the output would lie inside of the bundle '{}'", folder));
   }
 }
 
 }  // namespace
 
-std::string outputPath(const std::string& defaultFolder, const std::string& baseName, const std::string& output) {
+std::string outputPath(const std::string& bundle, const std::string& defaultFolder, const std::string& baseName,
+                       const std::string& output) {
   std::string path = platform::absolutePath(output.empty() ? defaultFolder : output);
   if (output.empty() || platform::isDirectory(path)) {
     path = platform::appendPathComponent(path, baseName + ".xml");
@@ -32,6 +36,6 @@ std::string outputPath(const std::string& defaultFolder, const std::string& base
   }
   const std::string folder = platform::deleteLastPathComponent(path);
   if (!platform::isDirectory(folder)) conform::fail(fmt::format("the folder '{}' does not exist", folder));
-  requireOutside(folder);
+  requireOutside(folder, bundle);
   return path;
 }

@@ -21,6 +21,7 @@ namespace conform {
 namespace {
 
 using platform::orEmpty;
+using platform::shortened;
 
 enum class Kind : std::uint8_t {
   kText,
@@ -110,8 +111,8 @@ class Doubts {
   void warn(fmt::format_string<Args...> sentence, Args&&... args) {
     const std::string about = nameChild_.empty()
                                   ? std::string(kind_)
-                                  : fmt::format("{} {} '{}'", kind_, orEmpty(object_.attributeText("id")),
-                                                orEmpty(stringValueForXQuery(object_, nameChild_)));
+                                  : fmt::format("{} {} '{}'", kind_, shortened(object_.attribute("id").value()),
+                                                shortened(singleObjectForXQuery(object_, nameChild_).stringView()));
     report_.warn(about + ": " + fmt::format(sentence, std::forward<Args>(args)...));
   }
 

@@ -7,6 +7,7 @@
 namespace conform {
 
 // How warnings call an element: by its source id when there is a bundle, otherwise by its UID.
+// Long names and identifiers are shortened.
 
 /// "task t12 'Motor driver board'", "resource r3 'Ann'"; without a bundle "task 12 'Motor driver board'". Without a
 /// name the kind and the identifier alone.

@@ -55,12 +55,15 @@ class References {
   void correctLinks() {
     std::size_t leftOut = 0;
     for (const Item& task : copy_.tasks) {
+      // The exporter writes a link for each.
+      const auto sources = objectsForXQuery(task.source, "prerequisite-task");
       std::size_t index = 0;
       for (pugi::xml_node link = task.element.child("PredecessorLink"); link; ++index) {
         const pugi::xml_node next = link.next_sibling("PredecessorLink");
-        if (!leadsToATask(task, link, index)) {
-          copy_.report.warn(fmt::format("{}: its link to {} is left out, because there is no such task", labelOf(task),
-                                        linkTarget(task, link, index)));
+        const xml::Node source = index < sources.size() ? sources[index] : xml::Node();
+        if (!leadsToATask(link, source)) {
+          copy_.report.warn(fmt::format("{}: its link to {} is left out, because there is no such task",
+                                        labelOfTask(task), linkTarget(link, source)));
           link.parent().remove_child(link);
           ++leftOut;
         }
@@ -103,23 +106,16 @@ class References {
  private:
   [[nodiscard]] bool hasPlan() const { return copy_.plan() != nullptr; }
 
-  /// The source of the task's link with the index; the exporter writes a link for each.
-  [[nodiscard]] static xml::Node prerequisite(const Item& task, std::size_t index) {
-    const auto prerequisites = objectsForXQuery(task.source, "prerequisite-task");
-    return index < prerequisites.size() ? prerequisites[index] : xml::Node();
-  }
-
-  [[nodiscard]] bool leadsToATask(const Item& task, pugi::xml_node link, std::size_t index) const {
+  /// @param source the bundle's link; an empty view when there is no bundle.
+  [[nodiscard]] bool leadsToATask(pugi::xml_node link, xml::Node source) const {
     const std::string_view uid = textOf(link, "PredecessorUID");
     const bool needsSource = uid.empty() && hasPlan();
-    const xml::Node source = needsSource ? copy_.plan()->referred("task", prerequisite(task, index)) : xml::Node();
-    return tasks_.has(uid, source, hasPlan());
+    return tasks_.has(uid, needsSource ? copy_.plan()->referred("task", source) : xml::Node(), hasPlan());
   }
 
-  [[nodiscard]] std::string linkTarget(const Item& task, pugi::xml_node link, std::size_t index) const {
-    std::string target = hasPlan() ? prerequisite(task, index).attributeText("idref").value_or("")
-                                   : std::string(textOf(link, "PredecessorUID"));
-    return target.empty() ? "nothing" : target;
+  [[nodiscard]] std::string linkTarget(pugi::xml_node link, xml::Node source) const {
+    const std::string_view target = hasPlan() ? source.attribute("idref").value() : textOf(link, "PredecessorUID");
+    return target.empty() ? "nothing" : std::string(target);
   }
 
   void sayNobody(const AssignmentItem& assignment, std::string_view uid) {
@@ -129,11 +125,20 @@ class References {
       return;
     }
     copy_.report.warn(fmt::format("{}: its assignment to {}, which is no resource of the file, is to nobody",
-                                  labelOf(copy_.tasks[assignment.source->task]),
+                                  labelOfTask(copy_.tasks[assignment.source->task]),
                                   sourceLabelOf(assignment.source->resource, "name")));
   }
 
+  /// Kept for the next link or assignment of the task: to find its name may take long.
+  const std::string& labelOfTask(const Item& task) {
+    if (labelled_ != &task) label_ = labelOf(task);
+    labelled_ = &task;
+    return label_;
+  }
+
   Copy& copy_;
+  const Item* labelled_ = nullptr;
+  std::string label_;
   Known tasks_;
   Known resources_;
 };

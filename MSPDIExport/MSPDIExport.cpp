@@ -111,8 +111,8 @@ std::vector<std::string> MSPDIExport::entriesOfListFile(const std::string& listP
   if (!platform::fileExists(listPath) || platform::isDirectory(listPath)) {
     fileError("Input list not found or it is a directory: " + listPath);
   }
-  // The list may be a pipe, which tells no size, or a device that never ends.
-  constexpr std::uint64_t kLargestList = std::uint64_t{256} << 20;
+  // The list may be a pipe, which tells no size, or a device that never ends. A line takes up to 80 times its bytes.
+  constexpr std::uint64_t kLargestList = std::uint64_t{16} << 20;
   const auto text = platform::readStream(listPath, kLargestList);
   if (!text || !platform::isUTF8(*text)) fileError("Input list file could not be read or empty: " + listPath);
   std::vector<std::string> entries;

@@ -196,21 +196,21 @@ TEST(MSPDIExport, DoesWithoutSettingsThatCannotBeRead) {
     std::string said;  ///< "": nothing, and the settings count
   };
   const std::string malformed = "is malformed at line 2, column ";
-  const std::string nested = "could not be read: More than 1000 dots and opening brackets.";
+  const std::string nested = "could not be read: More than 200 dots and opening brackets.";
   const std::string on = "IncludeInputExtension = true\n";
   for (const Row& row : std::initializer_list<Row>{
            {__LINE__, on + "OverwriteFilterTarget = = 1\n", malformed},
-           {__LINE__, on + dotted(1000) + " = 1", ""},
+           {__LINE__, on + dotted(201) + " = 1", ""},
            {__LINE__, on + dotted(200'000) + " = 1", nested},
            {__LINE__, on + "[" + dotted(200'000) + "]", nested},
            {__LINE__, on + "a = " + std::string(200'000, '['), nested},
-           {__LINE__, on + "a = " + std::string(900, '['), malformed},
+           {__LINE__, on + "a = " + std::string(190, '['), malformed},
            {__LINE__, on + "#" + std::string(1 << 20, '#'), "could not be read: Larger than 1 MiB."},
        }) {
     SCOPED_TRACE(row.line);
     const Place place;
     place.setSettings(row.settings);
-    const auto result = place.run("Plan.kvdx");
+    const auto result = place.run("Plan.kvdx", "ulimit -s 256; exec \"$@\"");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(place.exists("Plan.kvdx.xml"), row.said.empty());
     const std::string warning = fmt::format("Runner\nWARNING: Settings file '@DIR@/{}' {}", kSettings, row.said);

@@ -31,7 +31,7 @@ std::string folderOf(const std::string& path) {
 
 void requireFree(const std::string& output) {
   if (output.empty()) conform::fail("the output has no name");
-  if (platform::mayExist(output)) conform::fail(output + " exists");
+  if (platform::isNameTaken(output)) conform::fail(output + " exists");
   if (!platform::isDirectory(folderOf(output))) conform::fail("no folder " + folderOf(output));
 }
 

@@ -7,6 +7,7 @@
 
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Folder.h"
+#include "Platform/System/ZipArchive.h"
 #include "Platform/Text/Texts.h"
 
 namespace {
@@ -78,13 +79,13 @@ std::string baseNameOf(const Bundle& bundle) {
   return extensionOf(name) == "kvdx" ? platform::deletePathExtension(name) : name;
 }
 
-UnpackedBundle::UnpackedBundle(const Bundle& bundle) {
-  if (folder_.path().empty()) {
+UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) {
+  if (folder.empty()) {
     problem_ = "no folder for temporary files could be made";
     return;
   }
   // The archive may hold the bundle's folder, or what is in it.
-  const std::string unpacked = platform::appendPathComponent(folder_.path(), baseNameOf(bundle) + ".kvdx");
+  const std::string unpacked = platform::appendPathComponent(folder, "Bundle.kvdx");
   platform::createDirectories(unpacked);
   problem_ = platform::unpackZipArchive(bundle.path, unpacked);
   if (problem_) return;

@@ -4,8 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "Platform/System/ZipArchive.h"
-
 /// A bundle that a command is to export.
 struct Bundle {
   std::string path;       ///< as it was given, or found below what was given
@@ -31,11 +29,12 @@ struct FoundBundles {
 /// The file's name without what says that it is a bundle: "Plan" of "/plans/Plan.kvdx.zip".
 [[nodiscard]] std::string baseNameOf(const Bundle& bundle);
 
-/// A packed bundle in a private folder, which goes with this value.
+/// A packed bundle, unpacked into a private folder.
 class UnpackedBundle {
  public:
   /// Unpacks; problem() says whether that went well.
-  explicit UnpackedBundle(const Bundle& bundle);
+  /// @param folder an empty folder, whose owner removes it; its path is empty when it could not be made.
+  UnpackedBundle(const Bundle& bundle, const std::string& folder);
 
   /// Path of the bundle's folder.
   [[nodiscard]] const std::string& path() const { return path_; }
@@ -43,7 +42,6 @@ class UnpackedBundle {
   [[nodiscard]] const std::optional<std::string>& problem() const { return problem_; }
 
  private:
-  platform::TemporaryFolder folder_;
   std::string path_;
   std::optional<std::string> problem_;
 };

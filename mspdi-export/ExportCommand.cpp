@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <optional>
+#include <set>
 
 #include "Platform/System/Console.h"
 #include "Platform/System/FileSystem.h"
-#include "Platform/System/Process.h"
+#include "Platform/System/ZipArchive.h"
 #include "mspdi-export/ProgressBar.h"
 #include "mspdi-export/Remedies.h"
 #include "mspdi-export/Summary.h"
@@ -18,11 +20,6 @@ namespace {
 template <typename... Args>
 void say(fmt::format_string<Args...> format, Args&&... args) {
   platform::say("mspdi-export", fmt::format(format, std::forward<Args>(args)...));
-}
-
-void tellProgram(const std::string& json) {
-  fmt::print("{}\n", json);
-  std::fflush(stdout);
 }
 
 /// Follows an export by the exporter's log: it names how many tasks there are, and then each.
@@ -55,14 +52,42 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 /// Of a process that says nothing.
 constexpr const char* kKilled = "its process ended unexpectedly";
 
+std::string sentenceOf(const platform::ChildResult& result) {
+  return result.said.empty() ? fmt::format("failed: {}", kKilled) : result.said;
+}
+
 /// One line for each bundle, names and outcomes in columns.
 void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::ChildResult>& results) {
   std::size_t width = 0;
   for (const Bundle& bundle : bundles) width = std::max(width, bundle.path.size());
   for (std::size_t i = 0; i < bundles.size(); ++i) {
-    say("{:<{}}  {}", bundles[i].path, width,
-        results[i].said.empty() ? fmt::format("failed: {}", kKilled) : results[i].said);
+    say("{:<{}}  {}", bundles[i].path, width, sentenceOf(results[i]));
   }
+}
+
+/// @return whether standard output took the object.
+bool tellProgram(const std::string& bundle, const ExportResult& result, double seconds) {
+  const std::string line = jsonOf(bundle, result, seconds) + "\n";
+  const bool isTold = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
+  if (!isTold) say("{}: standard output could not be written.", bundle);
+  return isTold;
+}
+
+/// Where the bundle's file is to be, before any numbering.
+std::string targetOf(const Bundle& bundle, const std::string& output) {
+  const std::string folder =
+      output.empty() ? platform::deleteLastPathComponent(platform::absolutePath(bundle.path)) : output;
+  return platform::appendPathComponent(platform::resolvedPath(folder), baseNameOf(bundle) + ".xml");
+}
+
+/// A file that two bundles would be written to; none when each has its own.
+std::optional<std::string> sharedTarget(const std::vector<Bundle>& bundles, const std::string& output) {
+  std::set<std::string> targets;
+  for (const Bundle& bundle : bundles) {
+    const auto [target, isNew] = targets.insert(targetOf(bundle, output));
+    if (!isNew) return *target;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -77,9 +102,20 @@ int ExportCommand::run() {
     say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
     return kWrongUse;
   }
+  const auto shared = sharedTarget(found.bundles, arguments_.output);
+  if (shared && arguments_.overwrite) {
+    say("with --overwrite, two bundles would be written to '{}'", *shared);
+    return kWrongUse;
+  }
   std::size_t failed = found.problems.size();
   if (found.bundles.size() == 1) {
-    failed += exportAndTell(found.bundles[0], true).status == ExportResult::Status::kFailed ? 1 : 0;
+    const Bundle& bundle = found.bundles[0];
+    ProgressBar none(false);
+    const auto result = bundle.isPacked ? exportByChild(bundle, none, true) : exportAndTell(bundle, bundle.path, true);
+    if (result.said.empty()) {
+      tellFailure(bundle.path, arguments_.json ? kKilled : fmt::format("{}: {}.", bundle.path, kKilled));
+    }
+    failed += result.status == 0 ? 0 : 1;
   } else {
     failed += exportAll(found.bundles);
   }
@@ -91,12 +127,7 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
   std::vector<platform::ChildResult> results;
   for (const Bundle& bundle : bundles) {
     bar.update(results.size(), bundles.size(), bundle.path, true);
-    results.push_back(platform::runInChild([&]() -> platform::ChildResult {
-      bar.clear();
-      const ExportResult result = exportAndTell(bundle, false);
-      if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
-      return {0, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
-    }));
+    results.push_back(exportByChild(bundle, bar, false));
   }
   bar.clear();
   for (std::size_t i = 0; i < bundles.size(); ++i) {
@@ -111,21 +142,33 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
   return failed;
 }
 
-ExportResult ExportCommand::exportAndTell(const Bundle& bundle, bool showsProgress) const {
+platform::ChildResult ExportCommand::exportAndTell(const Bundle& bundle, const std::string& folder,
+                                                   bool showsProgress) const {
   const auto start = std::chrono::steady_clock::now();
+  std::optional<UnpackedBundle> unpacked;
+  if (bundle.isPacked) unpacked.emplace(bundle, folder);
   ExportResult result;
-  if (bundle.isPacked) {
-    const UnpackedBundle unpacked(bundle);
-    if (unpacked.problem()) {
-      result.reason = "the archive could not be unpacked: " + *unpacked.problem();
-    } else {
-      result = exportFolder(bundle, unpacked.path(), showsProgress);
-    }
+  if (unpacked && unpacked->problem()) {
+    result.reason = "the archive could not be unpacked: " + *unpacked->problem();
   } else {
-    result = exportFolder(bundle, bundle.path, showsProgress);
+    result = exportFolder(bundle, unpacked ? unpacked->path() : folder, showsProgress);
   }
-  tell(bundle, result, secondsSince(start));
-  return result;
+  const bool isTold = tell(bundle, result, secondsSince(start));
+  if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
+  return {isTold ? 0 : 1, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
+}
+
+platform::ChildResult ExportCommand::exportByChild(const Bundle& bundle, ProgressBar& bar, bool showsProgress) const {
+  const auto exportIn = [&](const std::string& folder) {
+    return platform::runInChild([&] {
+      bar.clear();
+      return exportAndTell(bundle, folder, showsProgress);
+    });
+  };
+  if (!bundle.isPacked) return exportIn(bundle.path);
+  const platform::DeferredEnd end;  // after the folder is removed
+  const platform::TemporaryFolder folder;
+  return exportIn(folder.path());
 }
 
 ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const {
@@ -156,15 +199,12 @@ void ExportCommand::tellFailure(const std::string& bundle, const std::string& re
   }
   ExportResult result;
   result.reason = reason;
-  tellProgram(jsonOf(bundle, result, 0.0));
+  static_cast<void>(tellProgram(bundle, result, 0.0));
 }
 
-void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
+bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
-  if (arguments_.json) {
-    tellProgram(jsonOf(bundle.path, result, seconds));
-    return;
-  }
+  if (arguments_.json) return tellProgram(bundle.path, result, seconds);
   if (!arguments_.quiet) {
     for (const std::string& warning : result.warnings) say("warning: {}", warning);
     if (!result.zoneSentence.empty()) say("{}", result.zoneSentence);
@@ -175,4 +215,5 @@ void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, doubl
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
   }
+  return true;
 }

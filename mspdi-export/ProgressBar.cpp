@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
+
+#include "Platform/System/Console.h"
+#include "Platform/Text/Texts.h"
 
 ProgressBar::ProgressBar(bool isShown) : isShown_(isShown && ::isatty(STDERR_FILENO) == 1) {}
 
@@ -15,16 +17,14 @@ void ProgressBar::update(std::size_t done, std::size_t total, const std::string&
   if (!atOnce && std::chrono::steady_clock::now() - start_ < std::chrono::seconds(1)) return;
   constexpr std::size_t kWidth = 24;
   const std::size_t filled = percent * kWidth / 100;
-  fmt::print(stderr, "\r\x1b[K[{}{}] {:3} %  {}", std::string(filled, '#'), std::string(kWidth - filled, ' '), percent,
-             label);
-  std::fflush(stderr);
+  platform::writeToStandardError(fmt::format("\r\x1b[K[{}{}] {:3} %  {}", std::string(filled, '#'),
+                                             std::string(kWidth - filled, ' '), percent, platform::printable(label)));
   isOnScreen_ = true;
   lastPercent_ = percent;
 }
 
 void ProgressBar::clear() {
   if (!isOnScreen_) return;
-  fmt::print(stderr, "\r\x1b[K");
-  std::fflush(stderr);
+  platform::writeToStandardError("\r\x1b[K");
   isOnScreen_ = false;
 }

@@ -28,6 +28,28 @@ void reportWriteErrors() {
 
 namespace {
 
+constexpr std::array kEndings = {SIGHUP, SIGINT, SIGTERM};
+
+volatile std::sig_atomic_t caughtSignal = 0;
+volatile std::sig_atomic_t childUnderWay = 0;
+
+void passOn(int signal) {
+  const int error = errno;
+  caughtSignal = signal;
+  if (childUnderWay > 0) ::kill(childUnderWay, signal);
+  errno = error;
+}
+
+/// Lets the signals end the process again, and ends it by the one that came meanwhile.
+void catchUp() {
+  for (const int signal : kEndings) {
+    struct sigaction now {};
+    ::sigaction(signal, nullptr, &now);
+    if (now.sa_handler == &passOn) std::signal(signal, SIG_DFL);
+  }
+  if (caughtSignal != 0) std::raise(caughtSignal);
+}
+
 void writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -50,6 +72,7 @@ std::string readAll(int descriptor) {
 
 [[noreturn]] void beChild(int answer, const std::function<ChildResult()>& work) {
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // no child goes on when the parent is gone
+  catchUp();
   const ChildResult result = work();
   writeAll(answer, result.said);
   std::fflush(nullptr);
@@ -58,17 +81,28 @@ std::string readAll(int descriptor) {
 
 }  // namespace
 
+DeferredEnd::DeferredEnd() {
+  for (const int signal : kEndings) {
+    if (std::signal(signal, &passOn) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+DeferredEnd::~DeferredEnd() { catchUp(); }
+
 ChildResult runInChild(const std::function<ChildResult()>& work) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {1, "failed: no process could be started"};
   const pid_t child = ::fork();
   if (child == 0) beChild(ends[1], work);
   ::close(ends[1]);
+  childUnderWay = child;
+  if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // one that came before the child
   ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(ends[0])};
   ::close(ends[0]);
   int status = 0;
   while (child > 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
+  childUnderWay = 0;
   if (child > 0 && WIFEXITED(status)) result.status = WEXITSTATUS(status);
   return result;
 }

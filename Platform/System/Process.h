@@ -15,6 +15,16 @@ void reportWriteErrors();
 /// main.
 void keepFreedMemory();
 
+/// While one lives, SIGHUP, SIGINT and SIGTERM end the child under way, not this process, so that it can clear up after
+/// it. The process ends by the signal when this object does. Signals that are ignored stay so. One at a time.
+class DeferredEnd {
+ public:
+  DeferredEnd();
+  ~DeferredEnd();
+  DeferredEnd(const DeferredEnd&) = delete;
+  DeferredEnd& operator=(const DeferredEnd&) = delete;
+};
+
 /// What a child process came to.
 struct ChildResult {
   int status = 1;    ///< 0 when all went well

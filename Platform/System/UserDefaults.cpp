@@ -35,7 +35,7 @@ std::optional<std::string> readSettings(const std::string& path, std::string& pr
   auto contents = readFile(path, kLargestFile, &problem);
   // The library limits how deep values are nested, but not tables, and goes down all of them when it deletes them: too
   // many overflow the stack. Each one is in the file as a part of a dotted key, or in brackets.
-  constexpr std::ptrdiff_t kMostLevels = 1000;
+  constexpr std::ptrdiff_t kMostLevels = 200;
   const auto opensLevel = [](char c) { return c == '.' || c == '[' || c == '{'; };
   if (contents && std::count_if(contents->begin(), contents->end(), opensLevel) > kMostLevels) {
     problem = fmt::format("More than {} dots and opening brackets", kMostLevels);

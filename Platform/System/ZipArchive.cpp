@@ -4,10 +4,10 @@
 #include <archive_entry.h>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "Platform/System/FileSystem.h"
+#include "Platform/Text/Texts.h"
 
 namespace platform {
 namespace {
@@ -24,6 +25,8 @@ namespace {
 constexpr std::uint64_t kFreeBytes = std::uint64_t{64} << 20;
 constexpr std::uint64_t kMostGrowth = 200;
 constexpr std::size_t kMostMembers = 10'000;
+constexpr std::size_t kMostFolders = 1000;
+constexpr std::ptrdiff_t kMostLevels = 20;
 constexpr std::size_t kBlockSize = std::size_t{1} << 16;
 
 using Archive = std::unique_ptr<archive, decltype(&archive_read_free)>;
@@ -50,18 +53,27 @@ bool staysInside(const std::string& name) {
   return true;
 }
 
-/// What is left of the bytes that the archive may unpack to.
+/// What the archive may still unpack to. Each operation tells why that is too much; none when it is not.
 class Allowance {
  public:
-  explicit Allowance(std::uint64_t archiveSize) : left_(kFreeBytes + kMostGrowth * archiveSize) {}
-  bool take(std::uint64_t bytes) {
-    if (bytes > left_) return false;
-    left_ -= bytes;
-    return true;
+  explicit Allowance(std::uint64_t archiveSize) : bytes_(kFreeBytes + kMostGrowth * archiveSize) {}
+  std::optional<std::string> takeBytes(std::uint64_t bytes) {
+    if (bytes > bytes_) return fmt::format("it unpacks to more than {} times its size", kMostGrowth);
+    bytes_ -= bytes;
+    return std::nullopt;
   }
+  std::optional<std::string> takeMember() { return takeOne(members_, kMostMembers, "members"); }
+  std::optional<std::string> takeFolder() { return takeOne(folders_, kMostFolders, "folders"); }
 
  private:
-  std::uint64_t left_;
+  static std::optional<std::string> takeOne(std::size_t& taken, std::size_t most, std::string_view what) {
+    if (++taken <= most) return std::nullopt;
+    return fmt::format("it has more than {} {}", most, what);
+  }
+
+  std::uint64_t bytes_;
+  std::size_t members_ = 0;
+  std::size_t folders_ = 0;
 };
 
 std::optional<std::string> writeAll(int descriptor, const char* bytes, std::size_t size) {
@@ -75,8 +87,21 @@ std::optional<std::string> writeAll(int descriptor, const char* bytes, std::size
   return std::nullopt;
 }
 
+/// Makes the folders of the way below a folder that exists. Two bytes of a name make one, so they are counted.
+std::optional<std::string> makeFolders(const std::string& below, std::string_view way, Allowance& allowance) {
+  for (std::size_t end = 0; end < way.size(); ++end) {
+    end = std::min(way.find('/', end), way.size());
+    const std::string path = appendPathComponent(below, way.substr(0, end));
+    if (::mkdir(path.c_str(), 0700) != 0) {
+      if (errno == EEXIST) continue;
+      return std::strerror(errno);
+    }
+    if (auto problem = allowance.takeFolder()) return problem;
+  }
+  return std::nullopt;
+}
+
 std::optional<std::string> unpackFile(const Archive& archive, const std::string& path, Allowance& allowance) {
-  createDirectories(deleteLastPathComponent(path));
   // A name that stands in the archive twice is refused, as is one that a folder has.
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
   if (descriptor < 0) return std::strerror(errno);
@@ -85,34 +110,37 @@ std::optional<std::string> unpackFile(const Archive& archive, const std::string&
   while (!problem) {
     const la_ssize_t size = archive_read_data(archive.get(), block.data(), block.size());
     if (size == 0) break;
-    if (size < 0) {
-      problem = problemOf(archive);
-    } else if (!allowance.take(static_cast<std::uint64_t>(size))) {
-      problem = fmt::format("it unpacks to more than {} times its size", kMostGrowth);
-    } else {
-      problem = writeAll(descriptor, block.data(), static_cast<std::size_t>(size));
-    }
+    problem = size < 0 ? problemOf(archive) : allowance.takeBytes(static_cast<std::uint64_t>(size));
+    if (!problem) problem = writeAll(descriptor, block.data(), static_cast<std::size_t>(size));
   }
   ::close(descriptor);
   return problem;
 }
 
-std::optional<std::string> unpackMember(const Archive& archive, archive_entry* entry, const std::string& folder,
-                                        Allowance& allowance) {
-  const std::string name = nameOf(entry);
-  if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", name);
-  const std::string path = standardizePath(appendPathComponent(folder, name));
+/// Why the member may not be unpacked; none when it may.
+std::optional<std::string> problemOf(archive_entry* entry, const std::string& name) {
+  if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", shortened(name));
+  if (std::count(name.begin(), name.end(), '/') > kMostLevels) {
+    return fmt::format("a member lies more than {} folders deep", kMostLevels);
+  }
   const auto type = archive_entry_filetype(entry);
   if (archive_entry_symlink(entry) != nullptr || archive_entry_hardlink(entry) != nullptr ||
       (type != AE_IFREG && type != AE_IFDIR)) {
-    return fmt::format("its member '{}' is neither file nor folder", name);
+    return fmt::format("its member '{}' is neither file nor folder", shortened(name));
   }
-  if (type == AE_IFDIR) {
-    createDirectories(path);
-    return std::nullopt;
-  }
-  auto problem = unpackFile(archive, path, allowance);
-  if (problem) return fmt::format("member '{}': {}", name, *problem);
+  return std::nullopt;
+}
+
+std::optional<std::string> unpackMember(const Archive& archive, archive_entry* entry, const std::string& folder,
+                                        Allowance& allowance) {
+  const std::string name = nameOf(entry);
+  if (auto problem = problemOf(entry, name)) return problem;
+  // In front of the name, so that no "~" of it means a home.
+  const std::string way = standardizePath("./" + name);
+  const bool isFolder = archive_entry_filetype(entry) == AE_IFDIR;
+  auto problem = makeFolders(folder, isFolder ? way : deleteLastPathComponent(way), allowance);
+  if (!problem && !isFolder) problem = unpackFile(archive, appendPathComponent(folder, way), allowance);
+  if (problem) return fmt::format("member '{}': {}", shortened(name), *problem);
   return std::nullopt;
 }
 
@@ -149,11 +177,11 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
 
   Allowance allowance(static_cast<std::uint64_t>(info.st_size));
   archive_entry* entry = nullptr;
-  for (std::size_t members = 0;; ++members) {
+  for (;;) {
     const int result = archive_read_next_header(archive.get(), &entry);
     if (result == ARCHIVE_EOF) return std::nullopt;
     if (result < ARCHIVE_WARN) return problemOf(archive);
-    if (members == kMostMembers) return fmt::format("it has more than {} members", kMostMembers);
+    if (auto problem = allowance.takeMember()) return problem;
     if (auto problem = unpackMember(archive, entry, folder, allowance)) return problem;
   }
 }

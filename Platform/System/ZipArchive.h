@@ -29,8 +29,9 @@ class TemporaryFolder {
 /// Unpacks a zip archive into an existing folder that nobody else can write to. Only files and folders are unpacked,
 /// and nothing outside the folder.
 /// @return none when all went well; else the reason in plain words, and part of the archive may be in the folder.
-/// Refused are members that lead out of the folder, links, special files and passwords, and archives that unpack to
-/// more than 64 MB and 200 times their size (plans shrink to a tenth or a thirtieth) or to more than 10,000 members.
+/// Refused are members that lead out of the folder or lie more than 20 folders deep, links, special files and
+/// passwords, and archives that unpack to more than 64 MB and 200 times their size (plans shrink to a tenth or a
+/// thirtieth), to more than 10,000 members or to more than 1000 folders, also those that only a file's name asks for.
 [[nodiscard]] std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder);
 
 }  // namespace platform

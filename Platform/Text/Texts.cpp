@@ -155,6 +155,14 @@ std::string printable(std::string_view text) {
   return result;
 }
 
+std::string shortened(std::string_view text) {
+  constexpr std::size_t kMost = 200;
+  if (text.size() <= kMost) return std::string(text);
+  std::size_t end = kMost;
+  while (end > kMost - 4 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80) --end;
+  return std::string(text.substr(0, end)) + "...";
+}
+
 std::size_t utf8CharacterLength(std::string_view text) {
   const auto at = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   const unsigned first = at(0);

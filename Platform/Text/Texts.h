@@ -27,6 +27,10 @@ namespace platform {
 /// character or UTF-8 as escapes such as "\n", "\x1b" and "\u202e".
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// The text for a message that may come thousands of times: of more than 200 bytes the beginning, up to a whole
+/// character, and "...".
+[[nodiscard]] std::string shortened(std::string_view text);
+
 /// Length of the character that the UTF-8 text begins with; 0 when the bytes are not UTF-8, or there are none.
 [[nodiscard]] std::size_t utf8CharacterLength(std::string_view text);
 /// The number of the character that the UTF-8 text begins with, which has one at least.

@@ -127,8 +127,11 @@ const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node pa
     if (!rootTable.isOf(node)) rootTable.fill(parent);
     return rootTable;
   }
-  ChildTable& table = childTables[nextChildTable++ % childTables.size()];
+  if (const auto large = largeTables.find(node); large != largeTables.end()) return large->second;
+  ChildTable& table = childTables[nextChildTable % childTables.size()];
   table.fill(parent);
+  if (table.isLarge()) return largeTables.emplace(node, std::exchange(table, {})).first->second;
+  ++nextChildTable;
   return table;
 }
 

@@ -89,6 +89,8 @@ struct Document::Tree {
   class ChildTable {
    public:
     [[nodiscard]] bool isOf(const void* parent) const { return parent_ == parent; }
+    /// Whether it takes long to make.
+    [[nodiscard]] bool isLarge() const { return children_.size() > kFewChildren; }
     void fill(pugi::xml_node parent);
 
     [[nodiscard]] Found find(const Name& name) const;
@@ -105,6 +107,7 @@ struct Document::Tree {
     static constexpr std::size_t kSlots = 64;
     static constexpr std::uint8_t kNone = 255;
     static constexpr std::size_t kMaximumNames = 100;
+    static constexpr std::size_t kFewChildren = 256;
 
     struct Child {
       std::string_view name;
@@ -146,8 +149,10 @@ struct Document::Tree {
   /// Children of one node by one attribute's value, made at the first question.
   std::unordered_map<LookupKey<std::string>, Lookup, LookupKeyHash, LookupKeyEqual> lookups;
 
-  /// The tables of the root and of the elements asked last: an element and those it leads to.
+  /// The tables of the root, of elements with many children, and of the elements asked last: an element and those it
+  /// leads to. Made again for each question, large ones would take a time that grows with the square of their size.
   ChildTable rootTable;
+  std::unordered_map<const void*, ChildTable> largeTables;
   std::array<ChildTable, 4> childTables;
   std::size_t nextChildTable = 0;
 

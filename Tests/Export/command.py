@@ -1,15 +1,19 @@
 #!/usr/bin/env python3
 """What mspdi-export says and leaves behind: command.py PROGRAM EXAMPLES. A row: arguments, status, a pattern that standard
 error holds, the files that are new. "!" before a pattern: it must not be there."""
+import contextlib
 import json
 import os
 import pathlib
+import pty
 import re
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import zipfile
 
 PROGRAM = os.path.abspath(sys.argv[1])
@@ -17,6 +21,8 @@ EXAMPLES = pathlib.Path(sys.argv[2]).resolve()
 CONTENTS = "<t><project><scenario id='s' filename='P.xml'/></project><window><editing-scenario>s</editing-scenario></window></t>"
 TASK = ("<task id='{0}'><title>A</title>{1}<start-date>2026-02-06T08:30:00-05:00</start-date>"
         "<end-date>{2}</end-date><duration>0</duration></task>")
+
+LONGEST = "n" * 250  # with a number it is too long
 
 
 def plan(end="2026-07-06T08:30:00-04:00", title="A"):
@@ -42,10 +48,18 @@ def prepare():
     bundle(pathlib.Path("-x.kvdx"))
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
     bundle(pathlib.Path("Empty.kvdx"))
+    bundle(pathlib.Path("Long.kvdx"), end="soon")
+    text = (pathlib.Path("Long.kvdx") / "P.xml").read_text()
+    (pathlib.Path("Long.kvdx") / "P.xml").write_text(text.replace("<title>A<", f"<title>x{'é' * 150}<"))
     (pathlib.Path("Empty.kvdx") / "__TOC.xml").write_text("<t/>")
     for name in "AB":
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
+    shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
+    pathlib.Path(LONGEST + ".xml").touch()
+    bundle(pathlib.Path("stored"))
+    pathlib.Path("P.kvdx").symlink_to("stored")
+    bundle(pathlib.Path("terminal") / "\x1b[2J.kvdx")
     pathlib.Path("out").mkdir()
     pathlib.Path("Plain.kvdx").write_text("no archive")
     pathlib.Path("taken.xml").write_text("kept")
@@ -54,6 +68,9 @@ def prepare():
     packed("Mailed.kvdx", {f"Other.kvdx/{name}": text for name, text in inside.items()})
     packed("Climbing.kvdx.zip", {"../outside.xml": "x", **inside})
     packed("Bomb.kvdx.zip", {"Big.xml": " " * 200_000_000, **inside})
+    packed("Deep.kvdx.zip", {f"{'d/' * 21}f": "x", **inside})
+    packed("Folders.kvdx.zip", {f"{i}/{'d/' * 19}f": "" for i in range(60)})
+    packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
     with zipfile.ZipFile("Linked.kvdx.zip", "w") as archive:
         link = zipfile.ZipInfo("P.xml")
         link.external_attr = 0o120777 << 16
@@ -73,13 +90,19 @@ ROWS = [
     (["--currency", "EURO", "Plan.kvdx"], 2, "no code of three letters", []),
     (["--", "-x.kvdx"], 0, "-x.xml: 2 tasks", ["-x.xml"]),
     (["Doubtful.kvdx"], 0, "task t1 'A': end-date 'soon' is no date, year 1 is written", ["Doubtful.xml"]),
+    (["Long.kvdx"], 0, "task t1 'xé{99}\\.\\.\\.': end-date 'soon'", ["Long.xml"]),
     (["--strict", "Doubtful.kvdx"], 1, "there are warnings, so nothing is written", []),
     (["Empty.kvdx"], 1, "No 'project' element found in source document.*\n.*Open the plan in Korvella", []),
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
     (["Plan.kvdx", "-o", "Doubtful.kvdx/P.xml"], 1, "inside of the bundle", []),
+    (["P.kvdx", "--overwrite", "-o", "stored"], 1, "inside of the bundle", []),
+    (["Plan.kvdx", "out/../Plan.kvdx", "-o", "out", "--overwrite"], 2, "two bundles would be written to '.*/out/Plan.xml'",
+     []),
     (["Plan.kvdx", "-o", "absent/P.xml"], 1, "'.*absent' does not exist", []),
+    (["Plan.kvdx", "-o", "n" * 300 + ".xml"], 1, "could not be written: File name too long", []),
+    ([LONGEST + ".kvdx"], 1, "could not be written: File name too long", []),
     (["Plan.kvdx", "-o", "plan.txt"], 1, "neither an existing folder nor a name", []),
     (["Plan.kvdx", "--overwrit"], 2, "did you mean --overwrite", []),
     (["--quiet", "--verbose", "Plan.kvdx"], 2, "excludes", []),
@@ -95,6 +118,9 @@ ROWS = [
     (["Climbing.kvdx.zip"], 1, "'../outside.xml' leads out of it", []),
     (["Linked.kvdx.zip"], 1, "'P.xml' is neither file nor folder", []),
     (["Bomb.kvdx.zip"], 1, "unpacks to more than 200 times its size", []),
+    (["Folders.kvdx.zip"], 1, "has more than 1000 folders", []),
+    (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
+    (["Home.kvdx.zip"], 0, "Home.xml: 2 tasks", ["Home.xml"]),
 ]
 
 
@@ -102,9 +128,17 @@ def files():
     return {str(path) for path in pathlib.Path().rglob("*.xml")}
 
 
-def run(arguments, **more):
-    environment = {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C"}
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, text=True, env=environment, timeout=60, **more)
+def options():
+    return {"env": {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C",
+                    "HOME": os.path.abspath("out")}, "text": True}
+
+
+def start(arguments, **more):
+    return subprocess.Popen([PROGRAM, *arguments], **options(), **more)
+
+
+def run(arguments, stdout=subprocess.PIPE, **more):
+    return subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE, timeout=60, **options(), **more)
 
 
 def judge_json(faults):
@@ -133,6 +167,49 @@ def judge_lack_of_memory(faults):
         faults.append(f"lack of memory: {said}")
 
 
+def unpacked_folders():
+    return list(pathlib.Path("tmp").glob("*/Bundle.kvdx/P.xml"))
+
+
+def judge_ends(faults):
+    """Whoever is ended, the folder that a packed bundle is unpacked into goes. A full pipe holds the child up."""
+    for victim, number, status in (("parent", signal.SIGTERM, -signal.SIGTERM), ("parent", signal.SIGHUP, -signal.SIGHUP),
+                                   ("child", signal.SIGKILL, 1)):
+        readable, writable = os.pipe()
+        os.set_blocking(writable, False)
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                os.write(writable, b" ")
+        os.set_blocking(writable, True)
+        process = start(["-v", "Flat.kvdx.zip"], stderr=writable)
+        os.close(writable)
+        while process.poll() is None and not unpacked_folders():
+            time.sleep(0.01)
+        child = pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text()
+        os.kill(process.pid if victim == "parent" else int(child), number)
+        with open(readable, "rb") as messages:
+            messages.read()
+        if process.wait(60) != status or os.listdir("tmp"):
+            faults.append(f"{victim} ended by {number}: status {process.returncode}, left {os.listdir('tmp')}")
+
+
+def judge_streams(faults):
+    with open("/dev/full", "w") as full:
+        told = run(["--json", "--check", "Plan.kvdx"], stdout=full)
+    if told.returncode != 1 or "standard output could not be written" not in told.stderr:
+        faults.append(f"a full standard output: {told}")
+    terminal, its_end = pty.openpty()
+    process = start(["--check", "many", "terminal"], stderr=its_end)
+    os.close(its_end)
+    shown = b""
+    with contextlib.suppress(OSError):  # the end of a terminal
+        while piece := os.read(terminal, 4096):
+            shown += piece
+    process.wait(60)
+    if b"[2J" in shown.replace(rb"\x1b[2J", b"") or b"50 %" not in shown:
+        faults.append(f"a terminal obeys a name: {shown}")
+
+
 def main():
     faults = []
     with tempfile.TemporaryDirectory() as folder:
@@ -150,8 +227,8 @@ def main():
                 pathlib.Path(name).unlink()
         if os.listdir("tmp"):
             faults.append(f"left behind: {os.listdir('tmp')}")
-        judge_json(faults)
-        judge_lack_of_memory(faults)
+        for judge in (judge_json, judge_ends, judge_streams, judge_lack_of_memory):
+            judge(faults)
         os.chdir("/")
     print("\n".join(faults))
     return 1 if faults else 0

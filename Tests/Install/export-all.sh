@@ -137,6 +137,7 @@ older_files_stay_unless_the_settings_replace_them() {
   mkdir -p plans/{Plan,Plan-1}.kvdx
   make_bundle plans/Plan.kvdx new
   echo old | tee plans/Plan{,-1}.xml >/dev/null
+  printf '%s\n' '[other]' 'OverwriteFilterTarget = true' >com.korvella.Korvella2.MSPExportMSPDI.toml
   run 1 plans
   expect_same outputs $'Plan-1.xml\nPlan-2.xml\nPlan.xml' "$(files_below plans)"
   expect_same 'older files' $'old\nold' "$(cat plans/Plan{,-1}.xml)"
@@ -226,12 +227,18 @@ arguments_of_one_name_stay_apart() {
 
 names_that_the_log_cannot_show_as_they_are() {
   local bundle
-  for bundle in $'esc\x1b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
+  for bundle in $'esc\x1b\xc2\x9b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
     mkdir -p "odd/$bundle"
     make_bundle "odd/$bundle" odd
   done
   run 0 odd
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+  # No copy can be made of the first. Neither its log nor the progress shows what a terminal obeys.
+  run 1 --conform odd
+  expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  refused 'Unknown option' $'-\x1b.kvdx'
+  script -qec "'$export_all' odd" /dev/null >shown
+  ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b]\|\xc2\x9b' errors shown || fail "a terminal obeys a name"
 }
 
 other_machines_are_reached_by_ssh() {
