@@ -6,7 +6,9 @@
 #include <chrono>
 #include <cstdio>
 
+#include "Page/PageFile.h"
 #include "Platform/System/Console.h"
+#include "Platform/System/Exceptions.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Process.h"
 #include "mspdi-export/ProgressBar.h"
@@ -124,8 +126,20 @@ ExportResult ExportCommand::exportAndTell(const Bundle& bundle, bool showsProgre
   } else {
     result = exportFolder(bundle, bundle.path, showsProgress);
   }
-  tell(bundle, result, secondsSince(start));
+  const std::string page = writePage(result);
+  tell(bundle, result, page, secondsSince(start));
   return result;
+}
+
+std::string ExportCommand::writePage(ExportResult& result) const {
+  if (!arguments_.page || result.status != ExportResult::Status::kWritten) return "";
+  try {
+    return page::writePageOf(result.path, page::pagePathOf(result.path), arguments_.overwrite);
+  } catch (const platform::Exception& exception) {
+    result.status = ExportResult::Status::kFailed;
+    result.reason = fmt::format("'{}' is written, but not its page: {}", result.path, exception.reason());
+    return "";
+  }
 }
 
 ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const {
@@ -156,13 +170,14 @@ void ExportCommand::tellFailure(const std::string& bundle, const std::string& re
   }
   ExportResult result;
   result.reason = reason;
-  tellProgram(jsonOf(bundle, result, 0.0));
+  tellProgram(jsonOf(bundle, result, "", 0.0));
 }
 
-void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
+void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
+                         double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
   if (arguments_.json) {
-    tellProgram(jsonOf(bundle.path, result, seconds));
+    tellProgram(jsonOf(bundle.path, result, page, seconds));
     return;
   }
   if (!arguments_.quiet) {
@@ -174,5 +189,6 @@ void ExportCommand::tell(const Bundle& bundle, const ExportResult& result, doubl
     say("{}", remedyFor(result.reason));
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
+    if (!page.empty()) say("{} shows it", platform::lastPathComponent(page));
   }
 }
