@@ -13,10 +13,8 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEExporterInfo.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEXMLExporter.h"
 #include "Platform/Base/Budget.h"
-#include "Platform/System/AtomicFile.h"
-#include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
-#include "Platform/System/NumberedPath.h"
+#include "Platform/System/NewFile.h"
 
 namespace {
 
@@ -125,22 +123,13 @@ void BundleExport::describe(const conform::Copy& copy) {
 }
 
 void BundleExport::write(const conform::Copy& copy) {
-  using Outcome = platform::AtomicFile::Outcome;
-  platform::NumberedPath target(result_.path);
-  const auto mayReplace = [&] { return request_.overwrite && target.isFirst(); };
-  while (mayReplace() ? !platform::canBeReplaced(target.get()) : platform::isNameTaken(target.get())) target.goOn();
-  platform::AtomicFile file(target.get());
-  copy.serialize([&file](std::string_view piece) { file.append(piece); });
-  Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());
-  while (outcome == Outcome::kTargetExists) {
-    // Another program took the name meanwhile, or the system protects what is there.
-    target.goOn();
-    outcome = file.commit(target.get());
+  const platform::NewFile written = platform::writeNewFile(
+      result_.path, request_.overwrite,
+      [&copy](platform::AtomicFile& file) { copy.serialize([&file](std::string_view piece) { file.append(piece); }); });
+  result_.path = written.path;
+  if (!written.failure.empty()) {
+    conform::fail("the file '" + written.path + "' could not be written: " + written.failure);
   }
-  if (outcome == Outcome::kFailed) {
-    conform::fail("the file '" + target.get() + "' could not be written: " + file.failureReason());
-  }
-  result_.path = target.get();
 }
 
 }  // namespace

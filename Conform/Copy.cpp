@@ -1,9 +1,8 @@
 #include "Conform/Copy.h"
 
-#include <new>
 #include <utility>
 
-#include "Conform/Facts.h"
+#include "Conform/ExportedFile.h"
 #include "Conform/Failure.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
@@ -47,17 +46,9 @@ void list(pugi::xml_node container, const char* name, List& to) {
 
 Copy::Copy(std::string bytes, const Plan* plan, Options options)
     : bytes_(std::move(bytes)), plan_(plan), options_(std::move(options)) {
-  // By itself pugixml leaves out what it has no memory for. Set before anything is allocated: what one pair of
-  // functions gives, the other must not take back.
-  pugi::set_memory_management_functions(&::operator new, &::operator delete);
   // A file's name may have characters that XML does not have.
   if (!xml::hasOnlyCharacters(options_.baseName)) options_.baseName = platform::printable(options_.baseName);
-  const auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParseOptions, pugi::encoding_utf8);
-  if (!result) fail(result.description());
-  project = document_.document_element();
-  if (std::string_view(project.name()) != "Project" || project.attribute("xmlns").value() != kNamespace) {
-    fail("this is no Microsoft Project XML file");
-  }
+  project = parseExported(document_, bytes_, kParseOptions);
   listElements();
   if (plan_ != nullptr) pairWithPlan();
 }

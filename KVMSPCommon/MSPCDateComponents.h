@@ -48,7 +48,7 @@ class MSPCDateComponents : public platform::DateComponents {
   /// From now on, offsets are what people mean by them. The exact file differs from that in two ways: of "-03:30" only
   /// the hours are negative, so that it reads as two hours and a half, and daylight-saving time is labelled with
   /// today's offset and its share, also for dates at which the zone had another offset.
-  static void takeOffsetsAsMeant() { takesOffsetsAsMeant_ = true; }
+  static void takeOffsetsAsMeant(bool asMeant = true) { takesOffsetsAsMeant_ = asMeant; }
   [[nodiscard]] static bool takesOffsetsAsMeant() { return takesOffsetsAsMeant_; }
 
   /// Minutes of an offset that a text gives with the sign in front of the hours.

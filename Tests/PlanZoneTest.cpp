@@ -31,7 +31,7 @@ TEST(PlanZoneTest, FirstZoneThatFitsAllDates) {
       {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-07-08T08:30:00+02:00 2026-01-06T08:30:00Z",
        "2 2 Europe/Berlin"},
       {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-02-30T08:30:00+02:00 2026-07-08T24:00:00-04:00",
-       "1 1 Africa/Lagos"},
+       "1 1 Europe/Berlin"},
       {__LINE__, zoneOf, "2026-01-06T08:30:00-03:30 2026-07-08T08:30:00-02:30", "2 2 America/St_Johns"},
       {__LINE__, zoneOf, "2026-01-06T08:30:00+13:45", "1 1 Pacific/Chatham"},             // of the system's table
       {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-01-06T08:30:00+05:30", "2 2 "},  // two authors

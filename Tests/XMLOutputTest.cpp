@@ -55,7 +55,8 @@ Growing grown(const std::vector<std::size_t>& sizes, bool isWrittenAhead) {
     large.append(std::move(element));
     after.appendChild("u", std::to_string(size));
   }
-  document.setRoot(std::move(made)).appendComment("end");
+  root.appendComment("end");
+  document.setRoot(std::move(made));
   result.ahead = result.text.size();
   document.serialize(sink);
   return result;

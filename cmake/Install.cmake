@@ -7,19 +7,19 @@ set(MSPDI_PACKAGE mspdi-export)
 set(MSPDI_DOCUMENTS ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MSPDI_PACKAGE})
 
 # --- The program ---
-install(TARGETS MSPDIExport mspdi-export mspdi-conform COMPONENT program)
+install(TARGETS MSPDIExport mspdi-export mspdi-conform mspdi-page COMPONENT program)
 install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME mspdi-export-all COMPONENT program)
 # Compressed as Debian has them, while configuring: no target needs to be built for them.
 find_program(MSPDI_GZIP gzip REQUIRED)
 function(mspdi_compress file compressed)
   execute_process(COMMAND ${MSPDI_GZIP} -9n INPUT_FILE ${file} OUTPUT_FILE ${compressed} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
-foreach(page MSPDIExport.1 mspdi-export.1 mspdi-export-all.1 mspdi-conform.1)
+foreach(page MSPDIExport.1 mspdi-export.1 mspdi-export-all.1 mspdi-conform.1 mspdi-page.1)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS man/${page})
   mspdi_compress(${PROJECT_SOURCE_DIR}/man/${page} ${PROJECT_BINARY_DIR}/${page}.gz)
   install(FILES ${PROJECT_BINARY_DIR}/${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
 endforeach()
-foreach(command MSPDIExport mspdi-export mspdi-export-all mspdi-conform)
+foreach(command MSPDIExport mspdi-export mspdi-export-all mspdi-conform mspdi-page)
   install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME ${command} COMPONENT program)
 endforeach()
@@ -104,7 +104,8 @@ set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "Export Korvella plans to Microsoft Project
 mspdi-export reads a Korvella document bundle (.kvdx) and writes the Microsoft
 Project XML file that one sends. MSPDIExport writes the exact one, without the
 corrections for those who open it; mspdi-export-all writes either for many
-bundles at a time, and mspdi-conform corrects an exact file later.")
+bundles at a time, mspdi-conform corrects an exact file later, and mspdi-page
+shows any of them as a page in a browser.")
 # mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel")
 

@@ -8,8 +8,8 @@ _mspdi_export() {
   [[ $current != = ]] || current=
   [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   if [[ $current == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--output --overwrite --zone --currency --keep-dates --check --strict --quiet
-      --verbose --json --version --help' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W '--output --overwrite --zone --currency --keep-dates --page --check --strict
+      --quiet --verbose --json --version --help' -- "$current")
     return
   fi
   compopt -o filenames -o nosort 2>/dev/null

@@ -2,21 +2,18 @@
 
 #include <fmt/format.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <new>
 
 #include "Conform/Copy.h"
 #include "Conform/Corrections.h"
+#include "Conform/ExportedFile.h"
 #include "Conform/Failure.h"
 #include "Platform/System/AtomicFile.h"
 #include "Platform/System/Console.h"
 #include "Platform/System/Exceptions.h"
-#include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
-#include "Platform/XML/XMLStrict.h"
-#include "Platform/XML/XMLStrictEncoding.h"
 
 namespace {
 
@@ -35,22 +32,13 @@ void requireFree(const std::string& output) {
   if (!platform::isDirectory(folderOf(output))) conform::fail("no folder " + folderOf(output));
 }
 
-std::string bytesOf(const std::string& input) {
-  std::string problem;
-  constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
-  auto bytes = platform::readFile(input, kLargest, &problem);
-  if (!bytes) conform::fail(fmt::format("cannot read {}: {}", input, problem));
-  return std::move(*bytes);
-}
-
 std::string baseNameOf(const std::string& path) {
   const std::string name = platform::lastPathComponent(path);
   return platform::pathExtension(name) == "xml" ? platform::deletePathExtension(name) : name;
 }
 
 std::unique_ptr<conform::Copy> corrected(std::string bytes, const std::string& baseName) {
-  std::string text = xml::inUTF8(std::move(bytes));
-  xml::requireCopyable(text);
+  std::string text = conform::wellFormedText(std::move(bytes));
   auto copy = std::make_unique<conform::Copy>(std::move(text), nullptr, conform::Options{baseName, "", false});
   conform::correct(*copy);
   return copy;
@@ -72,7 +60,7 @@ void write(const conform::Copy& copy, const std::string& output) {
 }  // namespace
 
 void ConformCommand::copyFile(const std::string& input, const std::string& output) {
-  std::string bytes = bytesOf(input);
+  std::string bytes = conform::readExported(input);
   requireFree(output);
   std::unique_ptr<conform::Copy> copy;
   try {

@@ -36,6 +36,7 @@ void addOptions(CLI::App& app, ExportArguments& arguments) {
       ->type_name("CODE")
       ->check(CLI::Validator(asCurrencyCode, ""));
   app.add_flag("--keep-dates", arguments.keepDates, "Schedule every task by hand, so that no reader moves it");
+  app.add_flag("--page", arguments.page, "Write a page for a browser beside the file, which shows the plan in it");
   app.add_flag("--check", arguments.check, "Do everything but write");
   app.add_flag("--strict", arguments.strict, "Write nothing when there is a warning");
   auto* quiet = app.add_flag("-q,--quiet", arguments.quiet, "Say nothing but errors");

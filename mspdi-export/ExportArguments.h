@@ -12,6 +12,7 @@ struct ExportArguments {
   std::string currency;              ///< ISO 4217 code in capitals; empty when not given
   bool overwrite = false;            ///< replace the file that has the output's name
   bool keepDates = false;            ///< schedule every task by hand
+  bool page = false;                 ///< write a page that shows the file as well
   bool check = false;                ///< do everything but write
   bool strict = false;               ///< warnings count as failures
   bool quiet = false;                ///< only errors

@@ -8,7 +8,9 @@
 #include <optional>
 #include <set>
 
+#include "Page/PageFile.h"
 #include "Platform/System/Console.h"
+#include "Platform/System/Exceptions.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/ZipArchive.h"
 #include "mspdi-export/ProgressBar.h"
@@ -66,8 +68,8 @@ void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::C
 }
 
 /// @return whether standard output took the object.
-bool tellProgram(const std::string& bundle, const ExportResult& result, double seconds) {
-  const std::string line = jsonOf(bundle, result, seconds) + "\n";
+bool tellProgram(const std::string& bundle, const ExportResult& result, const std::string& page, double seconds) {
+  const std::string line = jsonOf(bundle, result, page, seconds) + "\n";
   const bool isTold = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
   if (!isTold) say("{}: standard output could not be written.", bundle);
   return isTold;
@@ -153,7 +155,8 @@ platform::ChildResult ExportCommand::exportAndTell(const Bundle& bundle, const s
   } else {
     result = exportFolder(bundle, unpacked ? unpacked->path() : folder, showsProgress);
   }
-  const bool isTold = tell(bundle, result, secondsSince(start));
+  const std::string page = writePage(result);
+  const bool isTold = tell(bundle, result, page, secondsSince(start));
   if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
   return {isTold ? 0 : 1, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
 }
@@ -169,6 +172,17 @@ platform::ChildResult ExportCommand::exportByChild(const Bundle& bundle, Progres
   const platform::DeferredEnd end;  // after the folder is removed
   const platform::TemporaryFolder folder;
   return exportIn(folder.path());
+}
+
+std::string ExportCommand::writePage(ExportResult& result) const {
+  if (!arguments_.page || result.status != ExportResult::Status::kWritten) return "";
+  try {
+    return page::writePageOf(result.path, page::pagePathOf(result.path), arguments_.overwrite);
+  } catch (const platform::Exception& exception) {
+    result.status = ExportResult::Status::kFailed;
+    result.reason = fmt::format("'{}' is written, but not its page: {}", result.path, exception.reason());
+    return "";
+  }
 }
 
 ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const {
@@ -199,12 +213,13 @@ void ExportCommand::tellFailure(const std::string& bundle, const std::string& re
   }
   ExportResult result;
   result.reason = reason;
-  static_cast<void>(tellProgram(bundle, result, 0.0));
+  static_cast<void>(tellProgram(bundle, result, "", 0.0));
 }
 
-bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, double seconds) const {
+bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
+                         double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
-  if (arguments_.json) return tellProgram(bundle.path, result, seconds);
+  if (arguments_.json) return tellProgram(bundle.path, result, page, seconds);
   if (!arguments_.quiet) {
     for (const std::string& warning : result.warnings) say("warning: {}", warning);
     if (!result.zoneSentence.empty()) say("{}", result.zoneSentence);
@@ -214,6 +229,7 @@ bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, doubl
     say("{}", remedyFor(result.reason));
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
+    if (!page.empty()) say("{} shows it", platform::lastPathComponent(page));
   }
   return true;
 }

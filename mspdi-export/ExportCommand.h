@@ -30,10 +30,14 @@ class ExportCommand {
   [[nodiscard]] platform::ChildResult exportByChild(const Bundle& bundle, ProgressBar& bar, bool showsProgress) const;
   /// @param folder the bundle itself, or what it was unpacked to.
   [[nodiscard]] ExportResult exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const;
+  /// Writes the page of the file that was written, when one is wanted; the bundle counts as failed when that fails.
+  /// @return the page's path; empty when there is none.
+  [[nodiscard]] std::string writePage(ExportResult& result) const;
   /// Says that there is nothing to export, or that a process ended before it could say so.
   void tellFailure(const std::string& bundle, const std::string& reason) const;
   /// @return whether standard output took it, if that is where it went.
-  [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, double seconds) const;
+  [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
+                          double seconds) const;
   /// @return how many bundles failed.
   [[nodiscard]] std::size_t exportAll(const std::vector<Bundle>& bundles) const;
 

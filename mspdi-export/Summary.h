@@ -11,4 +11,6 @@
 
 /// The same for programs, as one JSON object.
 /// @param bundle its path, or the argument that leads to none.
-[[nodiscard]] std::string jsonOf(const std::string& bundle, const ExportResult& result, double seconds);
+/// @param page path of the page that shows the file; empty when there is none, and not told then.
+[[nodiscard]] std::string jsonOf(const std::string& bundle, const ExportResult& result, const std::string& page,
+                                 double seconds);

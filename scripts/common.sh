@@ -9,6 +9,9 @@ PACKAGES=(build-essential cmake ninja-build libarchive-dev libcli11-dev libfmt-d
   libpugixml-dev libtomlplusplus-dev libxml2-dev tzdata)
 TEST_PACKAGES=(libxml2-utils parallel planner-data python3 xsltproc)
 
+# What some tests look at pages with; Ubuntu has no such package, and they are skipped there.
+BROWSER_PACKAGES=(chromium fonts-dejavu-core)
+
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then
     "$@"
@@ -30,6 +33,16 @@ ensure_packages() {
   echo "Installing ${missing[*]} ..." >&2
   as_root apt-get update -qq >&2
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# Installs those of the packages that the system offers, and names the others.
+ensure_offered_packages() {
+  local package
+  for package in "$@"; do
+    if [[ $(apt-cache policy "$package") != *"Candidate: "[0-9]* ]] || ! (ensure_packages "$package"); then
+      echo "No package $package here: tests that need it are skipped." >&2
+    fi
+  done
 }
 
 # Shows how far a command is when there is a terminal to show it on. Elsewhere it is quiet unless the command fails.

@@ -46,6 +46,8 @@ def packed(path, members):
 def prepare():
     bundle(pathlib.Path("Plan.kvdx"))
     bundle(pathlib.Path("-x.kvdx"))
+    bundle(pathlib.Path("Paged.kvdx"))
+    pathlib.Path("Paged.html").write_text("kept")
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
     bundle(pathlib.Path("Empty.kvdx"))
     bundle(pathlib.Path("Long.kvdx"), end="soon")
@@ -96,6 +98,10 @@ ROWS = [
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
+    (["--page", "Plan.kvdx"], 0, "Plan.html shows it", ["Plan.html", "Plan.xml"]),
+    (["--page", "--check", "Plan.kvdx"], 0, "!shows it", []),
+    (["--page", "Paged.kvdx"], 0, "Paged-1.html shows it", ["Paged-1.html", "Paged.xml"]),
+    (["--page", "--overwrite", "Paged.kvdx"], 0, "Paged.html shows it", ["Paged.xml"]),
     (["Plan.kvdx", "-o", "Doubtful.kvdx/P.xml"], 1, "inside of the bundle", []),
     (["P.kvdx", "--overwrite", "-o", "stored"], 1, "inside of the bundle", []),
     (["Plan.kvdx", "out/../Plan.kvdx", "-o", "out", "--overwrite"], 2, "two bundles would be written to '.*/out/Plan.xml'",
@@ -125,7 +131,7 @@ ROWS = [
 
 
 def files():
-    return {str(path) for path in pathlib.Path().rglob("*.xml")}
+    return {str(path) for path in pathlib.Path().rglob("*") if path.suffix in (".xml", ".html")}
 
 
 def options():
@@ -148,6 +154,9 @@ def judge_json(faults):
         faults.append(f"--json: {lines}")
     elif objects[0]["counts"]["tasks"] != 2 or len(objects[1]["warnings"]) < 2 or objects[2]["output"] is not None:
         faults.append(f"--json says other things: {lines}")
+    paged = json.loads(run(["--json", "--page", "Plan.kvdx"]).stdout)
+    if pathlib.Path(paged["page"]) != pathlib.Path("Plan.html").resolve():
+        faults.append(f"--json --page: {paged}")
 
 
 def judge_lack_of_memory(faults):

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What bash offers, for words typed in a folder of three bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
-for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform; do
+for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform mspdi-page; do
   # shellcheck disable=SC1090
   source "$1/share/bash-completion/completions/$command"
 done
@@ -34,3 +34,6 @@ offers 'Xtra' mspdi-export-all --output = X
 offers 'Plan.xml|An old plan|Xtra' mspdi-conform ''
 offers '--help' mspdi-conform -
 offers '' mspdi-conform Plan.xml copy.xml ''
+offers 'Plan.xml|An old plan|Xtra' mspdi-page ''
+offers 'An old plan|Xtra' mspdi-page Plan.xml ''
+offers '--help|--version' mspdi-page --

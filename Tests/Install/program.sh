@@ -9,6 +9,8 @@ tasks=$(grep -c '<task id' "$ROOT/Examples/Product Launch.kvdx/Current Plan.xml"
 expect_same "tasks of the example" "$tasks" "$(grep -c '<Task>' "$scratch/Product Launch.xml")"
 "$prefix/bin/mspdi-conform" "$scratch/Product Launch.xml" "$scratch/copy.xml"
 "$prefix/bin/mspdi-export" "$prefix/share/doc/mspdi-export/Examples/Product Launch.kvdx" -o "$scratch/sent.xml" 2>/dev/null
+"$prefix/bin/mspdi-page" "$scratch/sent.xml" 2>/dev/null
+expect_same "rows of the page" "$tasks" "$(grep -c '<tr data-l' "$scratch/sent.html")"
 for file in copy sent; do
   expect_same "numbered tasks of $file" "$tasks" "$(grep -c '<OutlineNumber>' "$scratch/$file.xml")"
 done

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "Conform/PlanFile.h"
+#include "Page/Rows.h"
+
+namespace page {
+
+/// What the anchors of tasks and resources begin with; their place in the file follows.
+inline constexpr std::string_view kTaskDetails = "t";
+inline constexpr std::string_view kResourceDetails = "r";
+
+/// Whether there are notes or custom fields.
+[[nodiscard]] bool hasDetails(const conform::FileTask& task);
+[[nodiscard]] bool hasDetails(const conform::FileResource& resource);
+
+/// The notes and custom fields of tasks, then those of resources, folded, one after the other.
+void writeDetails(const conform::PlanFile& plan, const Rows& rows, const std::function<void(std::string_view)>& sink);
+
+}  // namespace page

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "Conform/PlanFile.h"
+
+namespace page {
+
+/// Writes one HTML page that shows what a reader of the file sees: the plan as a chart with a table, the resources,
+/// the calendars, notes and custom fields. It needs nothing from elsewhere. Its parts that are no plan's are the files
+/// page.html, page.css and page.js.
+/// @param now on the plan's clock, for the line of today. @param sink takes the page in UTF-8, piece by piece.
+void writePage(const conform::PlanFile& plan, conform::CivilSeconds now,
+               const std::function<void(std::string_view)>& sink);
+
+}  // namespace page

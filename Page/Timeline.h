@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Conform/PlanFile.h"
+
+namespace page {
+
+/// Where the chart's moments lie: the stretch of time that holds the plan, and how wide a day is drawn. Dates before
+/// 1900 or after 2199 are placed at the chart's edges when there are others, so that one wrong date does not press all
+/// the rest together.
+class Timeline {
+ public:
+  /// @param today counts as the plan's date when it has none.
+  Timeline(const conform::PlanFile& plan, conform::CivilSeconds today);
+
+  /// Days from 1970-01-01, the last included.
+  [[nodiscard]] std::int64_t firstDay() const { return firstDay_; }
+  [[nodiscard]] std::int64_t lastDay() const { return lastDay_; }
+  [[nodiscard]] std::int64_t numberOfDays() const { return lastDay_ - firstDay_ + 1; }
+  [[nodiscard]] double dayWidth() const { return dayWidth_; }
+  [[nodiscard]] double width() const { return static_cast<double>(numberOfDays()) * dayWidth_; }
+  /// How many of the plan's dates lie outside of the chart.
+  [[nodiscard]] std::size_t datesOutside() const { return datesOutside_; }
+
+  /// The place of a moment in the chart's units, held at its edges.
+  [[nodiscard]] double xOf(conform::CivilSeconds moment) const;
+  [[nodiscard]] bool holds(conform::CivilSeconds moment) const;
+
+  /// A unit of the chart's head: days, weeks, months, quarters, years, or many years.
+  struct Unit {
+    std::string_view name;
+    double days;             ///< about how many
+    double smallestWidth;    ///< at which its labels still stand apart
+    std::string_view upper;  ///< the unit that stands above it; empty for none
+  };
+  struct Tick {
+    std::int64_t day;  ///< where the unit begins
+    std::string label;
+  };
+  /// The units that are not too many for this plan, from the finest.
+  [[nodiscard]] std::vector<Unit> units() const;
+  /// The finest unit whose labels stand apart.
+  [[nodiscard]] Unit bestUnit() const;
+  /// Every beginning of the unit within the chart, and that of the one that holds the chart's first day.
+  [[nodiscard]] std::vector<Tick> ticks(const Unit& unit) const;
+
+ private:
+  /// Lets the chart reach to today when that is not far outside.
+  void showIfNear(std::int64_t today);
+  void takeRange(const std::vector<conform::CivilSeconds>& dates, conform::CivilSeconds today);
+
+  int weekStartDay_;
+  std::int64_t firstDay_ = 0;
+  std::int64_t lastDay_ = 0;
+  double dayWidth_ = 1;
+  std::size_t datesOutside_ = 0;
+};
+
+}  // namespace page

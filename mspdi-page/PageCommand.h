@@ -1,0 +1,5 @@
+#pragma once
+
+/// The command mspdi-page: reads the command line, writes the page and says on standard error what became of it.
+/// @return the exit status: 0 when the page was written, 1 when it was not, 2 for a wrong use.
+[[nodiscard]] int runPageCommand(int argc, const char* const* argv);
