@@ -19,7 +19,19 @@ constexpr std::int64_t kSecondsPerMinute = 60;
 std::int64_t hoursOf(std::int64_t offset) { return offset / kSecondsPerHour; }
 std::int64_t minutesOf(std::int64_t offset) { return offset / kSecondsPerMinute % 60; }
 
+bool& offsetsAreAsMeant() {
+  static bool inTheProcess = false;
+  return inTheProcess;
+}
+
 }  // namespace
+
+void MSPCDateComponents::takeOffsetsAsMeant() { offsetsAreAsMeant() = true; }
+bool MSPCDateComponents::takesOffsetsAsMeant() { return offsetsAreAsMeant(); }
+
+std::int64_t MSPCDateComponents::offsetMinutes(bool isNegative, std::int64_t minutes) {
+  return isNegative && takesOffsetsAsMeant() ? -minutes : minutes;
+}
 
 MSPCDateComponents MSPCDateComponents::initWithNSDateComponents(const platform::DateComponents& components) {
   MSPCDateComponents record;
@@ -51,7 +63,7 @@ std::int64_t MSPCDateComponents::secondsOfTime(MSPCUnitFlags unitFlags) const {
 
 std::int64_t MSPCDateComponents::systemOffset(Instant when) {
   const TimeZone& zone = TimeZone::system();
-  if (!takesOffsetsAsMeant_ && zone.isDaylightSavingTime(when)) {
+  if (!takesOffsetsAsMeant() && zone.isDaylightSavingTime(when)) {
     // Seen from standard time, daylight-saving time is today's offset and its share, also where the zone had another
     // offset then.
     const Instant now = platform::Clock::now();

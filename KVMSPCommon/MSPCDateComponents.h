@@ -48,13 +48,11 @@ class MSPCDateComponents : public platform::DateComponents {
   /// From now on, offsets are what people mean by them. The exact file differs from that in two ways: of "-03:30" only
   /// the hours are negative, so that it reads as two hours and a half, and daylight-saving time is labelled with
   /// today's offset and its share, also for dates at which the zone had another offset.
-  static void takeOffsetsAsMeant(bool asMeant = true) { takesOffsetsAsMeant_ = asMeant; }
-  [[nodiscard]] static bool takesOffsetsAsMeant() { return takesOffsetsAsMeant_; }
+  static void takeOffsetsAsMeant();
+  [[nodiscard]] static bool takesOffsetsAsMeant();
 
   /// Minutes of an offset that a text gives with the sign in front of the hours.
-  [[nodiscard]] static std::int64_t offsetMinutes(bool isNegative, std::int64_t minutes) {
-    return isNegative && takesOffsetsAsMeant_ ? -minutes : minutes;
-  }
+  [[nodiscard]] static std::int64_t offsetMinutes(bool isNegative, std::int64_t minutes);
 
   /// The offset in seconds: 0 in UTC, else hours and minutes added as they stand.
   [[nodiscard]] std::int64_t secondsFromGMT() const;
@@ -90,6 +88,4 @@ class MSPCDateComponents : public platform::DateComponents {
   bool isUTC_ = true;
   std::int64_t timeZoneHour_ = 0;
   std::int64_t timeZoneMinute_ = 0;
-
-  static inline bool takesOffsetsAsMeant_ = false;
 };
