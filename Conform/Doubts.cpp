@@ -222,7 +222,7 @@ class Doubts {
   void checkTruth(std::string_view name, std::string_view text) {
     XQueryError error;
     static_cast<void>(boolFromString(text, &error));
-    if (error) warn("{} '{}' is neither true nor false, it counts as false", name, text);
+    if (error) warn("{} '{}' is neither true nor false, it counts as true", name, text);
   }
 
   /// What is copied into the file, where it has to be a number.

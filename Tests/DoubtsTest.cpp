@@ -48,7 +48,7 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
       {__LINE__, ofTask, "<static-cost>1</static-cost><static-cost>2</static-cost>",
        "task t1 'A': there is more than one static-cost, none counts"},
       {__LINE__, ofTask, "<splittable>perhaps</splittable>",
-       "task t1 'A': splittable 'perhaps' is neither true nor false, it counts as false"},
+       "task t1 'A': splittable 'perhaps' is neither true nor false, it counts as true"},
       {__LINE__, ofTask, "<end-date>2026-02-30T08:30:00+01:00</end-date>",
        "task t1 'A': end-date '2026-02-30T08:30:00+01:00' is in no calendar, 2026-03-02T08:30:00 is written"},
       {__LINE__, ofTask, "<type>phase</type>", "task t1 'A': type 'phase' is unknown, it is a task"},
