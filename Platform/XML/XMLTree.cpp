@@ -19,14 +19,6 @@
 namespace xml {
 namespace {
 
-// Nearly all blanks of a plan part elements, and nobody asks for them. As nodes they would be a third of the memory of
-// an export and a twelfth of its instructions, so they are left out and looked up in the source when an element is
-// asked for its text that has other nodes in it. For that to be seen, comments are nodes, too.
-constexpr unsigned kKeepBlanks =
-    pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi;
-/// An element's only text is kept even when it is blank.
-constexpr unsigned kLeaveOutBlanks = (kKeepBlanks & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single;
-
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
 
 /// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
@@ -64,25 +56,6 @@ std::string markupOf(pugi::xml_attribute attribute) {
   // <a name="value"/>, with or without a blank before the slash
   text = text.substr(3, text.rfind('"') - 2);
   return text;
-}
-
-bool isText(pugi::xml_node node) {
-  return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
-/// The texts that are nodes; an element's first text is stored in the element.
-std::string joinedTexts(pugi::xml_node top) {
-  std::string texts;
-  for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
-    if (isText(node)) texts += node.value();
-  }
-  return texts;
-}
-
-/// The first node behind the element and all that is in it.
-pugi::xml_node nextBehind(pugi::xml_node element) {
-  while (element && !element.next_sibling()) element = element.parent();
-  return element.next_sibling();
 }
 
 MendedText mendedTextOf(std::string_view bytes) {
@@ -194,7 +167,7 @@ Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
   if (!isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType) return readMended(bytes);
   auto document = std::make_unique<Document>();
-  if (document->tree_->load(std::move(bytes), kLeaveOutBlanks)) {
+  if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
     return asRead(std::move(document), false);
   }
@@ -218,41 +191,16 @@ Reading Document::readMended(std::string_view bytes) {
   const MendedText mended = mendedTextOf(bytes);
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
   auto document = std::make_unique<Document>();
-  const auto result = document->tree_->load(mended.text, kKeepBlanks);
+  const auto result = document->tree_->load(mended.text, Tree::kKeepBlanks);
   if (result) return asRead(std::move(document), mended.isGuessed);
   auto text = repaired(mended.text);
-  if (text && document->tree_->load(std::move(*text), kKeepBlanks)) return asRead(std::move(document), true);
+  if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) return asRead(std::move(document), true);
   return {nullptr, false, problemOf(result, mended.text)};
 }
 
 std::unique_ptr<Document> Document::parse(std::string bytes) {
   Reading reading = read(std::move(bytes));
   return reading.isGuessed ? nullptr : std::move(reading.document);
-}
-
-pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) {
-  bytes = std::move(text);
-  const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
-  root = document.document_element();
-  return result;
-}
-
-const std::string& Document::Tree::wholeText(pugi::xml_node top) {
-  const auto [position, isNew] = wholeTexts.try_emplace(top.internal_object());
-  if (isNew) position->second = again ? textWithBlanks(top) : joinedTexts(top);
-  return position->second;
-}
-
-std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
-  if (source.empty()) source = again();
-  if (source.size() != bytes.size()) return joinedTexts(top);  // another program has changed the file meanwhile
-  const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
-  const pugi::xml_node next = nextBehind(top);
-  const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
-  // Parsing ends at what stands behind the element, so that the result is an error.
-  pugi::xml_document part;
-  part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
-  return joinedTexts(part.first_child());
 }
 
 std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const {
@@ -273,7 +221,7 @@ std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const
   }
   text += "</r>";
   auto document = std::make_unique<Document>();
-  return document->tree_->load(std::move(text), kKeepBlanks) ? std::move(document) : nullptr;
+  return document->tree_->load(std::move(text), Tree::kKeepBlanks) ? std::move(document) : nullptr;
 }
 
 Node Document::root() const {
