@@ -1,6 +1,7 @@
 // Times whole runs of the exporter over generated bundles and prints the tables of docs/performance.md. Usage:
-// MSPDIBench EXPORTER FLOOR SEND CONFORM FOLDER   (the folder receives bundles and results; SEND and CONFORM are
-// mspdi-export and mspdi-conform)
+// MSPDIBench EXPORTER FLOOR SEND CONFORM FOLDER [BEFORE BEFORE_SEND]
+// The folder receives bundles and results; SEND and CONFORM are mspdi-export and mspdi-conform, BEFORE and BEFORE_SEND
+// an older exporter and mspdi-export to compare with.
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -9,10 +10,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,11 +26,14 @@ namespace {
 
 constexpr int kRuns = 5;
 constexpr int kShortRuns = 25;
+constexpr std::size_t kManyTasks = 1000;
+constexpr std::array<std::size_t, 3> kTasks = {500, 10'000, 100'000};
 
 struct Usage {
-  double cpu = 0;     ///< seconds
+  double cpu = 0;     ///< seconds; of the floor, without the start of its process
   double wall = 0;    ///< seconds
   double memory = 0;  ///< peak, bytes
+  double start = 0;   ///< of the floor: CPU seconds of the process before it begins
 };
 
 double seconds(const timeval &time) {
@@ -66,7 +71,9 @@ Usage measuredFloor(const std::string &program, const std::string &result, const
   const std::string command = fmt::format("'{}' '{}' '{}' '{}'", program, result, out, fmt::join(inputs, "' '"));
   Usage usage;
   FILE *pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr || std::fscanf(pipe, "%lf %lf", &usage.cpu, &usage.wall) != 2) std::exit(1);
+  if (pipe == nullptr || std::fscanf(pipe, "%lf %lf %lf", &usage.cpu, &usage.wall, &usage.start) != 3) {
+    std::exit(1);
+  }
   pclose(pipe);
   return usage;
 }
@@ -78,7 +85,7 @@ Usage median(std::vector<Usage> runs) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
   };
-  return {middle(&Usage::cpu), middle(&Usage::wall), middle(&Usage::memory)};
+  return {middle(&Usage::cpu), middle(&Usage::wall), middle(&Usage::memory), middle(&Usage::start)};
 }
 
 double sizeOf(const std::vector<std::string> &files) {
@@ -87,22 +94,38 @@ double sizeOf(const std::vector<std::string> &files) {
   return size;
 }
 
-struct Programs {
+/// The programs that are measured, of one version.
+struct Version {
   std::string exporter;
-  std::string floor;
-  std::string send;
+  std::string send;  ///< mspdi-export
+};
+
+struct Programs {
+  std::vector<Version> versions;  ///< today's, then perhaps an older one
   std::string conform;
+  std::string floor;
+};
+
+/// What one version took for one plan.
+struct Times {
+  Usage exporter;
+  Usage send;
+  double bytesSent = 0;
 };
 
 struct Plan {
-  Usage exporter;
-  Usage send;     ///< mspdi-export
-  Usage conform;  ///< mspdi-conform, of what the exporter wrote
+  std::vector<Times> versions;
+  Usage conform;  ///< of what the exporter wrote
   Usage floor;
   Usage xmllint;
   double bytesIn = 0;
   double bytesOut = 0;
-  double bytesSent = 0;
+};
+
+/// Runs of one version.
+struct Runs {
+  std::vector<Usage> exporter;
+  std::vector<Usage> send;
 };
 
 Plan timePlan(const Programs &programs, const std::string &folder, std::size_t tasks) {
@@ -110,93 +133,162 @@ Plan timePlan(const Programs &programs, const std::string &folder, std::size_t t
   const std::string result = fmt::format("{}/{}.xml", folder, tasks);
   const std::string out = folder + "/out.xml";
   const std::vector<std::string> inputs = {bundle + "/__TOC.xml", bundle + "/Current.xml", bundle + "/Approved.xml"};
+  const auto anew = [&out](const std::vector<std::string> &command) {
+    fs::remove(out);
+    return measured(command);
+  };
   writeGeneratedBundle(bundle, tasks);
   fs::remove(result);
-  measured({programs.exporter, bundle, result});
+  measured({programs.versions[0].exporter, bundle, result});
 
-  std::vector<Usage> exporterRuns;
-  std::vector<Usage> sendRuns;
+  Plan plan;
+  plan.versions.resize(programs.versions.size());
+  std::vector<Runs> runs(programs.versions.size());
   std::vector<Usage> conformRuns;
   std::vector<Usage> floorRuns;
   std::vector<Usage> xmllintRuns;
-  double bytesSent = 0;
-  for (int run = 0; run < kRuns; ++run) {
-    fs::remove(out);
-    exporterRuns.push_back(measured({programs.exporter, bundle, out}));
-    fs::remove(out);
-    sendRuns.push_back(measured({programs.send, bundle, "-o", out}));
-    bytesSent = sizeOf({out});
-    fs::remove(out);
-    conformRuns.push_back(measured({programs.conform, result, out}));
+  for (int run = 0; run < (tasks < kManyTasks ? kShortRuns : kRuns); ++run) {
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+      runs[i].exporter.push_back(anew({programs.versions[i].exporter, bundle, out}));
+      runs[i].send.push_back(anew({programs.versions[i].send, "-q", bundle, "-o", out}));
+      plan.versions[i].bytesSent = sizeOf({out});
+    }
+    conformRuns.push_back(anew({programs.conform, result, out}));
     fs::remove(out);
     floorRuns.push_back(measuredFloor(programs.floor, result, out, inputs));
     xmllintRuns.push_back(measured({"xmllint", "--format", result}));
   }
-  return {median(exporterRuns), median(sendRuns), median(conformRuns), median(floorRuns),
-          median(xmllintRuns),  sizeOf(inputs),   sizeOf({result}),    bytesSent};
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    plan.versions[i].exporter = median(runs[i].exporter);
+    plan.versions[i].send = median(runs[i].send);
+  }
+  plan.conform = median(conformRuns);
+  plan.floor = median(floorRuns);
+  plan.xmllint = median(xmllintRuns);
+  plan.bytesIn = sizeOf(inputs);
+  plan.bytesOut = sizeOf({result});
+  return plan;
 }
 
-void printRow(const char *what, double value, double limit) {
-  fmt::print("| {} | {:.2f} | {:.1f} | {} |\n", what, value, limit, value <= limit ? "yes" : "NO");
+/// The smallest bundle, in milliseconds.
+struct Smallest {
+  std::vector<double> exporters;
+  double xmllint = 0;
+};
+
+Smallest timeSmallest(const Programs &programs, const std::string &folder) {
+  const std::string bundle = folder + "/smallest.kvdx";
+  const std::string out = folder + "/out.xml";
+  writeSmallestBundle(bundle);
+  std::vector<std::vector<Usage>> exporterRuns(programs.versions.size());
+  std::vector<Usage> xmllintRuns;
+  for (int run = 0; run < kShortRuns; ++run) {
+    for (std::size_t i = 0; i < exporterRuns.size(); ++i) {
+      fs::remove(out);
+      exporterRuns[i].push_back(measured({programs.versions[i].exporter, bundle, out}));
+    }
+    xmllintRuns.push_back(measured({"xmllint", "--noout", bundle + "/Current.xml"}));
+  }
+  Smallest smallest;
+  for (const auto &runs : exporterRuns) smallest.exporters.push_back(median(runs).wall * 1e3);
+  smallest.xmllint = median(xmllintRuns).wall * 1e3;
+  return smallest;
+}
+
+/// A row of the table: what it is, its value for a version, and the most that it may be.
+struct Row {
+  const char *what;
+  std::function<double(std::size_t version)> value;
+  double limit;
+};
+
+void printRows(const std::vector<Row> &rows, bool hasBefore) {
+  fmt::print("\n| what | {}measured | at most | holds |\n|---|{}---|---|---|\n", hasBefore ? "before | " : "",
+             hasBefore ? "---|" : "");
+  for (const Row &row : rows) {
+    const double value = row.value(0);
+    const std::string before = hasBefore ? fmt::format("{:.2f} | ", row.value(1)) : "";
+    fmt::print("| {} | {}{:.2f} | {:.1f} | {} |\n", row.what, before, value, row.limit,
+               value <= row.limit ? "yes" : "NO");
+  }
+}
+
+void printPlans(const std::vector<Plan> &plans) {
+  fmt::print(
+      "| tasks | CPU s | wall s | peak MB | MB in | MB out | CPU / floor | wall / floor | CPU / xmllint |\n"
+      "|---|---|---|---|---|---|---|---|---|\n");
+  for (std::size_t i = 0; i < plans.size(); ++i) {
+    const Plan &plan = plans[i];
+    const Usage &exporter = plan.versions[0].exporter;
+    fmt::print("| {} | {:.3f} | {:.3f} | {:.1f} | {:.1f} | {:.1f} | {:.2f} | {:.2f} | {:.2f} |\n", kTasks[i],
+               exporter.cpu, exporter.wall, exporter.memory / 1e6, plan.bytesIn / 1e6, plan.bytesOut / 1e6,
+               exporter.cpu / plan.floor.cpu, exporter.wall / plan.floor.wall, exporter.cpu / plan.xmllint.cpu);
+  }
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-  if (argc != 6) return 2;
-  const Programs programs = {argv[1], argv[2], argv[3], argv[4]};
+  if (argc != 6 && argc != 8) return 2;
+  Programs programs = {{{argv[1], argv[3]}}, argv[4], argv[2]};
+  const bool hasBefore = argc == 8;
+  if (hasBefore) programs.versions.push_back({argv[6], argv[7]});
   const std::string folder = argv[5];
   fs::create_directories(folder);
 
-  fmt::print(
-      "| tasks | CPU s | wall s | peak MB | MB in | MB out | CPU / "
-      "floor | wall / floor | CPU / xmllint |\n"
-      "|---|---|---|---|---|---|---|---|---|\n");
   std::vector<Plan> plans;
-  for (const std::size_t tasks : {500U, 10'000U, 100'000U}) {
-    const Plan &plan = plans.emplace_back(timePlan(programs, folder, tasks));
-    fmt::print(
-        "| {} | {:.3f} | {:.3f} | {:.1f} | {:.1f} | {:.1f} | {:.2f} | "
-        "{:.2f} | {:.2f} |\n",
-        tasks, plan.exporter.cpu, plan.exporter.wall, plan.exporter.memory / 1e6, plan.bytesIn / 1e6,
-        plan.bytesOut / 1e6, plan.exporter.cpu / plan.floor.cpu, plan.exporter.wall / plan.floor.wall,
-        plan.exporter.cpu / plan.xmllint.cpu);
-    std::fflush(stdout);
-  }
-
-  const std::string smallest = folder + "/smallest.kvdx";
-  const std::string out = folder + "/out.xml";
-  writeSmallestBundle(smallest);
-  std::vector<Usage> exporterRuns;
-  std::vector<Usage> xmllintRuns;
-  for (int run = 0; run < kShortRuns; ++run) {
-    fs::remove(out);
-    exporterRuns.push_back(measured({programs.exporter, smallest, out}));
-    xmllintRuns.push_back(measured({"xmllint", "--noout", smallest + "/Current.xml"}));
-  }
-  const Usage smallestExport = median(exporterRuns);
-  const Usage smallestXmllint = median(xmllintRuns);
-  fmt::print("\nSmallest bundle: exporter {:.2f} ms, xmllint --noout {:.2f} ms.\n", smallestExport.wall * 1e3,
-             smallestXmllint.wall * 1e3);
+  for (const std::size_t tasks : kTasks) plans.push_back(timePlan(programs, folder, tasks));
+  const Smallest smallest = timeSmallest(programs, folder);
+  printPlans(plans);
+  fmt::print("\nSmallest bundle: exporter {:.2f} ms, xmllint --noout {:.2f} ms.\n", smallest.exporters[0],
+             smallest.xmllint);
 
   const Plan &small = plans[0];
   const Plan &middle = plans[1];
   const Plan &large = plans[2];
-  fmt::print("\n| what | measured | at most | holds |\n|---|---|---|---|\n");
-  printRow("CPU, exporter / floor, 100,000 tasks", large.exporter.cpu / large.floor.cpu, 2.0);
-  printRow("CPU, exporter / xmllint --format, 10,000 tasks", middle.exporter.cpu / middle.xmllint.cpu, 0.8);
-  printRow("CPU, exporter / xmllint --format, 100,000 tasks", large.exporter.cpu / large.xmllint.cpu, 0.8);
-  printRow("growth of CPU, 10,000 to 100,000 tasks", large.exporter.cpu / middle.exporter.cpu, 10.5);
-  printRow("growth of memory, 10,000 to 100,000 tasks", large.exporter.memory / middle.exporter.memory, 10.5);
-  printRow("peak memory / (bytes in + out), 100,000 tasks", large.exporter.memory / (large.bytesIn + large.bytesOut),
-           4.0);
-  printRow("smallest bundle, wall, exporter / xmllint --noout", smallestExport.wall / smallestXmllint.wall, 3.0);
-  printRow("500 tasks, wall, exporter / floor", small.exporter.wall / small.floor.wall, 2.0);
-  printRow("CPU, mspdi-export / exporter, 10,000 tasks", middle.send.cpu / middle.exporter.cpu, 2.5);
-  printRow("CPU, mspdi-export / exporter, 100,000 tasks", large.send.cpu / large.exporter.cpu, 2.5);
-  printRow("growth of CPU of mspdi-export, 10,000 to 100,000 tasks", large.send.cpu / middle.send.cpu, 10.5);
-  printRow("peak memory of mspdi-export / (bytes in + sent), 100,000 tasks",
-           large.send.memory / (large.bytesIn + large.bytesSent), 4.0);
-  printRow("CPU, mspdi-conform / exporter, 10,000 tasks", middle.conform.cpu / middle.exporter.cpu, 1.5);
-  printRow("CPU, mspdi-conform / exporter, 100,000 tasks", large.conform.cpu / large.exporter.cpu, 1.5);
+  const auto overFloor = [](const Plan &plan) {
+    return [&plan](std::size_t i) { return plan.versions[i].exporter.cpu / plan.floor.cpu; };
+  };
+  const auto overXmllint = [](const Plan &plan) {
+    return [&plan](std::size_t i) { return plan.versions[i].exporter.cpu / plan.xmllint.cpu; };
+  };
+  const auto sendOverExporter = [](const Plan &plan) {
+    return [&plan](std::size_t i) { return plan.versions[i].send.cpu / plan.versions[i].exporter.cpu; };
+  };
+  const auto conformOverExporter = [](const Plan &plan) {
+    return [&plan](std::size_t i) { return plan.conform.cpu / plan.versions[i].exporter.cpu; };
+  };
+  printRows(
+      {
+          {"CPU, exporter / floor, 100,000 tasks", overFloor(large), 1.5},
+          {"CPU, exporter / floor, 10,000 tasks", overFloor(middle), 1.5},
+          {"CPU, exporter / floor, 500 tasks, a process each",
+           [&](std::size_t i) { return small.versions[i].exporter.cpu / (small.floor.cpu + small.floor.start); }, 1.6},
+          {"growth of CPU, 10,000 to 100,000 tasks",
+           [&](std::size_t i) { return large.versions[i].exporter.cpu / middle.versions[i].exporter.cpu; }, 10.2},
+          {"growth of memory, 10,000 to 100,000 tasks",
+           [&](std::size_t i) { return large.versions[i].exporter.memory / middle.versions[i].exporter.memory; }, 10.5},
+          {"peak memory / (bytes in + out), 100,000 tasks",
+           [&](std::size_t i) { return large.versions[i].exporter.memory / (large.bytesIn + large.bytesOut); }, 1.3},
+          {"CPU, exporter / xmllint --format, 10,000 tasks", overXmllint(middle), 0.5},
+          {"CPU, exporter / xmllint --format, 100,000 tasks", overXmllint(large), 0.5},
+          {"smallest bundle, wall, exporter / xmllint --noout",
+           [&](std::size_t i) { return smallest.exporters[i] / smallest.xmllint; }, 3.0},
+          {"CPU, mspdi-export / exporter, 10,000 tasks", sendOverExporter(middle), 2.0},
+          {"CPU, mspdi-export / exporter, 100,000 tasks", sendOverExporter(large), 2.0},
+          {"growth of CPU of mspdi-export, 10,000 to 100,000 tasks",
+           [&](std::size_t i) { return large.versions[i].send.cpu / middle.versions[i].send.cpu; }, 10.5},
+          {"peak memory of mspdi-export / (bytes in + sent), 100,000 tasks",
+           [&](std::size_t i) { return large.versions[i].send.memory / (large.bytesIn + large.versions[i].bytesSent); },
+           4.0},
+          {"CPU, mspdi-conform / exporter, 10,000 tasks", conformOverExporter(middle), 1.5},
+          {"CPU, mspdi-conform / exporter, 100,000 tasks", conformOverExporter(large), 1.5},
+      },
+      hasBefore);
+  if (!hasBefore) return 0;
+  fmt::print("\n| CPU s, exporter | before | now |\n|---|---|---|\n");
+  for (std::size_t i = 0; i < plans.size(); ++i) {
+    fmt::print("| {} tasks | {:.4f} | {:.4f} |\n", kTasks[i], plans[i].versions[1].exporter.cpu,
+               plans[i].versions[0].exporter.cpu);
+  }
 }

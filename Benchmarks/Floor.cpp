@@ -1,6 +1,7 @@
 // The least that any exporter must do, with the same XML library: read the bundle's documents and write the finished
 // output. The output is loaded beforehand from the exporter's own result; that load is not counted. Usage: MSPDIFloor
-// RESULT.xml OUT.xml INPUT.xml...   Prints "cpu wall" in seconds.
+// RESULT.xml OUT.xml INPUT.xml...   Prints "cpu wall start" in seconds; start is the CPU time of the process before
+// main.
 
 #include <sys/resource.h>
 
@@ -23,6 +24,7 @@ double cpuSeconds() {
 
 int main(int argc, char **argv) {
   if (argc < 4) return 2;
+  const double start = cpuSeconds();
   pugi::xml_document result;
   if (!result.load_file(argv[1])) return 1;
   const double cpuBefore = cpuSeconds();
@@ -33,5 +35,5 @@ int main(int argc, char **argv) {
   }
   if (!result.save_file(argv[2], "  ")) return 1;
   const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - wallBefore;
-  std::printf("%f %f\n", cpuSeconds() - cpuBefore, wall.count());
+  std::printf("%f %f %f\n", cpuSeconds() - cpuBefore, wall.count(), start);
 }

@@ -16,6 +16,7 @@
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/Time/GregorianCalendar.h"
 
 namespace conform {
 namespace {
@@ -25,15 +26,19 @@ using platform::shortened;
 
 enum class Kind : std::uint8_t {
   kText,
-  kDate,   ///< with "Z" or an offset
-  kNumber  ///< read as far as it goes
+  kDate,    ///< with "Z" or an offset
+  kNumber,  ///< read as far as it goes
+  kTruth
 };
 
 /// A child that counts once.
 struct Field {
   std::string_view name;
   Kind kind;
+  std::string_view whenTwice = "the last one counts";
 };
+
+constexpr std::string_view kNoneCounts = "none counts";
 
 constexpr Field kScenarioFields[] = {
     {"start-date", Kind::kDate}, {"end-date", Kind::kDate}, {"top-resource", Kind::kText}, {"top-task", Kind::kText}};
@@ -50,8 +55,8 @@ constexpr Field kTaskFields[] = {
     {"completion-percentage", Kind::kNumber},
     {"recalculate", Kind::kText},
     {"schedule-type", Kind::kText},
-    {"static-cost", Kind::kNumber},
-    {"splittable", Kind::kText},
+    {"static-cost", Kind::kNumber, kNoneCounts},
+    {"splittable", Kind::kTruth, kNoneCounts},
     {"leveled-start", Kind::kDate},
     {"locked-start-date", Kind::kDate},
     {"locked-end-date", Kind::kDate},
@@ -62,9 +67,15 @@ constexpr Field kTaskFields[] = {
 };
 
 constexpr Field kResourceFields[] = {
-    {"name", Kind::kText},          {"type", Kind::kText},           {"units-available", Kind::kNumber},
-    {"efficiency", Kind::kNumber},  {"cost-per-use", Kind::kNumber}, {"cost-per-hour", Kind::kNumber},
-    {"email-address", Kind::kText}, {"schedule", Kind::kText},       {"note", Kind::kText},
+    {"name", Kind::kText},
+    {"type", Kind::kText},
+    {"units-available", Kind::kNumber, kNoneCounts},
+    {"efficiency", Kind::kNumber, kNoneCounts},
+    {"cost-per-use", Kind::kNumber},
+    {"cost-per-hour", Kind::kNumber},
+    {"email-address", Kind::kText},
+    {"schedule", Kind::kText},
+    {"note", Kind::kText},
     {"user-data", Kind::kText},
 };
 
@@ -150,8 +161,9 @@ class Doubts {
       XQueryError error;
       const xml::Node found = singleObjectForXQuery(object, xml::Query(field.name), &error);
       if (!found) continue;
-      if (error) warn("there is more than one {}, the last one counts", field.name);
+      if (error) warn("there is more than one {}, {}", field.name, field.whenTwice);
       if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue());
+      if (field.kind == Kind::kTruth) checkTruth(field.name, found.stringValue());
       // Rates are copied as they are.
       if (field.kind == Kind::kNumber && field.name != "cost-per-hour") {
         checkNumber(field.name, found.stringValue());
@@ -163,12 +175,21 @@ class Doubts {
     MSPCDateComponents record;
     const auto flags = scanUsualDateTime(record, text);
     constexpr MSPCUnitFlags kTime = kMSPCHour;
-    if (flags && (*flags & kMSPCTimeZoneUnits) != 0) return;
-    if (flags && (*flags & kTime) != 0) {
+    if (flags && (*flags & kMSPCTimeZoneUnits) != 0) {
+      if (!isInCalendar(record)) {
+        warn("{} '{}' is in no calendar, {} is written", name, text, orEmpty(MSPIUtilities::kvdxToMspdiDateTime(text)));
+      }
+    } else if (flags && (*flags & kTime) != 0) {
       warn("{} '{}' has no offset, UTC is taken", name, text);
     } else {
       tellReading(name, text, MSPIUtilities::kvdxToMspdiDateTime(text));
     }
+  }
+
+  /// Other dates, such as 30 February, roll over.
+  static bool isInCalendar(const MSPCDateComponents& record) {
+    using platform::GregorianCalendar;
+    return GregorianCalendar::civilFromSeconds(GregorianCalendar::secondsFromCivil(record.civil())) == record.civil();
   }
 
   /// Events may be wall-clock times.
@@ -196,6 +217,12 @@ class Doubts {
     } else if (!platform::trimmed(text.substr(number->length)).empty()) {
       warn("{} '{}' is read as far as it is a number: {}", name, text, number->value);
     }
+  }
+
+  void checkTruth(std::string_view name, std::string_view text) {
+    XQueryError error;
+    static_cast<void>(boolFromString(text, &error));
+    if (error) warn("{} '{}' is neither true nor false, it counts as true", name, text);
   }
 
   /// What is copied into the file, where it has to be a number.
