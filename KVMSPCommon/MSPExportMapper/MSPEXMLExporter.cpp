@@ -190,7 +190,7 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
 MSPEXMLExporter::Mapped MSPEXMLExporter::map(Contents contents, const xml::Sink& sink) const {
   auto context =
       std::make_unique<MSPEMapper>(contents.plan, contents.tableOfContents, contents.baselines, nullptr, info_);
-  context->setSink(sink);
+  if (sink) context->setSink(sink);
   context->map();
   return {std::move(contents), std::move(context)};
 }
