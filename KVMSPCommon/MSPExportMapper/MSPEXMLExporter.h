@@ -55,7 +55,7 @@ class MSPEXMLExporter {
   /// Maps the contents as exportKVDXBundle() does. The exporter must outlive the result. Its context has no document
   /// when there is nothing to export.
   /// @param sink gets the beginning of a large document while it is made, and must outlive the result; serialize()
-  /// passes on the rest.
+  /// passes on the rest. An empty one gets nothing.
   /// @throws platform::Exception what the mappers raise.
   [[nodiscard]] Mapped map(Contents contents, const xml::Sink& sink) const;
 
