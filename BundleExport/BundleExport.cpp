@@ -35,10 +35,12 @@ class LogHook {
   LogHook& operator=(const LogHook&) = delete;
 };
 
-/// Of a date that something else than a time follows the exporter says nothing.
+/// Without the name of the operation that raised it. Of a date that something else than a time follows the exporter says
+/// nothing.
 std::string reasonOf(const platform::Exception& exception) {
   std::string reason =
       exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
+  if (reason.starts_with("MSPEXMLExporter.")) reason.erase(0, reason.find(": ") + 2);
   if (reason.ends_with('.')) reason.pop_back();
   return reason;
 }
