@@ -18,7 +18,8 @@
 
 namespace {
 
-/// While it lives, the exporter's log goes to the request's sink. What it warns of the bundle's documents is kept.
+/// While this object lives, the exporter's log goes to the request's sink, and its warnings about the bundle's
+/// documents are collected.
 class LogHook {
  public:
   LogHook(const std::function<void(std::string_view)>& log, std::vector<std::string>& warnings) {
@@ -35,7 +36,7 @@ class LogHook {
   LogHook& operator=(const LogHook&) = delete;
 };
 
-/// Of a date that something else than a time follows the exporter says nothing.
+/// For a date followed by something other than a time, the exporter raises an empty message.
 std::string reasonOf(const platform::Exception& exception) {
   std::string reason =
       exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
@@ -51,7 +52,7 @@ std::size_t linksOf(const conform::Copy& copy) {
   return links;
 }
 
-/// One bundle on its way to its file.
+/// The export of one bundle.
 class BundleExport {
  public:
   BundleExport(const ExportRequest& request, ExportResult& result) : request_(request), result_(result) {}
@@ -59,7 +60,7 @@ class BundleExport {
   void run();
 
  private:
-  /// The exact document's bytes, and what of the bundle the corrections need.
+  /// The exact document's bytes, and the parts of the bundle that the corrections need.
   struct Exported {
     MSPEXMLExporter::DocumentPointer plan;
     MSPEXMLExporter::DocumentPointer tableOfContents;
@@ -76,7 +77,7 @@ class BundleExport {
 
 void BundleExport::run() {
   result_.path = outputPath(request_.bundle, request_.defaultFolder, request_.baseName, request_.output);
-  // What the export took is given back here, before the document is taken apart.
+  // The memory of the export is freed before the document is parsed.
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
   conform::Copy copy(std::move(exported.bytes), &plan, {request_.baseName, request_.currency, request_.keepDates});
@@ -107,7 +108,8 @@ BundleExport::Exported BundleExport::exportInMemory() {
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) conform::fail("its front window shows no plan");
   document->serialize(sink);
-  // The tree that is corrected takes several times as much: without this, a few bytes of a plan ask for 11 GB.
+  // The tree to be corrected takes several times as much memory as the bytes. Without this, a few bytes of a plan could
+  // make it take 11 GB.
   platform::Budget::spend(bytes.size());
   return {mapped.contents.plan, mapped.contents.tableOfContents, std::move(bytes)};
 }
