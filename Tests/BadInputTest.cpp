@@ -233,20 +233,20 @@ TEST(BadInput, PlansWithoutBounds) {
   std::string nested;
   for (int i = 0; i < 10000; ++i)
     nested += fmt::format("<event start='{}-01-01T09:00:00' end='{}-01-01T10:00:00'/>", 12000 - i, 12000 + i);
-  const std::string nest = e("schedule", "<calendar name='O' overtime='true'>" + nested + "</calendar>");
+  const std::string nest = tag("schedule", "<calendar name='O' overtime='true'>" + nested + "</calendar>");
   const std::string overlap = "Calendar events overlap too much: more than 1000000 working times in exceptions of ";
   expectAll({
       {__LINE__, scenario(linked("t1", "t2") + linked("t2", "t1")), ""},
-      {__LINE__, scenario(resource("r1", "Staff", e("name", "R") + nest)), failed(overlap + "calendar 'O'.")},
+      {__LINE__, scenario(resource("r1", "Staff", tag("name", "R") + nest)), failed(overlap + "calendar 'O'.")},
   });
 }
 
 /// What took minutes, for ever, or more stack than there is.
 TEST(BadInput, PlansThatAskForMuchWork) {
-  std::string deep = task("t1", e("type", "group") + children("task", {"t1001"})) + group("r1", "", {"r1001"});
+  std::string deep = task("t1", tag("type", "group") + children("task", {"t1001"})) + group("r1", "", {"r1001"});
   for (int level = 1001; level < 1990; ++level) {
     const std::string next = std::to_string(level + 1);
-    deep += task(fmt::format("t{}", level), e("type", "group") + children("task", {"t" + next}));
+    deep += task(fmt::format("t{}", level), tag("type", "group") + children("task", {"t" + next}));
     deep += group(fmt::format("r{}", level), "", {"r" + next});
   }
   std::string members, attributes, references;
@@ -267,11 +267,11 @@ TEST(BadInput, PlansThatAskForMuchWork) {
   }
   expectAll(
       {{__LINE__,
-        scenario(group("r1", e("schedule", centuries), {}) + group("r2", "", std::vector<std::string>(100, "r1"))),
+        scenario(group("r1", tag("schedule", centuries), {}) + group("r2", "", std::vector<std::string>(100, "r1"))),
         failed("The export grew too large: 4 KB of documents allow for 259 MB. Look in the plan for what is far "
                "too long or repeated far too often: names, schedules, spans of time.")}});
   const std::string blanks(500'000, ' ');
-  const std::string currency = e("currency-format", "$" + blanks + "x5.00");
+  const std::string currency = tag("currency-format", "$" + blanks + "x5.00");
   Place(plan(""), std::regex_replace(listing("Plan.xml"), std::regex("<project>"), "<project>" + currency))
       .expect(0, "", "<CurrencyDigits>2<");
 }
@@ -279,21 +279,21 @@ TEST(BadInput, PlansThatAskForMuchWork) {
 TEST(BadInput, NumbersAndDatesWithoutBounds) {
   const std::string nines(20, '9');
   const auto timed = [](const std::string& duration, const std::string& rest = "") {
-    return scenario("<task id='t1'>" + e("start-date", "2026-05-04") + e("end-date", "2026-05-05") +
-                    e("duration", duration) + rest + "</task>" + resource("r1", "Staff"));
+    return scenario("<task id='t1'>" + tag("start-date", "2026-05-04") + tag("end-date", "2026-05-05") +
+                    tag("duration", duration) + rest + "</task>" + resource("r1", "Staff"));
   };
   const auto lag = [&timed](const std::string& text) {
-    return timed("1", "<prerequisite-task idref='t1'>" + e("lead-time", text) + "</prerequisite-task>");
+    return timed("1", "<prerequisite-task idref='t1'>" + tag("lead-time", text) + "</prerequisite-task>");
   };
   const auto dated = [](const std::string& start, const char* end) { return task("t1", "", start.c_str(), end); };
   const std::string start = "\n      <Start>2026-05-04T00:00:00</Start>";
-  const std::string use = e("effort", nines) + "<assignment idref='r1' units='" + nines + "'/>";
+  const std::string use = tag("effort", nines) + "<assignment idref='r1' units='" + nines + "'/>";
   const std::string longDate = fmt::format("{0}-{0}-{0}T{0}:{0}:{0}+{0}", nines);
   expectAll({
       {__LINE__, timed("1e400"), "", "<Duration>PT596523H14M7S</Duration>"},
       {__LINE__, timed("-" + nines), "", "<Duration>PT-596523H-14M-8S</Duration>"},
       {__LINE__, timed("1", use), "", "<Work>PT596523H14M7S</Work>"},
-      {__LINE__, timed("1", e("priority", nines)), "", "<Priority>1000</Priority>" + start},
+      {__LINE__, timed("1", tag("priority", nines)), "", "<Priority>1000</Priority>" + start},
       {__LINE__, lag(nines), "", "<LinkLag>9223372036854775807</LinkLag>"},
       {__LINE__, scenario(dated("999999999-01-01T00:00:00Z", "0000-00-00")), "", "<Start>999999999-01-01T00:00:00"},
       {__LINE__, scenario(dated(longDate, "soon")), "", "<Start>1-01-01T00:00:00</Start>"},

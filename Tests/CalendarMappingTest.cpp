@@ -6,7 +6,7 @@ using std::string;
 
 namespace {
 
-string named(const string& name, const string& schedule = "") { return e("name", name) + e("schedule", schedule); }
+string named(const string& name, const string& schedule = "") { return tag("name", name) + tag("schedule", schedule); }
 string day(const string& weekday, const string& inside = "") {
   return "<schedule-day day-of-week='" + weekday + "'>" + inside + "</schedule-day>";
 }
@@ -25,69 +25,79 @@ string single(const string& schedule) { return scenario(resource("r1", "Staff", 
 string nested(const string& top, const string& outer, const string& inner) {
   return scenario(
       group("r1", named("B", outer), {"r11"}) + group("r11", named("C", inner), {"r12"}) + resource("r12", "Staff"), "",
-      e("schedule", top));
+      tag("schedule", top));
 }
 
 }  // namespace
 
 TEST(CalendarMapping, ArrangesCalendarsInTwoLevels) {
-  const string path = "Calendars/Calendar/UID Name IsBaseCalendar BaseCalendarUID";
-  const string twice = group("r1", named("A"), {"r11"}) + group("r2", named("B"), {"r11"}) + group("r11", "", {});
+  const string path = "Calendars/Calendar: UID Name IsBaseCalendar?base:on BaseCalendarUID";
+  const string alone = scenario(resource("r2", "Staff") + group("r1", "", {"r9"}));
+  const string inTwoGroups = group("r1", named("A"), {"r11"}) + group("r2", named("B"), {"r11"}) + group("r11", "", {});
   expectValues({
-      {__LINE__, scenario(resource("r2", "Staff") + group("r1", "", {"r9"})), path, "1,2,3 Standard,, 1,0,0 -1,1,1"},
-      {__LINE__, nested("", "", ""), path, "1,5,6,4 Standard,B,C, 1,1,1,0 -1,-1,-1,6"},
-      {__LINE__, scenario(twice), path, "1,2,5,6,5 Standard,A,,B, 1,0,0,1,0 -1,1,6,-1,6"},  // the last way counts
+      {__LINE__, "based on the project's", alone, path, "1 Standard base -1, 2 '' on 1, 3 '' on 1"},
+      {__LINE__, "groups with members are bases", nested("", "", ""), path,
+       "1 Standard base -1, 5 B base -1, 6 C base -1, 4 '' on 6"},
+      {__LINE__, "the last way counts", scenario(inTwoGroups), path,
+       "1 Standard base -1, 2 A on 1, 5 '' on 6, 6 B base -1, 5 '' on 6"},
   });
 }
 
 TEST(CalendarMapping, ResolvesTheWeekOfBaseCalendars) {
-  const string path = "Calendars/Calendar/WeekDays/WeekDay/DayWorking";
-  const string week = "0,1,1,1,1,1,";  // the default one but for its Saturday
-  const string saturday = day("saturday", kNine);
-  const string three = nested(day("wednesday"), saturday, day("sunday", kNine));
+  const string path = "Calendars/Calendar: UID WeekDays/WeekDay/DayWorking?x:-";  // from Sunday on
+  const string saturday = day("saturday", kNine), closedSaturday = day("saturday");
+  const string each = nested(day("wednesday"), saturday, day("sunday", kNine));
   expectValues({
-      {__LINE__, nested("", "", ""), path, week + "0," + week + "0," + week + "0"},
-      {__LINE__, three, path, "0,1,1,0,1,1,0,0,1,1,0,1,1,1,1,1,1,0,1,1,1"},
-      {__LINE__, nested(saturday, day("saturday"), saturday), path, week + "1," + week + "0," + week + "1"},
-      {__LINE__, single(saturday + day("monday") + day("saturday")), path, week + "0,0,0"},
-      {__LINE__, single(saturday + flatDay("day-of-week='friday'")), path, week + "0,0"},
+      {__LINE__, "the usual one", nested("", "", ""), path, "1 -xxxxx-, 5 -xxxxx-, 6 -xxxxx-, 4 none"},
+      {__LINE__, "a day of each level", each, path, "1 -xx-xx-, 5 -xx-xxx, 6 xxx-xxx, 4 none"},
+      {__LINE__, "the nearest level", nested(saturday, closedSaturday, saturday), path,
+       "1 -xxxxxx, 5 -xxxxx-, 6 -xxxxxx, 4 none"},
+      {__LINE__, "the last of a day", single(saturday + day("monday") + closedSaturday), path, "1 -xxxxx-, 2 --"},
+      {__LINE__, "flattened days alone", single(saturday + flatDay("day-of-week='friday'")), path, "1 -xxxxx-, 2 -"},
   });
 }
 
 TEST(CalendarMapping, InheritsExceptionsWholeFromTheNearestLevel) {
-  const string path = "Calendars/Calendar/Exceptions/Exception/Name";
-  const string over = set("name='O' overtime='true'"), off = set("name='T'"), working = path + " DayWorking";
-  const string twice = group("r1", named("A"), {"r11"}) + group("r2", named("B", over), {"r11"}) +
-                       group("r11", "", {"r12"}) + resource("r12", "Role");
+  const string path = "Calendars/Calendar: UID Exceptions/Exception/Name";
+  const string named1and2 = set("name='1' overtime=' TRUE '") + set("name='2' overtime='2'");
+  const string over = set("name='O' overtime='true'"), off = set("name='T'");
+  const string inTwoGroups = group("r1", named("A"), {"r11"}) + group("r2", named("B", over), {"r11"}) +
+                             group("r11", "", {"r12"}) + resource("r12", "Role");
   expectValues({
-      {__LINE__, nested(off + over + off, "", ""), path, "O,T,T,O,T,T,O,T,T"},
-      {__LINE__, nested(over, off, over), path, "O,T,O"},
-      {__LINE__, nested(over, "<calendar/>", ""), path, "O"},  // a set without events is one, too
-      {__LINE__, scenario(twice), path, "O,O,O"},              // from the last group that has the group in it
-      {__LINE__, single(set("name='1' overtime=' TRUE '") + set("name='2' overtime='2'")), working, "1,2 1,1"},
+      {__LINE__, "from the top", nested(off + over + off, "", ""), path, "1 O, T, T, 5 O, T, T, 6 O, T, T, 4 none"},
+      {__LINE__, "each its own", nested(over, off, over), path, "1 O, 5 T, 6 O, 4 none"},
+      {__LINE__, "a set without events is one, too", nested(over, "<calendar/>", ""), path,
+       "1 O, 5 none, 6 none, 4 none"},
+      {__LINE__, "from the last group that has the group in it", scenario(inTwoGroups), path,
+       "1 none, 2 none, 8 O, 7 none, 9 O, 8 O, 7 none"},
+      {__LINE__, "words and numbers for overtime", single(named1and2),
+       "Calendars/Calendar/Exceptions/Exception: Name DayWorking", "1 1, 2 1"},
   });
 }
 
 TEST(CalendarMapping, WritesCalendars) {
   const string calendar = "Calendars/Calendar/", header = "UID Name IsBaseCalendar BaseCalendarUID";
-  const string weekDay = calendar + "WeekDays/WeekDay/", exception = calendar + "Exceptions/Exception/";
+  const string weekDay = calendar + "WeekDays/WeekDay", exception = calendar + "Exceptions/Exception";
   const string workWeek = calendar + "WorkWeeks/WorkWeek/";
   const string off = set("name='T'"), on = set("name='O' overtime='1'"), may4 = "date='2026-05-04'";
   const string days = day("sunday") + day("tuesday", kNine) + day("friday");
   const string flat = flatDay("date='2026-05-06'", kNine) + flatDay(may4) + flatDay(may4, kNine);
-  const string from = "2026-05-04T00:00:00", to = "2026-05-06T23:59:59", both = from + "," + from + " " + to + ",";
-  const string may4to6 = e("TimePeriod", e("FromDate", from) + e("ToDate", to));
-  const auto of = [](const string& type) { return e("WeekDay", e("DayType", type) + e("DayWorking", "0")); };
+  const string from = "2026-05-04T00:00:00", to = "2026-05-06T23:59:59";
+  const string may4to6 = tag("TimePeriod", tag("FromDate", from) + tag("ToDate", to));
+  const auto dayOff = [](const string& type) { return tag("WeekDay", tag("DayType", type) + tag("DayWorking", "0")); };
+  const string threeDays = tag("WeekDays", dayOff("2") + dayOff("3") + dayOff("4"));
   expectValues({
-      {__LINE__, single("<calendar name='none'/>"), calendar + "*", header},
-      {__LINE__, single(flat), calendar + "*", header + " WeekDays Exceptions WorkWeeks"},
-      {__LINE__, single(off + on + days), weekDay + "DayType DayWorking",
-       "1,2,3,4,5,6,7,1,3,6,0,0 0,1,1,1,1,1,0,0,1,0,1,0"},
-      {__LINE__, single(flat), weekDay + "TimePeriod/FromDate ToDate", both + "2026-05-04T23:59:59"},
-      {__LINE__, single(flat + on), exception + "Name Occurrences", "Overtime,Time Off 3,1"},
-      {__LINE__, nested("", flat, ""), workWeek + "Name", "Exception days"},  // the format is not inherited
-      {__LINE__, single(flat), workWeek + ".",
-       e("WorkWeek", e("WeekDays", of("2") + of("3") + of("4")) + may4to6 + e("Name", "Exception days"))},
+      {__LINE__, "nothing to say", single("<calendar name='none'/>"), calendar + "*", header},
+      {__LINE__, "everything in order", single(flat), calendar + "*", header + " WeekDays Exceptions WorkWeeks"},
+      {__LINE__, "own days, then overtime, then time off", single(off + on + days),
+       weekDay + ": DayType DayWorking?x:-", "1 -, 2 x, 3 x, 4 x, 5 x, 6 x, 7 -, 1 -, 3 x, 6 -, 0 x, 0 -"},
+      {__LINE__, "from the first to the last", single(flat), weekDay + "/TimePeriod: FromDate ToDate",
+       from + " " + to + ", " + from + " 2026-05-04T23:59:59"},
+      {__LINE__, "dated days count alone", single(flat + on), exception + ": Name Occurrences",
+       "Overtime 3, Time Off 1"},
+      {__LINE__, "the format is not inherited", nested("", flat, ""), workWeek + "Name", "Exception days"},
+      {__LINE__, "a work week of the days that are taken", single(flat), workWeek + ".",
+       tag("WorkWeek", threeDays + may4to6 + tag("Name", "Exception days"))},
   });
 }
 
@@ -95,39 +105,45 @@ TEST(CalendarMapping, CountsDaysOf86400SecondsAcrossClockChanges) {
   const auto overtime = [](const string& first, const string& last) {
     return single(flatDay("date='" + first + "'", kNine) + flatDay("date='" + last + "'", kNine));
   };
+  const string long25 = single(flatDay("date='2026-10-25'", kNine)), across = "2026-10-24T00:00:00+02:00";
   const string count = "Calendars/Calendar/Exceptions/Exception/Occurrences";
   const string days = "Calendars/Calendar/WorkWeeks/WorkWeek/WeekDays/WeekDay/DayType";
   expectValues({
-      {__LINE__, single(flatDay("date='2026-10-25'", kNine)), count, "2", "Europe/Berlin"},
-      {__LINE__, single(flatDay("date='2026-10-25'", kNine)), days, "1,1", "Europe/Berlin"},
-      {__LINE__, overtime("2026-10-24T00:00:00+02:00", "2026-10-26"), days, "7,1,1,2", "Europe/Berlin"},
-      {__LINE__, single(flatDay("date='2026-05-04T00:00:00Z'", kNine)), days, "1", "America/New_York"},
+      {__LINE__, "25 hours are two days", long25, count, "2", "Europe/Berlin"},
+      {__LINE__, "one Sunday comes twice", long25, days, "1, 1", "Europe/Berlin"},
+      {__LINE__, "among others, too", overtime(across, "2026-10-26"), days, "7, 1, 1, 2", "Europe/Berlin"},
+      {__LINE__, "a midnight is the evening before", single(flatDay("date='2026-05-04T00:00:00Z'", kNine)), days, "1",
+       "America/New_York"},
   });
 }
 
 TEST(CalendarMapping, ReadsDatesThatAreNoneAsAllOthers) {
-  const string period = "Calendars/Calendar/Exceptions/Exception/TimePeriod/FromDate ToDate";
+  const string period = "Calendars/Calendar/Exceptions/Exception/TimePeriod: FromDate ToDate";
+  const string year1 = "1-01-01T00:00:00 1-01-01T23:59:59";
   const auto event = [](const string& start, const string& end) {
     return single("<calendar><event start='" + start + "' end='" + end + "'/></calendar>");
   };
   expectValues({
-      {__LINE__, event("abc", "2026-05-04T10:00:00Z"), period, "1-01-01T00:00:00 2026-05-04T23:59:59"},
-      {__LINE__, event("2026--", "08:00:00"), period, "- -"},
-      {__LINE__, single(flatDay("date='08:00:00'")), period, "1-01-01T00:00:00 1-01-01T23:59:59"},
-      {__LINE__, single(flatDay("date='abc'", kNine)), period, "1-01-01T00:00:00 1-01-01T23:59:59"},
+      {__LINE__, "a word is year 1", event("abc", "2026-05-04T10:00:00Z"), period,
+       "1-01-01T00:00:00 2026-05-04T23:59:59"},
+      {__LINE__, "an end before the start is no exception", event("2026--", "08:00:00"), period, "none"},
+      {__LINE__, "a time alone", single(flatDay("date='08:00:00'")), period, year1},
+      {__LINE__, "a word for overtime", single(flatDay("date='abc'", kNine)), period, year1},
   });
 }
 
 TEST(CalendarMapping, EndsWithAMessage) {
   const string event = "Calendar element 'event' has no valid date in its attribute ";
+  const string longAgo = flatDay("date='1700-01-01'", kNine) + flatDay("date='2026-05-04'", kNine);
+  const string farAway = flatDay("date='286000000-01-01'") + flatDay("date='286000000-01-03'");
   expectValues({
-      {__LINE__, single(day("Monday")), "", "Unexpected day of week: Monday"},
-      {__LINE__, single(e("calendar", "<event end='2026-05-05'/>")), "", event + "'start': (null)."},
-      {__LINE__, single(flatDay("date=''")), "",
+      {__LINE__, "weekdays are small", single(day("Monday")), "", "Unexpected day of week: Monday"},
+      {__LINE__, "no start", single(tag("calendar", "<event end='2026-05-05'/>")), "", event + "'start': (null)."},
+      {__LINE__, "an empty date", single(flatDay("date=''")), "",
        "Calendar element 'flattened-schedule-day' has no valid date in its attribute 'date': ."},
-      {__LINE__, single(flatDay("date='1700-01-01'", kNine) + flatDay("date='2026-05-04'", kNine)), "",
+      {__LINE__, "centuries of overtime", single(longAgo), "",
        "Overtime exception of calendar 'Overtime' is too long: 119193 days, at most 100000 can be exported."},
-      {__LINE__, single(flatDay("date='286000000-01-01'") + flatDay("date='286000000-01-03'")), "",
+      {__LINE__, "beyond counting", single(farAway), "",
        "The date 286000000-01-01 is too far away. Days can be counted for some 285 million years."},
   });
 }

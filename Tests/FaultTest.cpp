@@ -35,7 +35,7 @@ struct Place : Workplace {
   Place() {
     const std::string note =
         "<note><text><p><run><lit>" + std::string(1'100'000, 'a') + "</lit></run></p></text></note>";
-    const std::string use = "<assignment idref='r1' units='2.5'/>" + e("static-cost", "1234.5") + note;
+    const std::string use = "<assignment idref='r1' units='2.5'/>" + tag("static-cost", "1234.5") + note;
     makeBundle("Plan.kvdx",
                scenario(resource("r1", "Material") + task("t1", use, "1996-05-04T08:00:00Z", "2026-05-04T08:00:00Z")));
   }

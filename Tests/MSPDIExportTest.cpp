@@ -270,9 +270,9 @@ TEST(MSPDIExport, LogsInLocalTime) {
 
 TEST(MSPDIExport, ReadsTheBundleThatTheFrontWindowShows) {
   const std::string plan = "<scenario filename='Plan.xml' id=";
-  const std::string project = e("project", plan + "'a' name='A'/>" + plan + "'b' name='B &amp; \"C\"'/>");
+  const std::string project = tag("project", plan + "'a' name='A'/>" + plan + "'b' name='B &amp; \"C\"'/>");
   const auto window = [](const std::string& edited, const std::string& compared) {
-    return e("window", e("editing-scenario", edited) + e("comparison-scenario", compared));
+    return tag("window", tag("editing-scenario", edited) + tag("comparison-scenario", compared));
   };
   const std::string notVisible =
       "Baseline \"name=\"B &amp; &quot;C&quot;\"\" will not be exported because it is not the baseline visible in the "
@@ -284,7 +284,7 @@ TEST(MSPDIExport, ReadsTheBundleThatTheFrontWindowShows) {
        }) {
     SCOPED_TRACE(contents);
     const Place place;
-    place.makeBundle("P.kvdx", scenario(task("t1")), e("toc", contents));
+    place.makeBundle("P.kvdx", scenario(task("t1")), tag("toc", contents));
     const auto result = place.run("P.kvdx");
     EXPECT_EQ(result.status, status);
     EXPECT_THAT(result.log, HasSubstr(log));

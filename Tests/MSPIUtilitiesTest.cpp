@@ -10,27 +10,47 @@ namespace {
 using Utilities = MSPIUtilities;
 using Parser = MSPCUnitFlags (*)(MSPCDateComponents&, std::string_view);
 
+constexpr MSPCUnitFlags kUTC = kMSPCDateTimeUnits | kMSPCTimeZoneUTC;
+constexpr MSPCUnitFlags kOffset = kMSPCDateTimeUnits | kMSPCTimeZoneHour | kMSPCTimeZoneMinute;
 constexpr Parser kScan = &Utilities::updateDateTimeComponentsFromISODateTime;
 
-/// Flags that the parser gives for the text, or that it raises.
-std::string flagsBy(Parser parser, MSPCDateComponents& record, std::string_view text) {
+/// "date time UTC ": what was read.
+std::string namesOf(MSPCUnitFlags flags) {
+  std::string names;
+  for (const auto& [set, name] : std::initializer_list<std::pair<MSPCUnitFlags, const char*>>{
+           {kMSPCUnitsError, "error "},
+           {kMSPCDateUnits, "date "},
+           {kMSPCTimeUnits, "time "},
+           {kMSPCHour, "hour "},
+           {kMSPCTimeZoneHour | kMSPCTimeZoneMinute, "offset "},
+           {kMSPCTimeZoneHour, "offset's hour "},
+           {kMSPCTimeZoneUTC, "UTC "}}) {
+    if ((flags & set) != set) continue;
+    names += name;
+    flags &= ~set;
+  }
+  EXPECT_EQ(flags, 0);
+  return names;
+}
+/// What the parser reads of the text, or that it raises.
+std::string readBy(Parser parser, MSPCDateComponents& record, std::string_view text) {
   try {
-    return fmt::format("{:x} ", parser(record, text));
+    return namesOf(parser(record, text));
   } catch (const platform::InvariantFailure& failure) {
     return "raises " + failure.reason();
   }
 }
 MSPCDateComponents usedRecord() { return *Utilities::componentsFromISODateTime("1999-12-31T23:59:59+05:30"); }
-/// The flags and the record after it, over a fresh or a used one; undefined components print as -1.
+/// What was read and the record after it, over a fresh or a used one; undefined components print as -1.
 template <Parser kParser, bool kUsed = false>
 std::string fields(std::string_view text) {
   MSPCDateComponents record = kUsed ? usedRecord() : MSPCDateComponents();
-  const std::string flags = flagsBy(kParser, record, text);
-  return flags + shown(Utilities::stringFromComponents(record, kMSPCAllUnits));
+  const std::string read = readBy(kParser, record, text);
+  return read + shown(Utilities::stringFromComponents(record, kMSPCAllUnits));
 }
 constexpr Operation dateTime = fields<kScan>;
 constexpr Operation over = fields<kScan, true>;
-/// Flags and record, then the seconds by each of the two ways.
+/// What was read and the record, then the seconds by each of the two ways.
 std::string duration(std::string_view text) {
   return fmt::format("{} {} {}", fields<&Utilities::updateDateTimeComponentsFromISODuration>(text),
                      Utilities::mspdiDurationInSecs(text), Utilities::mspdiToMppDuration(text));
@@ -68,21 +88,22 @@ constexpr Operation kvdxToMpp = apply<&Utilities::kvdxToMppDateTime>;
 
 TEST(MSPIUtilitiesTest, DateTimeTextsReadAndPrinted) {
   expectOutcomes({
-      {__LINE__, dateTime, "", "7fffffffffffffff -1--1--1T-1:-1:-1Z"},
-      {__LINE__, dateTime, "2011-05-06T08:00:00Z", "8000fc 2011-05-06T08:00:00Z"},
-      {__LINE__, dateTime, "2011-05-06T08:00:00+02:00", "6000fc 2011-05-06T08:00:00+02:00"},
-      {__LINE__, dateTime, "2011-05-06T08:00:00.500Z", "8000fc 2011-05-06T08:00:00Z"},
-      {__LINE__, dateTime, "2011-05-06T08:00:00.5+02:00", "fc 2011-05-06T08:00:00Z"},
-      {__LINE__, dateTime, "-2012-02-29T24:00:75", "fc 2012-02-29T24:00:75Z"},
-      {__LINE__, dateTime, "99999999999999999999-1-2", "1c -1-01-02T-1:-1:-1Z"},  // held at 64 bits: the undefined one
+      {__LINE__, dateTime, "", "error -1--1--1T-1:-1:-1Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00Z", "date time UTC 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00+02:00", "date time offset 2011-05-06T08:00:00+02:00"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00.500Z", "date time UTC 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00Z"},
+      {__LINE__, dateTime, "-2012-02-29T24:00:75", "date time 2012-02-29T24:00:75Z"},
+      {__LINE__, dateTime, "99999999999999999999-1-2",
+       "date -1-01-02T-1:-1:-1Z"},  // held at 64 bits: the undefined one
       {__LINE__, dateTime, "2011-05-06 08:00:00", "raises 2011-05-06T-1:-1:-1Z"},
-      {__LINE__, over, "08:00:00", "e0 1999-12-31T08:00:00+05:30"},
-      {__LINE__, over, "2011-05-06T08:00:00.5+02:00", "fc 2011-05-06T08:00:00+05:30"},
-      {__LINE__, over, "2011-05-06T08:00:00+02:", "2000fc 2011-05-06T08:00:00+02:30"},
-      {__LINE__, print<0x84>, "2011-05-06T08:09:07Z", "2011--T::07"},
-      {__LINE__, print<0x6000FC>, "2011-05-06T08:00:00+00:00", "2011-05-06T08:00:00+00:00"},
-      {__LINE__, print<0x8000FC>, "2011-05-06T08:00:00-05:30", "2011-05-06T08:00:00+00:00"},
-      {__LINE__, print<0x1C>, "4294967291-123-6", "-5-123-06"},  // the low 32 bits
+      {__LINE__, over, "08:00:00", "time 1999-12-31T08:00:00+05:30"},
+      {__LINE__, over, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00+05:30"},
+      {__LINE__, over, "2011-05-06T08:00:00+02:", "date time offset's hour 2011-05-06T08:00:00+02:30"},
+      {__LINE__, print<kMSPCYear | kMSPCSecond>, "2011-05-06T08:09:07Z", "2011--T::07"},
+      {__LINE__, print<kOffset>, "2011-05-06T08:00:00+00:00", "2011-05-06T08:00:00+00:00"},
+      {__LINE__, print<kUTC>, "2011-05-06T08:00:00-05:30", "2011-05-06T08:00:00+00:00"},
+      {__LINE__, print<kMSPCDateUnits>, "4294967291-123-6", "-5-123-06"},  // the low 32 bits
   });
 }
 
@@ -106,10 +127,10 @@ TEST(MSPIUtilitiesTest, ScanAndExpressionsAgreeOnRandomTexts) {
 
 TEST(MSPIUtilitiesTest, Durations) {
   expectOutcomes({
-      {__LINE__, duration, "", "7fffffffffffffff -1--1--1T-1:-1:-1Z -1 0"},
+      {__LINE__, duration, "", "error -1--1--1T-1:-1:-1Z -1 0"},
       {__LINE__, duration, "P2D", "raises Failed to convert MSPDI duration: 'P2D'."},
-      {__LINE__, duration, "PT8H", "20 -1--1--1T08:-1:-1Z 28800 0"},
-      {__LINE__, duration, "PT9223372036854775806H", "20 -1--1--1T-2:-1:-1Z 9223372036854775807 0"},
+      {__LINE__, duration, "PT8H", "hour -1--1--1T08:-1:-1Z 28800 0"},
+      {__LINE__, duration, "PT9223372036854775806H", "hour -1--1--1T-2:-1:-1Z 9223372036854775807 0"},
       {__LINE__, apply<&Utilities::mspdiToKvdxDuration>, "PT1H30M0S", "5400"},
       {__LINE__, apply<&Utilities::mspdiToKvdxDuration>, "", "none"},
       {__LINE__, apply<&Utilities::kvdxToMspdiDuration>, " -90", "PT0H-1M-30S"},

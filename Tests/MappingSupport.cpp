@@ -1,6 +1,9 @@
 #include "Tests/MappingSupport.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <sstream>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 #include "Platform/XML/XMLQuery.h"
@@ -17,21 +20,42 @@ static std::string childNames(const std::string& markup) {
   return names.empty() ? names : names.substr(1);
 }
 
+static std::vector<xml::Node> nodesAt(xml::Node from, const std::string& path) {
+  return path == "." ? std::vector{from} : xml::Query(path).all(from);
+}
+
+/// The texts of all that a field of a record leads to: "A/B", or "A/B?yes:no" for flags.
+static std::string textOf(xml::Node record, const std::string& field) {
+  const std::size_t mark = field.find('?'), colon = field.find(':');
+  std::string text;
+  for (const xml::Node node : nodesAt(record, field.substr(0, mark))) {
+    const std::string value = node.stringValue();
+    if (mark == std::string::npos) {
+      text += (text.empty() ? "" : ", ") + (value.empty() ? "''" : value);
+    } else {
+      text += value == "1" ? field.substr(mark + 1, colon - mark - 1) : field.substr(colon + 1);
+    }
+  }
+  return text.empty() ? "none" : text;
+}
+
 std::string Mapped::value(const std::string& path) const {
   if (!failure.empty()) return failure;
-  const xml::Node project = output->root();
-  if (path == "*") return childNames(project.markup());
-  const std::string parent = path.substr(0, path.rfind('/') + 1);
-  const std::string step = path.substr(parent.size());
-  std::string found;
-  if (step == "." || step == "*") {
-    for (const xml::Node node : xml::Query(parent.substr(0, parent.size() - 1)).all(project)) found = node.markup();
-    return step == "*" ? childNames(found) : found;
+  const std::size_t colon = path.find(": ");
+  if (colon == std::string::npos) {
+    if (!path.ends_with("/.") && !path.ends_with("/*")) return textOf(output->root(), path);
+    const auto nodes = nodesAt(output->root(), path.substr(0, path.size() - 2));
+    const std::string markup = nodes.empty() ? "none" : nodes.back().markup();
+    return path.ends_with('*') ? childNames(markup) : markup;
   }
-  const std::size_t blank = path.find(' ');
-  for (const xml::Node node : xml::Query(path.substr(0, blank)).all(project)) found += "," + node.stringValue();
-  found = found.empty() ? "-" : found.substr(1);
-  return blank == std::string::npos ? found : found + " " + value(parent + path.substr(blank + 1));
+  std::string found;
+  for (const xml::Node record : nodesAt(output->root(), path.substr(0, colon))) {
+    std::istringstream fields(path.substr(colon + 2));
+    std::string texts;
+    for (std::string field; fields >> field;) texts += (texts.empty() ? "" : " ") + textOf(record, field);
+    found += (found.empty() ? "" : ", ") + texts;
+  }
+  return found.empty() ? "none" : found;
 }
 
 Mapped mapped(const std::string& scenarioXml, const std::vector<std::string>& others) {
@@ -51,13 +75,13 @@ Mapped mapped(const std::string& scenarioXml, const std::vector<std::string>& ot
 
 void expectValues(const std::vector<ValueRow>& rows) {
   for (const ValueRow& row : rows) {
-    SCOPED_TRACE(row.line);
+    SCOPED_TRACE(fmt::format("{}: {}", row.line, row.about));
     const PinnedZone zone(row.zone);
     EXPECT_EQ(mapped(row.scenario, row.others).value(row.path), row.expected);
   }
 }
 
-std::string e(const std::string& name, const std::string& inside) {
+std::string tag(const std::string& name, const std::string& inside) {
   return inside.empty() ? "<" + name + "/>" : "<" + name + ">" + inside + "</" + name + ">";
 }
 
@@ -68,12 +92,12 @@ std::string scenario(const std::string& objects, const std::string& attributes, 
 }
 
 std::string task(const std::string& id, const std::string& inside, const char* start, const char* end) {
-  return "<task id='" + id + "'>" + e("start-date", start) + e("end-date", end) + e("duration", "86400") + inside +
-         "</task>";
+  return "<task id='" + id + "'>" + tag("start-date", start) + tag("end-date", end) + tag("duration", "86400") +
+         inside + "</task>";
 }
 
 std::string resource(const std::string& id, const std::string& type, const std::string& inside) {
-  return "<resource id='" + id + "'>" + e("type", type) + inside + "</resource>";
+  return "<resource id='" + id + "'>" + tag("type", type) + inside + "</resource>";
 }
 
 std::string group(const std::string& id, const std::string& inside, const std::vector<std::string>& members) {

@@ -11,9 +11,10 @@ struct Mapped {
   std::string failure;                    ///< reason of the invariant that ended the mapping; "" when it went through
   std::shared_ptr<xml::Document> output;  ///< read back from what was written; none when there was a failure
 
-  /// The failure when there is one, otherwise what stands at a path below `Project`: "A/B" the texts of all B, with
-  /// commas between ("-" without any); "A/B C" the same for all B and for all C, with a blank between; "A/B/." the last
-  /// B's markup; "A/B/*" the names of the last B's children, with blanks between ("*" of the Project's own).
+  /// The failure when there is one, otherwise what stands at a path below `Project`. "A/B": the texts of all B. "A/B: C
+  /// D/E": of each B a record with the texts of its C and of all its E, such as "1 Standard, 2 ''". "A/B/.": the last
+  /// B's markup. "A/B/*": the names of the last B's children. "." stands for `Project` itself. A text that is missing
+  /// is "none", an empty one "''". "C?yes:no" gives "yes" where C is 1 and "no" elsewhere, without gaps between.
   [[nodiscard]] std::string value(const std::string& path) const;
 };
 
@@ -23,6 +24,7 @@ Mapped mapped(const std::string& scenarioXml, const std::vector<std::string>& ot
 
 struct ValueRow {
   int line;
+  std::string about;  ///< what must hold
   std::string scenario;
   std::string path;
   std::string expected;  ///< Mapped::value() of the path
@@ -32,7 +34,7 @@ struct ValueRow {
 void expectValues(const std::vector<ValueRow>& rows);
 
 /// Markup of an element.
-std::string e(const std::string& name, const std::string& inside);
+std::string tag(const std::string& name, const std::string& inside);
 /// A scenario with the objects, a top group r-1 that refers to r1, r2 and r3, and a top group t-1 that refers to t1, t2
 /// and t3; references to what is not there are skipped.
 std::string scenario(const std::string& objects, const std::string& attributes = "", const std::string& inTop = "");

@@ -24,6 +24,7 @@ const string kGroup = "<type>group</type>";
 const string kNote = "<note><text><p><run><lit>a</lit></run></p></text></note>";
 const string kUserData = "<user-data><key>a</key><string>1</string></user-data>";
 const string kTask = "Tasks/Task/", kResource = "Resources/Resource/", kAssignment = "Assignments/Assignment/";
+const string kEachTask = "Tasks/Task: ", kEachAssignment = "Assignments/Assignment: ";
 
 }  // namespace
 
@@ -31,28 +32,35 @@ TEST(ScenarioMapping, WritesTheProject) {
   const ScopedVariable now("SOURCE_DATE_EPOCH", "1777888800");  // 2026-05-04T10:00:00Z
   const string currency = "CurrencyDigits CurrencySymbol CurrencyCode CurrencySymbolPosition ";
   const string flags = "NewTasksAreManual CalendarUID WeekStartDay ProjectExternallyEdited";
-  const string rest = flags + " Calendars Tasks Resources Assignments";
-  const string most = "SaveVersion Title ScheduleFromStart StartDate FinishDate " + currency + "HonorConstraints ";
-  const string toc = e("toc", e("project", e("title", "A\nB") + e("currency-format", "5")));
-  const string dates = e("start-date", "2026-05-01T06:00:00+02:00") + e("end-date", "2026-06-01T08:00:00Z");
+  const string rest = currency + flags + " Calendars Tasks Resources Assignments";
+  const string head = "SaveVersion Title ScheduleFromStart StartDate FinishDate ";
+  const string toc = tag("toc", tag("project", tag("title", "A\nB") + tag("currency-format", "5")));
+  const string dates = tag("start-date", "2026-05-01T06:00:00+02:00") + tag("end-date", "2026-06-01T08:00:00Z");
   const string full = scenario(dates + task("t1", after("") + kUserData), "fixed-end='perhaps'");
-  const string values = "14 A\nB 1 2026-05-01T04:00:00 2026-06-01T08:00:00 0   0 1 0 1 0 0";
+  const string all = head + currency + "HonorConstraints " + rest.substr(currency.size()) + " ExtendedAttributes";
+  const string headTexts = "14 A\nB 1 2026-05-01T04:00:00 2026-06-01T08:00:00";
   expectValues({
-      {__LINE__, scenario(""), "*", "SaveVersion ScheduleFromStart StartDate " + currency + rest},
-      {__LINE__, scenario("", "fixed-end='1'"), "*", "SaveVersion ScheduleFromStart FinishDate " + currency + rest},
-      {__LINE__, scenario("", "fixed-end='yes'"), "ScheduleFromStart FinishDate", "0 2026-05-04T10:00:00"},
-      {__LINE__, full, "*", most + rest + " ExtendedAttributes", "UTC", {toc}},
-      {__LINE__, full, most + flags, values, "UTC", {toc}},
+      {__LINE__, "from its start", scenario(""), "./*", "SaveVersion ScheduleFromStart StartDate " + rest},
+      {__LINE__, "from its end", scenario("", "fixed-end='1'"), "./*",
+       "SaveVersion ScheduleFromStart FinishDate " + rest},
+      {__LINE__, "the end is now", scenario("", "fixed-end='yes'"), ".: ScheduleFromStart FinishDate",
+       "0 2026-05-04T10:00:00"},
+      {__LINE__, "everything in order", full, "./*", all, "UTC", {toc}},
+      {__LINE__, "title, direction, dates", full, ".: " + head, headTexts, "UTC", {toc}},
+      {__LINE__, "an amount without a symbol", full, ".: " + currency, "0 '' '' 0", "UTC", {toc}},
+      {__LINE__, "what is always the same", full, ".: HonorConstraints " + flags, "1 0 1 0 0", "UTC", {toc}},
   });
 }
 
 TEST(ScenarioMapping, WalksTheTrees) {
   const string tree = task("t1", kGroup + children("task", {"t11", "t9", "t12"})) + task("t12") + task("t111") +
                       task("t2", children("task", {"t12"})) + task("t11", kGroup + children("task", {"t111"}));
+  const string doubled = scenario(task("t2") + task("t2", tag("title", "Last")));
   expectValues({
-      {__LINE__, scenario(tree), kTask + "UID ID OutlineLevel", "0,1,11,111,12,2 0,1,2,3,4,5 0,1,2,3,2,1"},
-      {__LINE__, scenario(tree), kAssignment + "UID TaskUID", "1,2,3 111,12,2"},
-      {__LINE__, scenario(task("t2") + task("t2", e("title", "Last"))), kTask + "UID Name", "0,2 Last"},
+      {__LINE__, "down before on", scenario(tree), kEachTask + "UID ID OutlineLevel",
+       "0 0 0, 1 1 1, 11 2 2, 111 3 3, 12 4 2, 2 5 1"},
+      {__LINE__, "groups are assigned to nobody", scenario(tree), kEachAssignment + "UID TaskUID", "1 111, 2 12, 3 2"},
+      {__LINE__, "the last of one id", doubled, kEachTask + "UID Name", "0 none, 2 Last"},
   });
 }
 
@@ -72,59 +80,63 @@ TEST(ScenarioMapping, EndsOnTreesThatDoNot) {
   EXPECT_EQ(chain("task", 1001), "Task id='t2001'" + deep);
   EXPECT_THAT(chain("resource", 40, true), HasSubstr("' is reached in too many ways. At most 1"));
   const string pieces = "<split/>" + children("task", std::vector<string>(1000, "t9"));
-  EXPECT_THAT(mapped(scenario(task("t1", pieces) + task("t9", e("title", string(1000, 'a'))))).failure,
+  EXPECT_THAT(mapped(scenario(task("t1", pieces) + task("t9", tag("title", string(1000, 'a'))))).failure,
               HasSubstr("Task id='t9' is reached in too many ways. At most 2"));
 }
 
 TEST(ScenarioMapping, WritesTasks) {
-  const string full = e("title", "A") + e("static-cost", "1") + e("completion-percentage", "1") + kNote +
-                      e("locked-end-date", "2026-05-06") + after("") + after("") + kUserData;
+  const string full = tag("title", "A") + tag("static-cost", "1") + tag("completion-percentage", "1") + kNote +
+                      tag("locked-end-date", "2026-05-06") + after("") + after("") + kUserData;
   const string order =
       "UID ID Name Type IsNull Priority Start Finish Duration Work EffortDriven FixedCost Estimated Milestone Summary "
       "PercentComplete PercentWorkComplete ConstraintType ConstraintDate LevelingCanSplit IgnoreResourceCalendar Notes "
-      "PredecessorLink PredecessorLink ExtendedAttribute Active Manual ";
+      "PredecessorLink PredecessorLink ExtendedAttribute Active Manual Baseline Baseline OutlineLevel";
   const auto three = [](const string& name, const char* first, const char* second, const char* third) {
-    return scenario(task("t1", e(name, first)) + task("t2", e(name, second)) + task("t3", e(name, third)));
+    return scenario(task("t1", tag(name, first)) + task("t2", tag(name, second)) + task("t3", tag(name, third)));
   };
   const auto done = [](const char* effort, const char* ofIt, const char* fraction) {
-    return t1(e("effort", effort) + e("effort-done", ofIt) + e("completion-percentage", fraction));
+    return t1(tag("effort", effort) + tag("effort-done", ofIt) + tag("completion-percentage", fraction));
   };
-  const string complete = kTask + "PercentComplete PercentWorkComplete";
-  const string type = kTask + "Type EffortDriven Milestone Summary";
-  const string twice = e("static-cost", "1") + e("splittable", "no");
-  const string one = e("type", "milestone") + e("recalculate", "units"), other = e("recalculate", "something_else");
-  const string both = e("start-constraint-date", "2026-05-05") + e("locked-end-date", "2026-05-06");
-  const string old = "<scenario>" + task("t1") + "</scenario>", ends = "Baseline Baseline OutlineLevel";
-  const std::vector<string> two = {"<toc/>", old, old}, second = {"<toc/>", "<scenario/>", old};
+  const string percent = kEachTask + "PercentComplete PercentWorkComplete";
+  const string kind = kEachTask + "Type Milestone?milestone:task Summary?group:single EffortDriven";
+  const string costAndSplit = tag("static-cost", "1") + tag("splittable", "no");
+  const string milestone = tag("type", "milestone") + tag("recalculate", "units");
+  const string ofNoType = tag("recalculate", "something_else");
+  const string earliestAndLocked = tag("start-constraint-date", "2026-05-05") + tag("locked-end-date", "2026-05-06");
+  const string leveledMilestone = tag("leveled-start", "2026-05-06") + tag("type", "milestone");
+  const string old = "<scenario>" + task("t1") + "</scenario>";
+  const std::vector<string> twoBaselines = {"<toc/>", old, old}, inSecondOnly = {"<toc/>", "<scenario/>", old};
   expectValues({
-      {__LINE__, t1(full), kTask + "*", order + ends, "UTC", two},
-      {__LINE__, t1(""), kTask + "Baseline/Number", "1", "UTC", second},
-      {__LINE__, three("splittable", "no", "perhaps", "yes"), kTask + "LevelingCanSplit", "1,0,1,1"},
-      {__LINE__, t1(twice + twice), kTask + "LevelingCanSplit FixedCost", "1,1 -"},
-      {__LINE__, done("3.9", "2.9", "0"), complete, "66 66"},
-      {__LINE__, done("0", "10", "0.999"), complete, "99 99"},
-      {__LINE__, three("priority", "25", "40", "0"), kTask + "Priority", "0,625,1000,0"},
-      {__LINE__, three("priority", "-10", "-20", "-1"), kTask + "Priority", "1000,500,0,950"},
-      {__LINE__, t1(one), type, "0,2 0,0 0,1 1,0"},
-      {__LINE__, t1(other), type, "0 0,0 0,0 1,0"},
-      {__LINE__, t1(both), kTask + "ConstraintType", "3"},
-      {__LINE__, t1(e("leveled-start", "2026-05-06") + e("type", "milestone")), kTask + "ConstraintType", "4"},
+      {__LINE__, "everything in order", t1(full), kTask + "*", order, "UTC", twoBaselines},
+      {__LINE__, "a new task has no first baseline", t1(""), kTask + "Baseline/Number", "1", "UTC", inSecondOnly},
+      {__LINE__, "no is no", three("splittable", "no", "perhaps", "yes"), kTask + "LevelingCanSplit", "1, 0, 1, 1"},
+      {__LINE__, "said twice", t1(costAndSplit + costAndSplit), kEachTask + "LevelingCanSplit FixedCost",
+       "1 none, 1 none"},
+      {__LINE__, "efforts as whole seconds", done("3.9", "2.9", "0"), percent, "none none, 66 66"},
+      {__LINE__, "never rounded up", done("0", "10", "0.999"), percent, "none none, 99 99"},
+      {__LINE__, "up from 0", three("priority", "25", "40", "0"), kTask + "Priority", "0, 625, 1000, 0"},
+      {__LINE__, "down from 0", three("priority", "-10", "-20", "-1"), kTask + "Priority", "1000, 500, 0, 950"},
+      {__LINE__, "a milestone", t1(milestone), kind, "0 task group 0, 2 milestone single 0"},
+      {__LINE__, "no type", t1(ofNoType), kind, "0 task group 0, none task single 0"},
+      {__LINE__, "a locked end before all", t1(earliestAndLocked), kTask + "ConstraintType", "3"},
+      {__LINE__, "a leveled milestone", t1(leveledMilestone), kTask + "ConstraintType", "4"},
   });
 }
 
 TEST(ScenarioMapping, WritesAssignments) {
-  const auto with = [](const string& inside) { return among(task("t1", e("effort", "86400") + inside)); };
-  const string path = kAssignment + "Units Work", limit = e("units-available", "2");
+  const auto with = [](const string& inside) { return among(task("t1", tag("effort", "86400") + inside)); };
+  const string unitsAndWork = kEachAssignment + "Units Work", limit = tag("units-available", "2");
   const string order = "UID TaskUID ResourceUID Milestone PercentWorkComplete Units Work RemainingWork Start Finish";
+  const string groups = use("r4") + use("r14", "units='3'"), others = use("r5", "units='3'") + use("r5");
   expectValues({
-      {__LINE__, r1(limit + limit), kResource + "Type MaxUnits", "1,1 1.000000"},
-      {__LINE__, with(e("effort-done", "21600") + use("r1")), kAssignment + "*", order},
-      {__LINE__, with(kGroup + use("r-1")), kAssignment + "TaskUID ResourceUID", "1 0"},
-      {__LINE__, with(use("r4") + use("r14", "units='3'")), path, "1,3 PT6H0M0S,PT18H0M0S"},
-      {__LINE__, with(use("r2", "units='0'")), path, "0 PT24H0M0S"},
-      {__LINE__, with(use("r5", "units='3'") + use("r5")), path, "3,1 PT24H0M0S,PT24H0M0S"},
-      // Not times 0.7.
-      {__LINE__, with(use("r1", "units='7'") + use("r11", "units='3'")), path, "7,3 PT16H48M0S,PT7H12M0S"},
+      {__LINE__, "a limit said twice", r1(limit + limit), "Resources/Resource: Type MaxUnits", "1 none, 1 1.000000"},
+      {__LINE__, "everything in order", with(tag("effort-done", "21600") + use("r1")), kAssignment + "*", order},
+      {__LINE__, "groups of tasks as well", with(kGroup + use("r-1")), kEachAssignment + "TaskUID ResourceUID", "1 0"},
+      {__LINE__, "groups share", with(groups), unitsAndWork, "1 PT6H0M0S, 3 PT18H0M0S"},
+      {__LINE__, "no units, all work", with(use("r2", "units='0'")), unitsAndWork, "0 PT24H0M0S"},
+      {__LINE__, "others have all work each", with(others), unitsAndWork, "3 PT24H0M0S, 1 PT24H0M0S"},
+      {__LINE__, "by sevenths and thirds, not times 0.7", with(use("r1", "units='7'") + use("r11", "units='3'")),
+       unitsAndWork, "7 PT16H48M0S, 3 PT7H12M0S"},
   });
 }
 
@@ -132,44 +144,51 @@ TEST(ScenarioMapping, CutsTimeIntoDaysWhereClocksChangeAtMidnight) {
   const auto material = [](const char* start, const char* end) {
     return among(task("t1", use("r3", "units='20'"), start, end));
   };
-  const string days = kAssignment + "TimephasedData/Start Finish";
-  // A day may end twice, or begin twice (the first is told as 23:00).
+  const string days = "Assignments/Assignment/TimephasedData: Start Finish";
   expectValues({
-      {__LINE__, material("2026-04-04T08:00:00-03:00", "2026-04-05T12:00:00-04:00"), days,
-       "2026-04-04T08:00:00,2026-04-05T00:00:00 2026-04-04T23:59:59,2026-04-05T12:00:00", "America/Santiago"},
-      {__LINE__, material("2026-10-31T08:00:00-04:00", "2026-11-01T12:00:00-05:00"), days,
-       "2026-10-31T08:00:00,2026-10-31T23:00:00 2026-10-31T23:59:59,2026-11-01T12:00:00", "America/Havana"},
+      {__LINE__, "a day that ends twice", material("2026-04-04T08:00:00-03:00", "2026-04-05T12:00:00-04:00"), days,
+       "2026-04-04T08:00:00 2026-04-04T23:59:59, 2026-04-05T00:00:00 2026-04-05T12:00:00", "America/Santiago"},
+      {__LINE__, "a day that begins twice, the first time told as 23:00",
+       material("2026-10-31T08:00:00-04:00", "2026-11-01T12:00:00-05:00"), days,
+       "2026-10-31T08:00:00 2026-10-31T23:59:59, 2026-10-31T23:00:00 2026-11-01T12:00:00", "America/Havana"},
   });
 }
 
 TEST(ScenarioMapping, EndsWithAMessage) {
-  const string start = e("start-date", "2026-05-04"), end = e("end-date", "2026-05-05"), duration = e("duration", "1");
+  const string start = tag("start-date", "2026-05-04"), end = tag("end-date", "2026-05-05");
+  const string duration = tag("duration", "1"), overdone = tag("effort", "5") + tag("effort-done", "10");
   const auto raw = [](const string& inside) { return scenario("<task id='t1'>" + inside + "</task>"); };
   const string days = "Timephased data from 1700-01-01T00:00:00 to 2026-05-06T17:00:00 has too many days. ";
   const string typeless = "</task><resource id='r9'/><task id='t2'>" + start + end + duration;
-  const string cycle = group("r1", "", {"r11"}) + group("r11", "", {"r-1"});
+  const string circle = group("r1", "", {"r11"}) + group("r11", "", {"r-1"});
   const string nameless = task("t1", kGroup + children("task", {""})) + task("", use("r-1"));
-  const string twice = group("r1", "", {"r2"}) + resource("r2", "Staff");
-  const string far = task("t1", "<split/>" + children("task", {"t9"}));
+  const string shared = group("r1", "", {"r2"}) + resource("r2", "Staff");
+  const string splitOff = task("t1", "<split/>" + children("task", {"t9"}));
+  const string farPiece = task("t9", "", "3000000000-05-04", "3000000000-05-06");
   expectValues({
-      {__LINE__, raw(end + duration), "", "Task element 'start-date' not found."},
-      {__LINE__, raw(start + end + end + duration), "", "Task element 'end-date' not found."},
-      {__LINE__, scenario(e("task", start + end + duration)), "", "Task attribute 'id' not found."},
-      {__LINE__, t1(e("effort", "5") + e("effort-done", "10")), "",
+      {__LINE__, "no start", raw(end + duration), "", "Task element 'start-date' not found."},
+      {__LINE__, "two ends", raw(start + end + end + duration), "", "Task element 'end-date' not found."},
+      {__LINE__, "no id", scenario(tag("task", start + end + duration)), "", "Task attribute 'id' not found."},
+      {__LINE__, "more done than there is", t1(overdone), "",
        "Incorrect value of percentComplete (2.000000). Must be from 0.0 to 1.0."},
-      {__LINE__, t1(kGroup + "<split/>"), "", "Task group and split task are mutualy exclusive."},
-      {__LINE__, t1(kGroup + children("task", {"t1"})), "", "Duplicated Task UID='1' found (kvdx Task id='t1')."},
-      {__LINE__, t1(after("idref='r1'")), "", "Invalid format of KVDX Task ID (must begin with 't'): r1"},
-      {__LINE__, scenario("<top-task idref='t9'/>"), "", "Task <0x0> has no 'id' attribute."},
-      {__LINE__, scenario(twice), "", "Duplicated Resource UID='2' found (kvdx Resource id='r2')."},
-      {__LINE__, scenario(cycle), "", "Resource id='r-1' contains itself, directly or through others."},
-      {__LINE__, t1("<assignment/>"), "", "No Resource ID is associated witgh the Assignment."},
-      {__LINE__, t1(use("r9")), "", "Failed to find assigned resourse (id='r9')."},
-      {__LINE__, t1(use("r9") + typeless), "", "No type specified for assigned resourse (id='r9')."},
-      {__LINE__, scenario(nameless), "", "No Task ID is associated witgh the Assignment."},
-      {__LINE__, t1(e("user-data", "<key/>")), "", "Keys and Values mismatch number."},
-      {__LINE__, among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "", days + "At most 100000 can be exported."},
-      {__LINE__, scenario(far + task("t9", "", "3000000000-05-04", "3000000000-05-06")), "",
+      {__LINE__, "a split group", t1(kGroup + "<split/>"), "", "Task group and split task are mutualy exclusive."},
+      {__LINE__, "a task in itself", t1(kGroup + children("task", {"t1"})), "",
+       "Duplicated Task UID='1' found (kvdx Task id='t1')."},
+      {__LINE__, "a link to a resource", t1(after("idref='r1'")), "",
+       "Invalid format of KVDX Task ID (must begin with 't'): r1"},
+      {__LINE__, "no top task", scenario("<top-task idref='t9'/>"), "", "Task <0x0> has no 'id' attribute."},
+      {__LINE__, "in two groups", scenario(shared), "", "Duplicated Resource UID='2' found (kvdx Resource id='r2')."},
+      {__LINE__, "groups in a circle", scenario(circle), "",
+       "Resource id='r-1' contains itself, directly or through others."},
+      {__LINE__, "assigned to nothing", t1("<assignment/>"), "", "No Resource ID is associated witgh the Assignment."},
+      {__LINE__, "assigned to none", t1(use("r9")), "", "Failed to find assigned resourse (id='r9')."},
+      {__LINE__, "assigned to no type", t1(use("r9") + typeless), "",
+       "No type specified for assigned resourse (id='r9')."},
+      {__LINE__, "a task without a name", scenario(nameless), "", "No Task ID is associated witgh the Assignment."},
+      {__LINE__, "keys without values", t1(tag("user-data", "<key/>")), "", "Keys and Values mismatch number."},
+      {__LINE__, "centuries of material", among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "",
+       days + "At most 100000 can be exported."},
+      {__LINE__, "a far piece", scenario(splitOff + farPiece), "",
        "The date 3000000000-05-04 is too far away. Days can be counted for some 285 million years."},
   });
 }

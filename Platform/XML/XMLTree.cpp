@@ -42,6 +42,10 @@ class SinkWriter final : public pugi::xml_writer {
 
 /// name="value", with the value escaped.
 std::string markupOf(pugi::xml_attribute attribute) {
+  const std::string_view value = attribute.value();
+  if (isPlainText(value) && value.find('"') == std::string_view::npos) {
+    return std::string(attribute.name()).append("=\"").append(value).append("\"");
+  }
   pugi::xml_document scratch;
   pugi::xml_node holder = scratch.append_child("a");
   holder.append_copy(attribute);
@@ -66,6 +70,23 @@ std::string problemOf(const pugi::xml_parse_result& result, std::string_view tex
   if (result.status == pugi::status_no_document_element) return reason;
   const std::string_view before = text.substr(0, static_cast<std::size_t>(result.offset));
   return fmt::format("line {}: {}", 1 + std::count(before.begin(), before.end(), '\n'), reason);
+}
+
+void print(pugi::xml_node node, std::string& to) {
+  const std::function<void(std::string_view)> sink = [&to](std::string_view piece) { to += piece; };
+  SinkWriter writer(sink);
+  node.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+}
+
+/// An element without elements in it. Nearly all are plain, and printing takes ten times as long.
+void appendMarkup(std::string& to, pugi::xml_node node) {
+  const std::string_view name = node.name();
+  const std::string_view text = node.value();
+  if (node.first_attribute() || !isPlainText(text)) {
+    print(node, to);
+  } else {
+    to.append("<").append(name).append(">").append(text).append("</").append(name).append(">");
+  }
 }
 
 }  // namespace
@@ -116,9 +137,7 @@ Node Node::parent() const {
 
 std::string Node::markup() const {
   std::string text;
-  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
-  SinkWriter writer(sink);
-  pugi::xml_node(node_).print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+  print(pugi::xml_node(node_), text);
   return text;
 }
 
@@ -186,8 +205,6 @@ std::unique_ptr<Document> Document::parse(std::string bytes) {
 
 std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const {
   std::string text = "<r>";
-  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
-  SinkWriter writer(sink);
   for (const pugi::xml_node node : tree_->root.children()) {
     const std::string_view name = node.name();
     const auto row = std::find_if(rows.begin(), rows.end(), [name](const Kept& kept) { return kept.name == name; });
@@ -198,7 +215,7 @@ std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const
     for (const pugi::xml_node child : node.children()) {
       if (std::find(row->children.begin(), row->children.end(), child.name()) == row->children.end()) continue;
       if (child.first_child()) return nullptr;
-      child.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+      appendMarkup(text, child);
     }
     text.append("</").append(name).append(">");
   }

@@ -34,7 +34,7 @@ void correctAll(conform::Copy& copy) {
 
 TEST(Days, SayWhatTheyLeaveOutAndAreStable) {
   const PinnedZone zone("UTC");
-  const std::string plan = scenario(resource("r1", "Staff", e("schedule", kSchedule)) + resource("r2", "Material") +
+  const std::string plan = scenario(resource("r1", "Staff", tag("schedule", kSchedule)) + resource("r2", "Material") +
                                     task("t1", "<assignment idref='r2' units='2'/>"));
   const auto document = parsed(plan);
   const conform::Plan bundle(*document, *document);

@@ -31,7 +31,7 @@ std::string shownHours(const Hours& hours) {
 /// A resource r1 of a plan, each with a schedule.
 struct Bundle {
   Bundle(const std::string& ofPlan, const std::string& ofResource)
-      : document(parsed(scenario(resource("r1", "Staff", e("schedule", ofResource)), "", e("schedule", ofPlan)))),
+      : document(parsed(scenario(resource("r1", "Staff", tag("schedule", ofResource)), "", tag("schedule", ofPlan)))),
         plan(*document, *document) {}
   std::shared_ptr<xml::Document> document;
   conform::Plan plan;
