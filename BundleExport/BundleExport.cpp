@@ -18,7 +18,8 @@
 
 namespace {
 
-/// While it lives, the exporter's log goes to the request's sink. What it warns of the bundle's documents is kept.
+/// While this object lives, the exporter's log goes to the request's sink, and its warnings about the bundle's
+/// documents are collected.
 class LogHook {
  public:
   LogHook(const std::function<void(std::string_view)>& log, std::vector<std::string>& warnings) {
@@ -35,8 +36,8 @@ class LogHook {
   LogHook& operator=(const LogHook&) = delete;
 };
 
-/// Without the name of the operation that raised it. Of a date that something else than a time follows the exporter says
-/// nothing.
+/// Leaves out the name of the operation that raised it. For a date followed by something other than a time, the exporter
+/// raises an empty message.
 std::string reasonOf(const platform::Exception& exception) {
   std::string reason =
       exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
@@ -53,8 +54,8 @@ std::size_t linksOf(const conform::Copy& copy) {
   return links;
 }
 
-/// The document's bytes, in one piece of the right size. They count in the budget: the tree that is corrected takes
-/// several times as much, and without this a few bytes of a plan ask for 11 GB.
+/// The document's bytes, in one piece of the right size. They count in the budget: the tree to be corrected takes several
+/// times as much memory. Without this, a few bytes of a plan could make it take 11 GB.
 std::string bytesOf(const xml::OutputDocument& document) {
   std::size_t size = 0;
   document.serialize([&size](std::string_view piece) { size += piece.size(); });
@@ -65,7 +66,7 @@ std::string bytesOf(const xml::OutputDocument& document) {
   return bytes;
 }
 
-/// One bundle on its way to its file.
+/// The export of one bundle.
 class BundleExport {
  public:
   BundleExport(const ExportRequest& request, ExportResult& result) : request_(request), result_(result) {}
@@ -73,7 +74,7 @@ class BundleExport {
   void run();
 
  private:
-  /// The exact document's bytes, and what of the bundle the corrections need.
+  /// The exact document's bytes, and the parts of the bundle that the corrections need.
   struct Exported {
     MSPEXMLExporter::DocumentPointer plan;
     MSPEXMLExporter::DocumentPointer tableOfContents;
@@ -90,7 +91,7 @@ class BundleExport {
 
 void BundleExport::run() {
   result_.path = outputPath(request_.bundle, request_.defaultFolder, request_.baseName, request_.output);
-  // What the export took is given back here, before the document is taken apart.
+  // The memory of the export is freed before the document is parsed.
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
   conform::Copy copy(std::move(exported.bytes), &plan, {request_.baseName, request_.currency, request_.keepDates});
@@ -115,7 +116,7 @@ BundleExport::Exported BundleExport::exportInMemory() {
   }
   result_.baselines = contents.baselines.size();
   const MSPEXMLExporter exporter({{kInfoMSPDIProjectName, request_.baseName}});
-  // Nothing is passed on before the whole size is known: a text that grows takes twice its size.
+  // Write nothing before the whole size is known: a text that grows takes twice its size.
   const xml::Sink none;
   const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents), none);
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();

@@ -14,8 +14,8 @@ bool hasExtension(const std::string& path, std::string_view extension) {
 
 bool isBundle(const std::string& path) { return hasExtension(path, "kvdx") && platform::isDirectory(path); }
 
-/// What is put into a bundle is part of the plan, and may be lost at its next saving. The bundle itself has another
-/// name when a link leads to it.
+/// Refuses a folder inside a bundle: a file there would become part of the plan and may be lost when that is saved. A
+/// link to the bundle may have another name, so links are resolved.
 void requireOutside(std::string folder, const std::string& bundle) {
   const std::string source = platform::resolvedPath(bundle);
   for (folder = platform::resolvedPath(folder); folder.size() > 1; folder = platform::deleteLastPathComponent(folder)) {

@@ -20,7 +20,7 @@ ZoneChoice requestedZone(const std::string& name) {
   return {TimeZone::system().name(), "", ""};
 }
 
-/// The first zone that fits the plan, this machine's before all others; empty when none does.
+/// The first zone that fits the plan, trying this machine's zone before all others; empty when none fits.
 std::string fittingZone(const conform::PlanZone& plan) {
   const TimeZone& machine = TimeZone::system();
   return plan.countOfOthers(machine) == 0 ? machine.name() : plan.firstFitting();

@@ -12,7 +12,8 @@ constexpr std::size_t kMostSpans = 5;
 
 bool isMerged(const Hours& hours) { return hours.spans().size() > kMostSpans; }
 
-/// Appends days of equal hours; they lengthen the last exception when they follow it and have the same.
+/// Appends days of equal hours. When they directly follow the last exception and have its hours, that exception is
+/// extended.
 void append(std::vector<DayException>& list, DateRange days, const Hours& hours, const DayChange& change) {
   const Hours written = CalendarDays::written(hours);
   if (!list.empty() && list.back().days.last + 1 == days.first && list.back().hours == written) {
@@ -58,7 +59,8 @@ std::vector<DayException> CalendarDays::exceptions(DateRange range, std::size_t 
   return list;
 }
 
-/// For each weekday among the days, which all have the same change, the hours that the calendar has to name.
+/// For each weekday among these days, which all have the same change: the hours that the calendar must state; none when
+/// it need not.
 CalendarDays::Week CalendarDays::differingHours(DateRange days, const DayChange& change) const {
   const DayChange* baseChange = base_ ? changeOn(hours_.changes(*base_), days.first) : nullptr;
   Week differing;
@@ -71,7 +73,7 @@ CalendarDays::Week CalendarDays::differingHours(DateRange days, const DayChange&
   return differing;
 }
 
-/// What a reader gets for a date that the calendar does not name.
+/// The hours that a reader would find for a date without an exception in the calendar.
 Hours CalendarDays::givenHours(int weekday, const DayChange* baseChange) const {
   if (baseChange != nullptr) {
     const Hours& baseWeekDay = hours_.weekDay(*base_, weekday);

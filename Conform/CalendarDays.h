@@ -18,35 +18,38 @@ struct DateRange {
   std::int64_t last = 0;
 };
 
-/// Days in a row with equal hours that a calendar has to name, because its week and its base give others.
+/// Successive days with equal hours for which a calendar needs an exception, because its week and its base would give
+/// other hours.
 struct DayException {
   DateRange days;
-  DayChange change;  ///< says where the hours come from; merged over the days
+  DayChange change;  ///< what changed the hours; merged over the days
   Hours hours;       ///< as written, in at most five spans
   bool isMerged = false;
 };
 
-/// What one calendar of the file has to say so that a reader gets the hours of the plan. A reader takes, for a date,
-/// an exception of the calendar; else one of its base; else the calendar's own weekday; else the base's.
+/// What one calendar of the file must contain so that a reader finds the hours of the plan. For a date, a reader uses
+/// the first of these that exists: an exception of the calendar, one of its base, the calendar's own weekday, the
+/// base's weekday.
 class CalendarDays {
  public:
-  /// @param resource whose calendar it is. @param base the group whose calendar the calendar is based on; none for a
-  /// base calendar, which has to say everything.
+  /// @param resource the owner of the calendar.
+  /// @param base the group whose calendar is its base; none for a base calendar, which must define everything itself.
   CalendarDays(PlanHours& hours, std::size_t resource, std::optional<std::size_t> base);
 
-  /// Whether the calendar says something of the weekday.
+  /// Whether the calendar defines the weekday.
   [[nodiscard]] bool namesWeekDay(int weekday) const;
   /// The weekday's hours in the plan.
   [[nodiscard]] const Hours& weekDay(int weekday) const;
-  /// In order of date, none overlapping and none touching one of equal hours; only dates on which the hours differ.
-  /// @param most the list ends with so many, even when there are more.
+  /// The exceptions in order of date, only for dates on which the hours differ. They do not overlap, and successive
+  /// ones have different hours.
+  /// @param most the list is cut off after this many.
   [[nodiscard]] std::vector<DayException> exceptions(DateRange range, std::size_t most) const;
 
-  /// The hours as the format takes them: in at most five spans.
+  /// The hours as the format can hold them: in at most five spans, see Hours::inAtMost().
   [[nodiscard]] static Hours written(const Hours& hours);
 
  private:
-  using Week = std::array<std::optional<Hours>, 8>;  ///< by weekday; the first place is no day
+  using Week = std::array<std::optional<Hours>, 8>;  ///< indexed by weekday, 1 to 7; the first element is unused
 
   [[nodiscard]] Week differingHours(DateRange days, const DayChange& change) const;
   [[nodiscard]] Hours givenHours(int weekday, const DayChange* baseChange) const;

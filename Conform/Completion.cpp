@@ -9,7 +9,7 @@
 namespace conform {
 namespace {
 
-/// As many decimals as the binary number of a decimal text has for certain.
+/// Fifteen decimals: a double keeps these of any decimal text.
 constexpr std::int64_t kFractions = 1'000'000'000'000'000;
 
 }  // namespace

@@ -46,7 +46,7 @@ void list(pugi::xml_node container, const char* name, List& to) {
 
 Copy::Copy(std::string bytes, const Plan* plan, Options options)
     : bytes_(std::move(bytes)), plan_(plan), options_(std::move(options)) {
-  // A file's name may have characters that XML does not have.
+  // A file's name may have characters that XML does not allow.
   if (!xml::hasOnlyCharacters(options_.baseName)) options_.baseName = platform::printable(options_.baseName);
   project = parseExported(document_, bytes_, kParseOptions);
   listElements();

@@ -18,7 +18,7 @@ struct Options {
   bool keepDates = false;  ///< schedule every task by hand, so that no reader moves it
 };
 
-/// An element of the file and where it came from; the source is empty when the bundle is not at hand.
+/// An element of the file, and its source in the plan; the source is empty without a bundle.
 struct Item {
   pugi::xml_node element;
   xml::Node source;
@@ -32,14 +32,14 @@ struct CalendarItem {
   const PlanResource* source = nullptr;
 };
 
-/// An exported document on its way to the file that one sends. The corrections change `project` in place. They find the
-/// elements in the lists, each with its source when there is a bundle. A correction that removes or adds a task,
-/// resource, assignment or calendar keeps its list right.
+/// An exported document while it is corrected. The corrections change `project` in place. They find its elements in the
+/// lists, each with its source when there is a bundle. A correction that removes or adds a task, resource, assignment
+/// or calendar must update the list.
 class Copy {
  public:
-  /// @param bytes an exported document in UTF-8, well-formed in all that xml::requireCopyable() looks at. @param plan
-  /// the bundle's plan, which must outlive the copy; none when only the file is at hand.
-  /// @throws platform::Exception "ConformException" when the bytes are no Microsoft Project XML, and InvariantFailure
+  /// @param bytes an exported document in UTF-8 that has passed xml::requireCopyable().
+  /// @param plan the bundle's plan, which must outlive the copy; none when only the file is at hand.
+  /// @throws platform::Exception "ConformException" when the bytes are not Microsoft Project XML, and InvariantFailure
   /// when the file does not belong to the plan.
   Copy(std::string bytes, const Plan* plan, Options options);
   Copy(const Copy&) = delete;

@@ -26,11 +26,12 @@
 namespace conform {
 namespace {
 
-/// The order in which they run. A correction that looks at what another one changes stands behind it, and says so.
+/// The corrections in the order in which they run. One that reads what another one changes must come later; the
+/// comments say why.
 constexpr std::array kCorrections = {
-    // First, because it tells references by the identifiers that the exporter gave.
+    // First, because it recognizes references by the identifiers that the exporter wrote.
     Correction{"References", &correctReferences},
-    // Takes every reference for right.
+    // After References, because it relies on every reference being right.
     Correction{"Identifiers", &correctIdentifiers},
     Correction{"CustomFields", &correctCustomFields},
     Correction{"ProjectName", &correctProjectName},
@@ -42,15 +43,15 @@ constexpr std::array kCorrections = {
     Correction{"Links", &correctLinks},
     Correction{"ProjectWeek", &correctProjectWeek},
     Correction{"WorkOverTime", &correctWorkOverTime},
-    // The two behind it find nothing then; they are for calendars of which only the file is at hand.
+    // With a bundle, the two corrections after this one find nothing to do; they are for files without one.
     Correction{"Days", &correctDays},
     Correction{"WorkWeeks", &correctWorkWeeks},
     Correction{"ExceptionDates", &correctExceptionDates},
-    // Calls calendars by the numbers that they have in the end.
+    // After Identifiers, because it uses the final numbers of calendars in names.
     Correction{"Names", &correctNames},
     Correction{"Outline", &correctOutline},
     Correction{"KeepDates", &keepDates},
-    // Last, because the others append what they add.
+    // Last, because the others append new elements at the end.
     Correction{"Order", &correctOrder},
 };
 

@@ -19,7 +19,7 @@ struct Choice {
   std::string reason;
 };
 
-/// Several currencies share the symbol, and nearly every plan that has it means this one.
+/// A symbol that several currencies share, and the currency that nearly every plan with it means.
 struct UsualCode {
   std::string_view symbol;
   std::string_view code;

@@ -4,9 +4,9 @@ namespace conform {
 
 class Copy;
 
-/// `CurrencyCode` is never empty. The exporter leaves it so when the plan's symbol belongs to no currency or to several
-/// of them. Then it is what the user said, else what the symbol usually stands for (£ and ¥), else the currency of the
-/// machine's locale, else USD; and a warning says so.
+/// Fills an empty `CurrencyCode`. The exporter leaves it empty when the plan's symbol belongs to no currency or to
+/// several. It becomes the first of these that exists, with a warning: the user's choice, the currency that the symbol
+/// usually means (£ and ¥), the currency of the machine's locale, USD.
 void correctCurrency(Copy& copy);
 
 }  // namespace conform

@@ -47,13 +47,13 @@ class Fields {
   /// A field of the corrected file.
   struct Field {
     std::string name;
-    pugi::xml_node definition;    ///< the first with the name; none for a name that was made up
-    std::size_t place = 0;        ///< 1 is Text1, past 30 it is left out; 0 as long as it is not used
+    pugi::xml_node definition;    ///< the first definition with the name; empty for a name made up here
+    std::size_t place = 0;        ///< 1 is Text1; above 30 the field is left out; 0 until the field is used
     std::size_t namedBy = kNone;  ///< the last object that has the name
     std::size_t usedBy = kNone;   ///< the last object with a value of it
-    std::size_t lastNumber = 1;   ///< the last one tried for "Name (2)" in that object
+    std::size_t lastNumber = 1;   ///< the last number tried for "Name (2)" in that object
   };
-  /// What one number means in the file.
+  /// What one field number stands for in the file.
   struct Number {
     std::vector<Field*> fields;  ///< one for each definition, in their order
     std::size_t next = 0;        ///< the definition of the next object
@@ -85,7 +85,8 @@ class Fields {
     }
   }
 
-  /// Whether a field of this name may have the number. Of other fields than texts nothing is known here.
+  /// Whether a field of this name may have the number. Always true for fields other than texts, about which nothing is
+  /// known here.
   [[nodiscard]] bool isNumberOf(std::string_view number, std::string_view fieldName) const {
     if (!fieldName.starts_with(kPlaceName)) return true;
     const auto place = wholeNumber(fieldName.substr(kPlaceName.size()));
@@ -130,12 +131,12 @@ class Fields {
                     text, byNumber_.at(text).fields.size(), holders));
   }
 
-  /// Whether nothing needs to change, as in a corrected file.
+  /// Whether nothing needs to change, as in a file that was already corrected.
   [[nodiscard]] bool isRight() const {
     return !hasWrongNumber_ && !hasDoubledName_ && !hasDoubledValue_ && byNumber_.size() == definitions_.size();
   }
 
-  /// The names that one object has, of which none is made up for it a second time.
+  /// Notes the names that one object has, so that no name made up for it is one of these.
   void noteNamesFrom(std::size_t first) {
     for (std::size_t i = first; i < values_.size() && values_[i].holder == values_[first].holder; ++i) {
       values_[i].field->namedBy = values_[first].holder;
@@ -155,7 +156,7 @@ class Fields {
     }
   }
 
-  /// A field for one more value of a name that the object has already.
+  /// The field for another value of a name that the object already has.
   Field& anotherField(Field& first, std::size_t holder) {
     for (;;) {
       Field& field = fieldOf(fmt::format("{} ({})", first.name, ++first.lastNumber));
@@ -166,7 +167,8 @@ class Fields {
     }
   }
 
-  /// Gives the field the next place at its first use. Numbers of values that nothing defines stay theirs.
+  /// Gives the field the next place when it is first used. Skips the numbers of values without a definition, which keep
+  /// them.
   void use(Field& field) {
     if (field.place != 0) return;
     while (places_ < kTextFields && undefined_.contains(std::to_string(numbers_[places_]))) ++places_;
@@ -223,7 +225,7 @@ class Fields {
   const std::vector<Item>& holders_;
   const TextFieldNumbers& numbers_;
   std::vector<pugi::xml_node> definitions_;  ///< in the order of the file
-  std::deque<Field> fields_;                 ///< in the order in which their names come up
+  std::deque<Field> fields_;                 ///< in the order in which their names first occur
   std::unordered_map<std::string, Field*> fieldsByName_;
   std::unordered_map<std::string, Number> byNumber_;
   std::unordered_set<std::string> undefined_;  ///< numbers of values without a definition

@@ -10,12 +10,12 @@ namespace {
 
 constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-/// A list that is walked day after day.
+/// A list of changes that is walked in order of days.
 class Walk {
  public:
   explicit Walk(const DayChanges& changes) : next_(changes.begin()), end_(changes.end()) {}
 
-  /// Goes on to the day, which is not before an earlier one.
+  /// Goes to the day, which must not be before that of an earlier call.
   void goTo(std::int64_t day) {
     while (next_ != end_ && next_->last < day) ++next_;
     day_ = day;
@@ -23,7 +23,8 @@ class Walk {
   [[nodiscard]] const DayChange* change() const { return holds() ? &next_->change : nullptr; }
   /// The first day from this one on that has a change.
   [[nodiscard]] std::int64_t nextChanged() const { return next_ == end_ ? kNever : std::max(day_, next_->first); }
-  /// The last day on which all is as on this one.
+  /// The last of the days in a row that have the same change as this one; when this one has none, the last without a
+  /// change.
   [[nodiscard]] std::int64_t lastAlike() const {
     if (next_ == end_) return kNever;
     return holds() ? next_->last : next_->first - 1;
@@ -37,7 +38,7 @@ class Walk {
   std::int64_t day_ = std::numeric_limits<std::int64_t>::min();
 };
 
-/// The first change and then the second; null for none.
+/// The first change followed by the second; either may be null for none.
 DayChange both(const DayChange* first, const DayChange* second) {
   DayChange change = first != nullptr ? *first : DayChange();
   return second != nullptr ? change.followedBy(*second) : change;

@@ -8,15 +8,17 @@
 
 namespace conform {
 
-/// What becomes of a day's hours: first some are taken away, then others are given. Changes that follow each other make
-/// one of this kind again.
+/// A change of a day's hours: first `takes` is removed, then `gives` is added. Several changes in a row can be combined
+/// into one:
+///
+///   a day of 08:00-16:00, taking 12:00-24:00, then giving 18:00-20:00    08:00-12:00, 18:00-20:00
 struct DayChange {
   Hours takes;
   Hours gives;
   std::vector<std::size_t> sources;  ///< numbers of the sets of events it comes from, in rising order, each once
 
   [[nodiscard]] Hours appliedTo(Hours hours) const;
-  /// This change, and then the other one.
+  /// The change that has the effect of this one followed by the next.
   [[nodiscard]] DayChange followedBy(const DayChange& next) const;
   void addSources(const std::vector<std::size_t>& others);
 };
@@ -28,11 +30,11 @@ struct ChangedDays {
   DayChange change;
 };
 
-/// In order of time, none overlapping the next; on the days between nothing changes.
+/// Stretches in order of time that do not overlap. On days between them nothing changes.
 using DayChanges = std::vector<ChangedDays>;
 
-/// The changes above and then, where there are some, the own ones. Stretches begin and end wherever one of either list
-/// does.
+/// The changes of the level above, followed on each day by the own ones. A stretch begins or ends wherever one in
+/// either list does.
 [[nodiscard]] DayChanges composed(const DayChanges& above, const DayChanges& own);
 
 /// The change of the day; null when there is none.

@@ -27,9 +27,9 @@ using platform::kSecondsPerDay;
 namespace conform {
 namespace {
 
-/// They take some three gigabytes of memory.
+/// This many take about three gigabytes of memory.
 constexpr std::size_t kMostExceptions = 1'000'000;
-/// With more than these, the ones far from the tasks are left out: they come from dates that are centuries off.
+/// With more than this many, those far from the tasks are left out: they come from dates that are centuries off.
 constexpr std::size_t kManyExceptions = 100'000;
 constexpr std::int64_t kDaysAround = 3653;  ///< ten years
 
@@ -53,7 +53,7 @@ std::vector<Calendar> calendarsOf(const Copy& copy, PlanHours& hours) {
 
 // Which exceptions.
 
-/// From ten years before the tasks to ten years behind them.
+/// From ten years before the tasks to ten years after them.
 DateRange daysAroundTasks(const Plan& plan) {
   DateRange range{lastKeptDay(), firstKeptDay()};
   for (const xml::Node task : plan.tasks()) {
@@ -67,7 +67,8 @@ DateRange daysAroundTasks(const Plan& plan) {
   return range;
 }
 
-/// Gives the calendars their exceptions, and says how many; when there are too many, the last calendars have none.
+/// Gives the calendars their exceptions and returns how many there are. When there are too many, the last calendars get
+/// none.
 std::size_t findExceptions(std::vector<Calendar>& calendars, DateRange range) {
   std::size_t found = 0;
   for (Calendar& calendar : calendars) {
@@ -118,13 +119,13 @@ std::string timePeriod(DateRange days) {
                      wallClockText(days.first * kSecondsPerDay), wallClockText((days.last + 1) * kSecondsPerDay - 1));
 }
 
-/// What the elements of a calendar hold.
+/// The contents of a calendar's elements, as markup.
 struct Contents {
   std::string weekDays;
   std::string exceptions;
 };
 
-/// The exception, and its entry among the week days.
+/// Appends the exception, and its entry among the week days.
 void append(Contents& contents, const DayException& exception, const std::string& name) {
   const std::string working = dayWorking(exception.hours);
   const std::string period = timePeriod(exception.days);
@@ -151,8 +152,8 @@ Contents contentsOf(const Calendar& calendar, const PlanHours& hours) {
 
 // Writing.
 
-/// Puts an element with the contents in the place of the child of its name; none when there are no contents. False
-/// when the child is like it already.
+/// Replaces the child of this name by one with the contents; removes it when there are no contents. Returns false when
+/// the child already has these contents.
 bool replaceChild(pugi::xml_node parent, const char* name, const std::string& contents) {
   const pugi::xml_node before = parent.child(name);
   pugi::xml_node after;
@@ -174,7 +175,7 @@ void write(const Calendar& calendar, const PlanHours& hours, Report& report) {
   if (changed) report.count("calendars with other hours than the plan");
 }
 
-/// Whether any day has more working times than the format takes.
+/// Whether any day has more working times than the format can hold.
 bool hasMergedDays(const Calendar& calendar) {
   for (int day = kSunday; day <= kSaturday; ++day) {
     const Hours& hours = calendar.days.weekDay(day);

@@ -4,16 +4,18 @@ namespace conform {
 
 class Copy;
 
-/// The calendars give exactly the hours of the plan on every date (PlanHours.h has the rule). The exact file makes one
-/// closed stretch of two holidays of equal hours, whole days off of hours off, and hours of the day of overtime.
+/// Makes the calendars give exactly the hours of the plan on every date (PlanHours.h has the rule). The exact file does
+/// not: it joins two holidays with equal hours to one stretch that includes the days between them, turns hours off into
+/// whole days off, and lets overtime replace the hours of its day.
 ///
-/// Week days: those that the resource's own schedule names; all seven in a base calendar. Exceptions: only dates on
-/// which the hours are not those that week and base calendar give, in order, none overlapping; days in a row with equal
-/// hours are one exception, named after the sets of events that hold on them. Each is also a `WeekDay` of `DayType` 0,
-/// for older readers. No `WorkWeeks`. A day with more than five working times has its smallest breaks closed.
+/// A calendar gets the week days that the resource's own schedule defines; a base calendar gets all seven. It gets
+/// exceptions, in order and without overlaps, only for dates on which the week and the base calendar would give wrong
+/// hours. Successive days with equal hours are one exception, named after the sets of events that hold on them. Each
+/// exception is also written as a `WeekDay` of `DayType` 0, for older readers. There are no `WorkWeeks`. On a day with
+/// more than five working times, the shortest breaks are closed.
 ///
-/// When all calendars together have more than 100,000 exceptions, those further than ten years from the tasks are left
-/// out, and in any case those past the first 1,000,000. Both are said.
+/// When all calendars together have more than 100,000 exceptions, those more than ten years from the tasks are left
+/// out; in any case, those after the first 1,000,000. A warning says so.
 void correctDays(Copy& copy);
 
 }  // namespace conform

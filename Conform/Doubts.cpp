@@ -32,7 +32,7 @@ enum class Kind : std::uint8_t {
   kTruth
 };
 
-/// A child that counts once.
+/// A child element of which only one counts.
 struct Field {
   std::string_view name;
   Kind kind;
@@ -80,7 +80,7 @@ constexpr Field kResourceFields[] = {
     {"user-data", Kind::kText},
 };
 
-/// Words that a text may be, and what any other counts as.
+/// The words that a text may be, and the meaning of any other.
 struct Words {
   std::string_view name;
   std::span<const std::string_view> known;
@@ -164,7 +164,7 @@ class Doubts {
       if (error) warn("there is more than one {}, {}", field.name, field.whenTwice);
       if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue());
       if (field.kind == Kind::kTruth) checkTruth(field.name, found.stringValue());
-      // Rates are copied as they are.
+      // Rates are copied unchanged, so they are checked differently.
       if (field.kind == Kind::kNumber && field.name != "cost-per-hour") {
         checkNumber(field.name, found.stringValue());
       }
@@ -192,7 +192,7 @@ class Doubts {
     return GregorianCalendar::civilFromSeconds(GregorianCalendar::secondsFromCivil(record.civil())) == record.civil();
   }
 
-  /// Events may be wall-clock times.
+  /// Checks a date of an event, which may be without a zone.
   void checkLocalDate(std::string_view name, std::string_view text) {
     MSPCDateComponents record;
     const auto flags = scanUsualDateTime(record, text);
@@ -225,7 +225,7 @@ class Doubts {
     if (error) warn("{} '{}' is neither true nor false, it counts as true", name, text);
   }
 
-  /// What is copied into the file, where it has to be a number.
+  /// Checks a text that is copied into the file, where it must be a number.
   void checkCopied(std::string_view name, std::string_view text) {
     if (text.empty()) return;
     const auto number = platform::scanDouble(text);
@@ -251,7 +251,7 @@ class Doubts {
 
   using Identities = std::unordered_set<const void*>;
 
-  /// Tasks that are exported, and the pieces of split ones, which are in them.
+  /// The exported tasks, and the pieces of split tasks, which are exported as part of these.
   [[nodiscard]] Identities tasksReached() const {
     Identities reached;
     for (const xml::Node task : plan_.tasks()) {

@@ -5,9 +5,9 @@ namespace conform {
 class Plan;
 class Report;
 
-/// Looks through what the export read and warns of everything that it took otherwise than it was perhaps meant: dates
-/// and numbers that are not read whole, references to nothing, second ones of what counts once, words that nobody
-/// knows, and tasks and resources that no group holds. Changes nothing.
+/// Warns of everything in the plan that the export may have read in another way than it was meant: dates and numbers
+/// that were only read in part, references to missing objects, repeated elements of which one counts, unknown words,
+/// and tasks and resources that are in no group. Changes nothing.
 void warnOfDoubts(const Plan& plan, Report& report);
 
 }  // namespace conform

@@ -12,10 +12,10 @@ using platform::kSecondsPerMinute;
 namespace conform {
 namespace {
 
-/// Sums of that many hours do not overflow.
+/// A sum of this many hours, minutes and seconds does not overflow.
 constexpr std::int64_t kMaximumPart = 1'000'000'000'000;
 
-/// Takes "<digits><unit>" from the text's beginning.
+/// Removes "<digits><unit>" from the front of the text and returns the number; none when the text begins differently.
 std::optional<std::int64_t> takePart(std::string_view& text, char unit) {
   std::int64_t number = 0;
   const char* end = text.data() + text.size();

@@ -10,18 +10,18 @@
 
 namespace conform {
 
-/// The element's own text; empty for none and for an empty view.
+/// The element's own text; empty when it has none, and for an empty view.
 [[nodiscard]] inline std::string_view textOf(pugi::xml_node element) { return element.text().get(); }
 [[nodiscard]] inline std::string_view textOf(pugi::xml_node parent, const char* name) {
   return textOf(parent.child(name));
 }
 /// Whether the text has nothing but XML's blanks.
 [[nodiscard]] bool isBlank(std::string_view text);
-/// The number when the text is nothing but decimal digits; held at the limit of 64 bits.
+/// The number when the text consists of decimal digits only; beyond 64 bits, their limit. None for any other text.
 [[nodiscard]] std::optional<std::int64_t> wholeNumber(std::string_view text);
 
-/// The first child of each name, an empty view for none. In one pass: asked for one by one, each question would go
-/// through all children.
+/// The first child of each name; an empty view where there is none. Finds all in one pass over the children, which is
+/// faster than asking for them one by one.
 template <typename... Names>
 [[nodiscard]] std::array<pugi::xml_node, sizeof...(Names)> childrenOf(pugi::xml_node element, Names... names) {
   const std::array<std::string_view, sizeof...(Names)> wanted{std::string_view(names)...};
@@ -38,12 +38,14 @@ template <typename... Names>
   return found;
 }
 
-/// Gives the child the text. @return whether that changed anything.
+/// Sets the child's text.
+/// @return whether that changed anything.
 bool setText(pugi::xml_node child, std::string_view text);
-/// The same for a child that may be an empty view, which is then appended to the parent.
+/// The same; when the child is an empty view, a new child is appended to the parent.
 bool setText(pugi::xml_node parent, pugi::xml_node child, const char* name, std::string_view text);
 
-/// Lets the parent's children, of which none may be missing, stand in this order.
+/// Puts the parent's children into this order.
+/// @param children all of them.
 void putInOrder(pugi::xml_node parent, std::span<const pugi::xml_node> children);
 
 }  // namespace conform

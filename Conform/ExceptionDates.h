@@ -4,7 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// The exceptions of a calendar stand in order of their first day; Microsoft Project is reported to ignore others.
+/// Sorts the exceptions of a calendar by their first day. Microsoft Project is reported to ignore those that are out of
+/// order.
 void correctExceptionDates(Copy& copy);
 
 }  // namespace conform

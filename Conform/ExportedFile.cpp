@@ -30,8 +30,8 @@ std::string wellFormedText(std::string bytes) {
 }
 
 pugi::xml_node parseExported(pugi::xml_document& document, std::string& text, unsigned options) {
-  // By itself pugixml leaves out what it has no memory for. Set before anything is allocated: what one pair of
-  // functions gives, the other must not take back.
+  // Without this, pugixml silently drops nodes when memory runs out; operator new throws. It must be set before
+  // anything is allocated, since memory from one pair of functions must not be freed by the other.
   pugi::set_memory_management_functions(&::operator new, &::operator delete);
   const auto result = document.load_buffer_inplace(text.data(), text.size(), options, pugi::encoding_utf8);
   if (!result) fail(result.description());

@@ -118,7 +118,7 @@ constexpr auto kDateTimes = std::to_array<std::string_view>({"ActualFinish",
                                                              "Stop",
                                                              "ToDate"});
 
-// Written out, so that a number can be looked for.
+// Written out, so that a number can be found by searching.
 constexpr TextFieldNumbers kTaskFields = {
     188743731, 188743734, 188743737, 188743740, 188743743, 188743746, 188743747, 188743748, 188743749, 188743750,
     188743997, 188743998, 188743999, 188744000, 188744001, 188744002, 188744003, 188744004, 188744005, 188744006,

@@ -7,28 +7,28 @@
 
 namespace conform {
 
-// What is published about the format, as data: change the format's facts here and nowhere else.
+// The published facts about the format, as data. Change them here and nowhere else.
 
 /// The namespace of the format's elements.
 inline constexpr std::string_view kNamespace = "http://schemas.microsoft.com/project";
 
-/// The largest UID that Microsoft Project takes.
+/// The largest UID that Microsoft Project accepts.
 inline constexpr std::int64_t kMaximumUID = 2'097'151;
 /// The `ResourceUID` of an assignment to nobody.
 inline constexpr std::string_view kNobody = "-65535";
 /// The `CalendarUID` of a task that has no calendar of its own.
 inline constexpr std::string_view kNoCalendar = "-1";
 
-/// The children of one element in the published order, names with a blank between.
+/// The children of one element in the published order: their names, separated by blanks.
 struct PublishedOrder {
   std::string_view element;
-  std::string_view parent;  ///< where the order holds; empty for everywhere else
+  std::string_view parent;  ///< the parent under which this order holds; empty for all other parents
   std::string_view children;
 };
 /// Containers are among the elements, with what they contain.
 [[nodiscard]] std::span<const PublishedOrder> publishedOrders();
 
-/// The elements that hold a date-time, which is never empty in a valid file.
+/// The elements that contain a date-time. In a valid file they are never empty.
 [[nodiscard]] std::span<const std::string_view> dateTimeElements();
 
 /// The custom fields that hold texts.

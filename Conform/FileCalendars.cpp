@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::size_t kDaysPerWeek = 7;
 
-/// Days of which nothing is known yet. However many stretches of time hold a day, it is taken once.
+/// The days that have no hours yet. Each day is taken only once, however many stretches of time include it.
 class FreeDays {
  public:
-  /// @param step from one day to the next that is looked for: 1, or 7 for days of one name.
+  /// @param step the distance between the days to look for: 1, or 7 for one weekday.
   FreeDays(std::size_t count, std::size_t step) : step_(step), next_(count + step) {
     std::iota(next_.begin(), next_.end(), std::size_t{0});
   }
-  /// The first free one from the day on, which may be up to a step behind the last.
+  /// The first free day from this one on. The result may be up to one step after the last day, when there is none.
   [[nodiscard]] std::size_t from(std::size_t day) {
     while (next_[day] != day) day = next_[day] = next_[next_[day]];
     return day;
@@ -29,10 +29,10 @@ class FreeDays {
   std::vector<std::size_t> next_;
 };
 
-/// So many bases of bases are followed; a longer chain is a circle.
+/// The number of bases of bases that are followed; a longer chain must be a circle.
 constexpr std::size_t kLongestChain = 8;
 
-/// So many calendars' days are kept: with thousands of calendars they would fill the memory.
+/// The number of calendars whose days are kept; those of thousands of calendars would fill the memory.
 constexpr std::size_t kMostKept = 64;
 
 const WorkingHours& noHours() {

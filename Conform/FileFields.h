@@ -11,8 +11,8 @@
 
 namespace conform {
 
-/// The names of a file's custom fields. A corrected file defines each field once. The exporter defines fields anew for
-/// each object: the n-th definition of a number is that of the n-th object with a value of this number.
+/// The names of a file's custom fields. A corrected file defines each field once. In an exact file, each object has its
+/// own definitions: the n-th definition of a number is for the n-th object with a value of this number.
 class FileFields {
  public:
   /// @param definitions the project's `ExtendedAttributes`, which may be an empty view.

@@ -20,7 +20,8 @@ constexpr std::int64_t kLongest = 1'000'000'000'000'000;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Takes the digits that the text begins with; none without any, or when there are over fifteen.
+/// Removes the digits at the front of the text and returns their number; none without digits, and for more than
+/// fifteen.
 std::optional<std::int64_t> takeDigits(std::string_view& text) {
   constexpr std::size_t kMostDigits = 15;
   std::int64_t number = 0;
@@ -34,7 +35,7 @@ std::optional<std::int64_t> takeDigits(std::string_view& text) {
   return number;
 }
 
-/// Takes numbers with the separator between them, as many as there are places for.
+/// Removes as many numbers as `numbers` has places, separated by the separator, from the front of the text.
 bool takeNumbers(std::string_view& text, char separator, std::span<std::int64_t> numbers) {
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     if (i > 0) {
@@ -78,7 +79,7 @@ std::optional<std::int64_t> secondsOfUnit(char unit, bool isTime) {
   }
 }
 
-/// Skips what stands behind the point of a number.
+/// Skips a decimal point and the digits after it.
 void skipFraction(std::string_view& text) {
   if (!text.starts_with('.')) return;
   text.remove_prefix(1);

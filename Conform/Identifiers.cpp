@@ -18,7 +18,8 @@ namespace {
 /// The numbers that objects of one kind have.
 class Numbers {
  public:
-  /// Takes the number that the text is. @return false when it is none that the object can have.
+  /// Reserves the number in the text.
+  /// @return false when the object cannot have it: it is taken, too large or not a number.
   bool take(std::string_view text) {
     const auto number = wholeNumber(text);
     if (!number || *number > kMaximumUID || taken_[static_cast<std::size_t>(*number)]) return false;
@@ -36,12 +37,12 @@ class Numbers {
   std::int64_t next_ = 1;
 };
 
-/// What references to objects of one kind are now, by what they were; only for those that changed.
+/// The new identifier for each old one that changed.
 using Renamed = std::unordered_map<std::string, std::string, platform::IdHash, std::equal_to<>>;
 
 bool isCanonical(std::string_view uid) { return uid == "0" || !uid.starts_with('0'); }
 
-/// Those of the items that cannot keep their number. The first with a number keeps it, a plain "7" before a "007".
+/// The items that cannot keep their number. The first item with a number keeps it, but a plain "7" goes before a "007".
 std::vector<const Item*> withoutNumber(const Copy& copy, const std::vector<Item>& items, Numbers& numbers) {
   std::vector<const Item*> later;
   for (const Item& item : items) {
@@ -60,7 +61,7 @@ Renamed renumber(Copy& copy, const std::vector<Item>& items, const char* what) {
   Renamed renamed;
   if (unnumbered.empty()) return renamed;
 
-  // A reference means the first object that has the identifier.
+  // A reference means the first object with the identifier.
   std::unordered_map<std::string_view, const Item*, platform::IdHash> owners;
   for (const Item& item : items) {
     if (!copy.isPlaceholder(item)) owners.try_emplace(textOf(item.element, "UID"), &item);
@@ -102,7 +103,8 @@ std::string markupOf(pugi::xml_node element) {
   return out.str();
 }
 
-/// The exporter writes a calendar for each way to a group, and each says what the last one does.
+/// When a group is reached in several ways, the exporter writes its calendar several times, always with the contents of
+/// the last.
 void correctCalendars(Copy& copy) {
   Numbers numbers;
   std::unordered_map<std::string, CalendarItem*> first;

@@ -4,10 +4,10 @@ namespace conform {
 
 class Copy;
 
-/// Tasks and resources whose `UID` is empty, no number, too large, or a number that another one has as well ("007"
-/// beside "7") get a number that is free, also where links and assignments name them. The placeholder resource gives
-/// its number to one that has it as well. Of calendars with one `UID` the second is left out when it says the same, and
-/// gets a free number otherwise.
+/// Gives tasks and resources a free number, and changes the links and assignments that refer to them, when their `UID`
+/// is empty, not a number, too large, or a number that another one has ("007" and "7"). When a resource has the
+/// placeholder's number, the placeholder gets another one. Of two calendars with one `UID`, the second is removed when
+/// both have the same contents, and otherwise gets a free number.
 void correctIdentifiers(Copy& copy);
 
 }  // namespace conform

@@ -4,8 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// When the user asks for it: each task that is no summary is scheduled by hand, on the dates and with the duration
-/// that it has, so that no reader moves it.
+/// If the user asks for it, marks each task that is not a summary as scheduled by hand, with its present dates and
+/// duration, so that no reader moves it.
 void keepDates(Copy& copy);
 
 }  // namespace conform

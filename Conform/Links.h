@@ -4,8 +4,7 @@ namespace conform {
 
 class Copy;
 
-/// A link without `LinkLag`, or with an empty one, gets a lag of 0: some readers take it for one whose lag is no
-/// number.
+/// Gives a link with missing or empty `LinkLag` a lag of 0. Some readers would take it for a lag that is not a number.
 void correctLinks(Copy& copy);
 
 }  // namespace conform

@@ -5,8 +5,8 @@
 
 namespace conform {
 
-/// Appends the elements that the markup holds to the element. Long lists are made so: it takes a fraction of the time
-/// and memory that making each node does.
+/// Parses the markup and appends its elements. For long lists this takes a fraction of the time and memory of making
+/// each node.
 void appendMarkup(pugi::xml_node to, std::string_view markup);
 
 /// Whether both have the same name, text and children, in the same order.

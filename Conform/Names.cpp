@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMaximumLength = 51;
 
-/// The first so many characters of a UTF-8 text.
+/// The first characters of a UTF-8 text.
 std::string_view beginningOf(std::string_view text, std::size_t characters) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     const bool isContinuation = (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
@@ -91,7 +91,7 @@ class CalendarNames {
   }
 
   Copy& copy_;
-  std::unordered_map<std::string, int> beginnings_;  ///< how many calendars begin so
+  std::unordered_map<std::string, int> beginnings_;  ///< the number of calendars whose names begin like this
 };
 
 }  // namespace

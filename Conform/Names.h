@@ -4,9 +4,9 @@ namespace conform {
 
 class Copy;
 
-/// Names that Microsoft Project is reported to refuse. In those of resources ",", "[" and "]" become ";", "(" and ")".
-/// Those of calendars are cut at 51 characters, with the UID at the end when another one begins with the same 51; a
-/// calendar without a name, or with 51 blanks in front of it, is called by its UID.
+/// Changes names that Microsoft Project is reported to refuse. In names of resources, ",", "[" and "]" become ";", "("
+/// and ")". Names of calendars are cut to 51 characters, ending in the UID when another name begins with the same 51. A
+/// calendar without a name, or whose name begins with 51 blanks, is named by its UID.
 void correctNames(Copy& copy);
 
 }  // namespace conform

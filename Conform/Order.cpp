@@ -13,15 +13,15 @@
 namespace conform {
 namespace {
 
-/// The published order of one element, made for looking names up: a plan has millions of them.
+/// The published order of one element's children as a hash table, since a plan has millions of names to look up.
 class Order {
  public:
   struct Child {
     std::string_view name;
     std::size_t place = 0;
     bool isDateTime = false;
-    Order* order = nullptr;     ///< of the child's own children; none when nothing is published about them
-    Child* follower = nullptr;  ///< what stood behind it the last time
+    Order* order = nullptr;     ///< the order of the child's own children; null when none is published
+    Child* follower = nullptr;  ///< the child that came after it the last time
   };
 
   void add(std::string_view name, Order* order) {
@@ -30,8 +30,8 @@ class Order {
     const bool isDateTime = std::find(dateTimes.begin(), dateTimes.end(), name) != dateTimes.end();
     child = {name, ++count_, isDateTime, order, nullptr};
   }
-  /// None when the order does not name the child. Elements of one kind have mostly the same children, so that the one
-  /// that followed the child in front the last time is tried first.
+  /// Finds a child's entry; null when the order does not name it. Elements of one kind mostly have the same children,
+  /// so the child that came after `inFront` the last time is tried first.
   [[nodiscard]] Child* find(const char* name, Child* inFront) {
     Child*& guess = inFront == nullptr ? first_ : inFront->follower;
     if (guess != nullptr && std::strncmp(name, guess->name.data(), guess->name.size()) == 0 &&
@@ -43,13 +43,13 @@ class Order {
     guess = &child;
     return guess;
   }
-  /// The place of what the order does not name.
+  /// The place for children that the order does not name.
   [[nodiscard]] std::size_t last() const { return count_ + 1; }
 
  private:
   static constexpr std::size_t kSlots = 256;  ///< twice the longest order
 
-  /// Where the name is, or is to be.
+  /// The slot that has the name, or where it belongs.
   [[nodiscard]] Child& slotOf(std::string_view name) {
     const auto letter = [name](std::size_t at) { return std::size_t{static_cast<unsigned char>(name[at])}; };
     std::size_t slot = name.empty() ? 0 : name.size() * 31 + letter(0) * 7 + letter(name.size() / 2) * 3;
@@ -59,11 +59,11 @@ class Order {
   }
 
   std::array<Child, kSlots> slots_{};
-  Child* first_ = nullptr;  ///< what stood in front of all others the last time
+  Child* first_ = nullptr;  ///< the child that was first the last time
   std::size_t count_ = 0;
 };
 
-/// All orders, each with those of the elements below.
+/// All orders, linked to those of their children.
 class Orders {
  public:
   Orders() : facts_(publishedOrders()), orders_(facts_.size()) {
@@ -93,7 +93,7 @@ class Orders {
   std::vector<Order> orders_;
 };
 
-/// Puts elements in order, and then those below them, without recursion.
+/// Sorts an element's children, then the children of these, and so on, without recursion.
 class Sorter {
  public:
   void sortAllBelow(pugi::xml_node top, Order& order) {
@@ -135,7 +135,7 @@ class Sorter {
     if (!isInOrder) rearrange(element);
   }
 
-  /// The child's place among the others; 0 when it was left out. What has an order itself is noted.
+  /// The child's place; 0 when it was removed. Notes children that need sorting themselves.
   std::size_t placeOf(pugi::xml_node element, pugi::xml_node child, const Order::Child& known) {
     if (known.isDateTime && isBlank(textOf(child))) {
       element.remove_child(child);
@@ -155,7 +155,7 @@ class Sorter {
     ++sorted_;
   }
 
-  std::vector<Open> open_;  ///< elements that wait for their turn
+  std::vector<Open> open_;  ///< elements still to be sorted
   std::vector<Placed> placed_;
   std::vector<pugi::xml_node> inOrder_;
   std::size_t sorted_ = 0;

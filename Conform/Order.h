@@ -4,8 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// Lets the children of every element stand in the published order; what the order does not name, comments and
-/// processing instructions among it, goes last. Date-time elements without a text are left out: they are not valid.
+/// Puts the children of every element into the published order. Whatever the order does not name, such as comments and
+/// processing instructions, goes last. Date-time elements without a text are removed, since they are not valid.
 void correctOrder(Copy& copy);
 
 }  // namespace conform

@@ -31,7 +31,7 @@ class Numbering {
   }
 
  private:
-  std::vector<std::size_t> counts_;  ///< of the levels, down to the last task
+  std::vector<std::size_t> counts_;  ///< the numbers on each level, down to the level of the last task
 };
 
 std::size_t levelOf(const Item& task, std::string_view text) {

@@ -11,7 +11,7 @@ namespace {
 
 std::string typeOf(xml::Node object) { return stringValueForXQuery(object, "type").value_or(""); }
 
-/// Puts what the group refers to on the stack, so that the first is taken next.
+/// Pushes the members that the group refers to, in reverse order, so that the first is taken next.
 template <typename Entry, typename Make>
 void pushMembers(std::vector<Entry>& stack, const std::vector<xml::Node>& references, Make make) {
   for (auto reference = references.rbegin(); reference != references.rend(); ++reference) make(stack, *reference);
@@ -64,7 +64,7 @@ void Plan::walkTasks() {
   }
 }
 
-/// A task that nobody is assigned to gets one assignment all the same, a group none.
+/// Like the exporter, gives a task without assignments one to nobody, and a group none.
 void Plan::addAssignments(xml::Node task) {
   const std::size_t index = tasks_.size() - 1;
   const auto assignments = objectsForXQuery(task, "assignment");

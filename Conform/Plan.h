@@ -9,7 +9,7 @@
 
 namespace conform {
 
-/// A resource that the export reached, groups included.
+/// A resource or group that the export reached.
 struct PlanResource {
   xml::Node node;
   std::optional<std::size_t> parent;  ///< index of the group that it was reached from; none for the top resource
@@ -23,7 +23,8 @@ struct PlanAssignment {
 };
 
 /// The bundle's plan in the order in which it is exported: the n-th task here is the n-th `Task` of the file, and the
-/// same holds for calendars (one for each resource, groups included), resources and assignments. Borrows the documents.
+/// same holds for calendars (one for each resource, groups included), resources and assignments. Refers to the
+/// documents, which must outlive it.
 class Plan {
  public:
   /// @param plan the exported scenario. @param tableOfContents the bundle's "__TOC.xml".

@@ -17,7 +17,7 @@ using platform::kSecondsPerHour;
 namespace conform {
 namespace {
 
-/// Of a working day of which a file says no hours.
+/// The hours of a working day for which the file has none.
 constexpr Span kMorning{8 * kSecondsPerHour, 12 * kSecondsPerHour};
 constexpr Span kAfternoon{13 * kSecondsPerHour, 17 * kSecondsPerHour};
 
@@ -29,7 +29,7 @@ bool isTrue(pugi::xml_node parent, const char* name) {
 std::int64_t numberOf(pugi::xml_node parent, const char* name, std::int64_t otherwise) {
   return conform::numberOf(textOf(parent, name)).value_or(otherwise);
 }
-/// A code of a list; a number beyond any list counts as absent.
+/// A code; a number too large for any code counts as absent.
 int codeOf(pugi::xml_node parent, const char* name, int otherwise) {
   constexpr std::int64_t kMost = 1000;
   const std::int64_t number = numberOf(parent, name, otherwise);
@@ -50,7 +50,7 @@ WorkingHours readHours(pugi::xml_node day) {
   return hours;
 }
 
-/// The days of a `TimePeriod`; those of a period that cannot be read are none.
+/// Sets the days of a `TimePeriod`; no days when it cannot be read.
 template <typename Days>
 bool readPeriod(pugi::xml_node element, Days& days) {
   const pugi::xml_node period = element.child("TimePeriod");
@@ -79,7 +79,7 @@ WeekHours readWeek(pugi::xml_node weekDays) {
   return week;
 }
 
-/// Exceptions stand in `Exceptions`; files of before that element existed have them among the week days.
+/// Exceptions are in `Exceptions`; in files from before that element existed, among the week days.
 void readExceptions(pugi::xml_node element, FileCalendar& calendar) {
   if (const pugi::xml_node exceptions = element.child("Exceptions")) {
     for (const pugi::xml_node exception : exceptions.children("Exception")) addException(exception, calendar);
@@ -159,7 +159,7 @@ FileResource readResource(pugi::xml_node element, FileFields& fields) {
   return resource;
 }
 
-/// The first resource of a file is one without a name, which stands for nobody.
+/// Whether this is the nameless first resource of a file, which stands for nobody.
 bool isPlaceholder(const FileResource& resource) { return resource.name.empty() && resource.unitsAvailable.empty(); }
 
 void readHeader(pugi::xml_node project, PlanFile& plan) {

@@ -13,12 +13,12 @@ namespace conform {
 /// Seconds from 1970-01-01T00:00:00 on the clock of the plan, which names no zone.
 using CivilSeconds = std::int64_t;
 
-/// The working times of a day as the file has them, in its order; none on a day off.
+/// The working times of a day in the file's order; none on a day off.
 using WorkingHours = std::vector<Span>;
-/// What a calendar says of Sunday to Saturday; none where it says nothing.
+/// A calendar's hours of Sunday to Saturday; none for a day that it does not define.
 using WeekHours = std::array<std::optional<WorkingHours>, 7>;
 
-/// Days with hours of their own, counted from 1970-01-01, the last included.
+/// A stretch of days with hours of their own; days are counted from 1970-01-01, and the last is included.
 struct FileException {
   std::int64_t firstDay = 0;
   std::int64_t lastDay = 0;
@@ -67,7 +67,7 @@ struct FileTask {
   std::optional<CivilSeconds> finish;
   std::optional<std::int64_t> duration;  ///< seconds of working time
   std::optional<std::int64_t> work;      ///< seconds of working time
-  std::int64_t percentComplete = 0;      ///< as the file says, whatever it is
+  std::int64_t percentComplete = 0;      ///< as in the file, even if out of range
   std::vector<FileLink> links;
   std::vector<FileBaseline> baselines;
   std::string notes;
@@ -96,7 +96,7 @@ struct FileAssignment {
   std::string units;  ///< a factor, as it is written
 };
 
-/// What a reader finds in a Microsoft Project XML file. Texts are as they stand in it; what is absent is empty.
+/// The contents of a Microsoft Project XML file. Texts are as in the file; absent ones are empty.
 struct PlanFile {
   std::string title;  ///< the project's title, else its name
   std::string currencySymbol;
@@ -105,15 +105,15 @@ struct PlanFile {
   int weekStartDay = 0;      ///< 0 Sunday to 6 Saturday
   std::int64_t minutesPerDay = 480;
   std::vector<FileCalendar> calendars;
-  std::vector<FileTask> tasks;  ///< without those that the file marks as empty rows
+  std::vector<FileTask> tasks;  ///< without those marked as empty rows
   std::vector<FileResource> resources;
   std::vector<FileAssignment> assignments;
 };
 
-/// Reads a file that was exported, corrected or not: in both orders of children, and with one definition of a custom
-/// field or one for each object that has a value. Dates and numbers that cannot be read count as absent.
+/// Reads an exported file, whether exact or corrected: with both orders of children, and with one definition of a
+/// custom field in all or one for each object. Dates and numbers that cannot be read count as absent.
 /// @param text as wellFormedText() gives it.
-/// @throws platform::Exception "ConformException" with a reason for people when it is no Microsoft Project XML.
+/// @throws platform::Exception "ConformException" with a reason for people when it is not Microsoft Project XML.
 [[nodiscard]] PlanFile readPlanFile(std::string text);
 
 }  // namespace conform

@@ -15,10 +15,10 @@ using platform::kSecondsPerHour;
 namespace conform {
 namespace {
 
-/// Far above any real plan; they take less than a gigabyte.
+/// Far more than any real plan has; this many take less than a gigabyte.
 constexpr std::size_t kMaximumChanges = 50'000'000;
 
-/// An exception's name is repeated in each of its weeks.
+/// A limit is needed because an exception's name is repeated in each of its weeks.
 constexpr std::size_t kLongestName = 1000;
 
 /// A measure of the memory that the changes take: one for each stretch, span and source.
@@ -30,7 +30,7 @@ std::size_t sizeOf(const DayChanges& changes) {
   return size;
 }
 
-/// The text without what is behind the longest length, whole characters at a time.
+/// The text, cut to the longest length at the end of a character.
 std::string shortened(std::string text) {
   std::size_t length = std::min(text.size(), kLongestName);
   while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
@@ -38,7 +38,7 @@ std::string shortened(std::string text) {
   return text;
 }
 
-/// The week of a plan that says nothing of it.
+/// The week of a plan that does not define it.
 std::array<Hours, 8> standardWeek() {
   const Hours workday(
       std::vector<Span>{{8 * kSecondsPerHour, 12 * kSecondsPerHour}, {13 * kSecondsPerHour, 17 * kSecondsPerHour}});

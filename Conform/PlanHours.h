@@ -26,7 +26,7 @@ namespace conform {
 ///    whole days, the last one excluded.
 ///
 /// Days are those of the zone that the file is written in. Dates with an offset are converted to it, others are clock
-/// readings in it. What of a time-span lies outside its day is left out, and so are changes before the year 1 and after
+/// readings in it. The part of a time-span outside its day is ignored, and so are changes before the year 1 and after
 /// 9999. Resources are numbered as in Plan::resources(). A schedule is read when it is first asked for.
 class PlanHours {
  public:
@@ -35,15 +35,15 @@ class PlanHours {
 
   /// Whether the resource's own schedule names the weekday, 1 Sunday to 7 Saturday.
   [[nodiscard]] bool namesWeekDay(std::size_t resource, int weekday);
-  /// Hours of the weekday where no dated change holds.
-  /// @throws InvariantFailure here and below when there are so many changes that they do not fit into memory.
+  /// The weekday's hours on dates without a change.
+  /// @throws InvariantFailure here and below when there are too many changes to fit into memory.
   [[nodiscard]] const Hours& weekDay(std::size_t resource, int weekday);
-  /// The dated changes of all levels together. Where the resource has none of its own, they are the group's list.
+  /// The dated changes of all levels together. When the resource has none of its own, this is its group's list.
   [[nodiscard]] const DayChanges& changes(std::size_t resource);
   /// @param day counted from 1970-01-01.
   [[nodiscard]] Hours on(std::size_t resource, std::int64_t day);
 
-  /// How many working times of the resource's own schedule are no hours of a day.
+  /// How many working times of the resource's own schedule are not valid hours of a day.
   [[nodiscard]] std::size_t unsaid(std::size_t resource);
   /// Whether changes of the resource's own schedule before the year 1 or after 9999 were left out.
   [[nodiscard]] bool isCutOff(std::size_t resource);

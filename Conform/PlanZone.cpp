@@ -12,8 +12,8 @@
 namespace conform {
 namespace {
 
-/// UTC, which fits plans whose dates all end in "Z", then the zones in which most people live, one for each rule that
-/// is in use. The rest of the system's zones comes behind these.
+/// The zones to try first: UTC, for plans whose dates all end in "Z", then the zones in which most people live, one for
+/// each rule in use. The system's other zones are tried after these.
 constexpr std::array<std::string_view, 46> kFirstZones = {
     "UTC",
     "Asia/Kolkata",
@@ -110,7 +110,7 @@ void PlanZone::gather(std::string_view text) {
   ++count_;
 }
 
-/// Puts equal dates together.
+/// Sorts the dates, so that equal ones are together.
 void PlanZone::sortDates() {
   std::sort(dates_.begin(), dates_.end(), [](const Date& a, const Date& b) {
     return a.utcSeconds != b.utcSeconds ? a.utcSeconds < b.utcSeconds : a.offset < b.offset;
@@ -146,7 +146,7 @@ std::size_t PlanZone::countOfOthers(const platform::TimeZone& zone) const {
 }
 
 bool PlanZone::fits(const platform::TimeZone& zone) const {
-  // Nearly all zones fail here, at little cost.
+  // A cheap test first, which nearly all zones fail.
   for (const Date& date : {dates_.front(), dates_.back()}) {
     if (zone.secondsFromGMTOnce({static_cast<double>(date.utcSeconds)}) != date.offset) return false;
   }

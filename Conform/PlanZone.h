@@ -28,7 +28,7 @@ class PlanZone {
 
   /// The number of dates gathered.
   [[nodiscard]] std::size_t count() const { return count_; }
-  /// How many of them have another offset than the zone has at these instants.
+  /// How many of them have another offset than the zone at that instant.
   [[nodiscard]] std::size_t countOfOthers(const platform::TimeZone& zone) const;
   /// The first zone that fits all dates: UTC, then those in which most people live, then every other one of the
   /// system's zone data in alphabetical order. Empty when none fits, as when several authors worked in several zones.

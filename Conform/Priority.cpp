@@ -12,9 +12,9 @@
 namespace conform {
 namespace {
 
-constexpr std::int64_t kStandard = 500;  ///< and as far from the lowest as from the highest that there is
+constexpr std::int64_t kStandard = 500;  ///< also the distance to the lowest and to the highest priority of the format
 
-/// The priorities of a plan on the one side of 0, as ranks: 1 for the nearest to it.
+/// The priorities of a plan on one side of 0, ranked by distance: the nearest to 0 has rank 1.
 class Ranks {
  public:
   void add(std::int64_t distance) { distances_.push_back(distance); }
@@ -22,7 +22,7 @@ class Ranks {
     std::sort(distances_.begin(), distances_.end());
     distances_.erase(std::unique(distances_.begin(), distances_.end()), distances_.end());
   }
-  /// How far from the standard a priority is to be: between 0 and 500, these two excluded.
+  /// The distance from the standard that a priority gets: more than 0 and less than 500.
   [[nodiscard]] std::int64_t distanceFor(std::int64_t distance) const {
     const auto rank = std::lower_bound(distances_.begin(), distances_.end(), distance) - distances_.begin() + 1;
     const auto steps = static_cast<std::int64_t>(distances_.size()) + 1;
@@ -56,13 +56,14 @@ class Priorities {
   }
 
  private:
-  /// Whether a later task has its id, which then stands for both.
+  /// Whether a later task has the same id; the later one then counts for both.
   static bool isHidden(const Plan& plan, xml::Node task) {
     const xml::Query query = xml::Query::child("task", "id", task.attribute("id").value());
     return !(singleObjectForXQuery(plan.scenario(), query) == task);
   }
 
-  /// How far a negative priority is from -1: that of the lowest one of 64 bits is a number, too.
+  /// The distance of a negative priority from -1. (The distance from 0 of the lowest number would not fit into 64
+  /// bits.)
   static std::int64_t fromZero(std::int64_t negative) { return -(negative + 1); }
 
   void add(std::int64_t priority) {
@@ -70,7 +71,7 @@ class Priorities {
     if (priority < 0) below_.add(fromZero(priority));
   }
 
-  std::unordered_map<const void*, std::int64_t> given_;  ///< of the tasks that have one other than 0
+  std::unordered_map<const void*, std::int64_t> given_;  ///< the priorities of the tasks, where not 0
   Ranks above_;
   Ranks below_;
 };

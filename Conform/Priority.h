@@ -4,9 +4,10 @@ namespace conform {
 
 class Copy;
 
-/// The exporter's priorities depend on the highest and the lowest of the plan, and reach 1000, which tells Microsoft
-/// Project not to level the task. Here no priority, and 0, is 500, the standard; higher ones lie above it and lower
-/// ones below, in equal steps by their rank among the plan's, so that their order stays. Needs the bundle.
+/// Recomputes priorities by rank. The exporter's depend on the plan's highest and lowest priority and may be 1000,
+/// which tells Microsoft Project never to level the task. Here a missing priority and 0 become 500, the standard;
+/// higher ones get values above it and lower ones below it, in equal steps by rank, so that their order is kept. Needs
+/// the bundle.
 void correctPriorities(Copy& copy);
 
 }  // namespace conform

@@ -13,7 +13,7 @@
 namespace conform {
 namespace {
 
-/// Gives the parent a date that it does not have, unless there is none to give.
+/// Adds a missing date to the parent, unless the given date is empty.
 bool fill(pugi::xml_node parent, pugi::xml_node child, const char* name, std::string_view date) {
   return isBlank(textOf(child)) && !isBlank(date) && setText(parent, child, name, date);
 }
@@ -65,7 +65,7 @@ class FromPlan {
               completion);
   }
 
-  /// No percentage says 0.
+  /// A missing percentage counts as 0.
   void correctPercent(pugi::xml_node parent, pugi::xml_node percent, const char* name, const Completion& completion) {
     const std::int64_t rounded = completion.doneOf(100);
     if (rounded > 0 && setText(parent, percent, name, std::to_string(rounded))) ++percentages_;
@@ -95,12 +95,12 @@ class FromPlan {
   }
 
   Copy& copy_;
-  std::vector<Completion> completions_;  ///< of each task
+  std::vector<Completion> completions_;  ///< one for each task
   std::size_t percentages_ = 0;
   std::size_t dates_ = 0;
 };
 
-/// A task that is said to be done, without a word about its work that could speak against it.
+/// Whether a task is 100 percent done and nothing about its work contradicts that.
 bool isSimplyDone(pugi::xml_node task) {
   if (textOf(task, "PercentComplete") != "100") return false;
   const auto [duration, work, actual] = childrenOf(task, "RemainingDuration", "RemainingWork", "ActualWork");

@@ -4,10 +4,10 @@ namespace conform {
 
 class Copy;
 
-/// What is done of tasks and assignments. With the bundle it follows from the exact ratio (Completion): percent rounded
-/// to the nearest, an actual start for what has begun, an actual finish for what is done, and work and duration parted
-/// into what is done and what remains so that both sum to the whole to the second. Without the bundle a task that is
-/// 100 percent done, and does not say how much work is, gets its actual dates, and so do its assignments.
+/// Writes the progress of tasks and assignments. With the bundle, it is computed from the exact ratio (Completion): the
+/// percentage rounded to the nearest number, an actual start when work has begun, an actual finish when it is done, and
+/// the work and duration that are done and that remain, which add up to the whole. Without the bundle, only a task that
+/// is 100 percent done and has no figures for work done gets its actual dates, and so do its assignments.
 void correctProgress(Copy& copy);
 
 }  // namespace conform

@@ -4,8 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// A project without a `Name` gets one: its title or, without one, the file's. The top task gets the same one when it
-/// has none of its own.
+/// Gives a project without a `Name` its title as name or, without a title, the file's name. A top task without a name
+/// gets the same one.
 void correctProjectName(Copy& copy);
 
 }  // namespace conform

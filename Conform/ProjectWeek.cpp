@@ -44,7 +44,7 @@ const Hours* typicalDay(const Week& week) {
   return typical;
 }
 
-/// At least one: readers divide by it.
+/// The number of minutes, at least one, since readers divide by it.
 std::string minutes(std::int64_t seconds) {
   return std::to_string(std::max<std::int64_t>((seconds + kSecondsPerMinute / 2) / kSecondsPerMinute, 1));
 }

@@ -4,10 +4,10 @@ namespace conform {
 
 class Copy;
 
-/// `MinutesPerDay`, `MinutesPerWeek`, `DefaultStartTime` and `DefaultFinishTime` of the project are those of the plan's
-/// own week, by which readers show durations in days. The day is the most frequent length of a working day, of equally
-/// frequent ones the longer; start and finish are those of the first day of that length from Monday on. A week without
-/// any work leaves them out.
+/// Writes the project's `MinutesPerDay`, `MinutesPerWeek`, `DefaultStartTime` and `DefaultFinishTime`, which readers
+/// use to show durations in days, from the plan's own week. The length of the day is the most frequent one of its
+/// working days, of equally frequent ones the longest; start and finish are those of the first such day, beginning on
+/// Monday. Writes nothing for a week without work.
 void correctProjectWeek(Copy& copy);
 
 }  // namespace conform

@@ -4,7 +4,7 @@ namespace conform {
 
 class Copy;
 
-/// The rate of a material is by its unit (`StandardRateFormat` 8), not by the hour.
+/// Makes the rate of a material one for each unit (`StandardRateFormat` 8) instead of each hour.
 void correctRates(Copy& copy);
 
 }  // namespace conform

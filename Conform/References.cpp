@@ -14,7 +14,7 @@
 namespace conform {
 namespace {
 
-/// The tasks or resources of the file, by their identifiers as they are written.
+/// The tasks or resources of the file, by their identifiers as written.
 class Known {
  public:
   void add(const Item& item) {
@@ -26,8 +26,10 @@ class Known {
       ++unnumberedCount_;
     }
   }
-  /// Whether a reference names one of them. Two objects of the bundle may have no identifier in the file.
-  /// @param source what the bundle's reference leads to. @param hasPlan whether there is a bundle.
+  /// Whether a reference leads to one of them. An empty identifier needs more than a look-up, since several objects of
+  /// the bundle may have none in the file.
+  /// @param source the object that the bundle's reference leads to.
+  /// @param hasPlan whether there is a bundle.
   [[nodiscard]] bool has(std::string_view uid, xml::Node source, bool hasPlan) const {
     if (!uid.empty()) return uids_.contains(uid);
     return unnumberedCount_ == 1 && (!hasPlan || (source && source == unnumbered_));
@@ -35,7 +37,7 @@ class Known {
 
  private:
   std::unordered_set<std::string_view, platform::IdHash> uids_;
-  xml::Node unnumbered_;  ///< source of the object without an identifier
+  xml::Node unnumbered_;  ///< the source of the object without an identifier
   std::size_t unnumberedCount_ = 0;
 };
 
@@ -55,7 +57,7 @@ class References {
   void correctLinks() {
     std::size_t leftOut = 0;
     for (const Item& task : copy_.tasks) {
-      // The exporter writes a link for each.
+      // The exporter writes one link for each of these.
       const auto sources = objectsForXQuery(task.source, "prerequisite-task");
       std::size_t index = 0;
       for (pugi::xml_node link = task.element.child("PredecessorLink"); link; ++index) {
@@ -129,7 +131,7 @@ class References {
                                   sourceLabelOf(assignment.source->resource, "name")));
   }
 
-  /// Kept for the next link or assignment of the task: to find its name may take long.
+  /// Cached for the next link or assignment of the task, since finding its name may take long.
   const std::string& labelOfTask(const Item& task) {
     if (labelled_ != &task) label_ = labelOf(task);
     labelled_ = &task;

@@ -4,10 +4,10 @@ namespace conform {
 
 class Copy;
 
-/// Everything that a link or an assignment names is in the file afterwards. A link to a task that is not there is left
-/// out. An assignment to a group, or to a resource that is not there, becomes one to nobody; one of a task that is not
-/// there is left out. An identifier is taken for that of the object with exactly the same one; an empty one needs the
-/// bundle, or an only object whose identifier is empty.
+/// Makes sure that links and assignments refer only to objects in the file. A link to a missing task is removed. An
+/// assignment to a group or a missing resource becomes one to nobody; an assignment of a missing task is removed. An
+/// identifier refers to the object with exactly the same one. An empty identifier refers to the only object with an
+/// empty one; with the bundle, only if the reference leads to that object there, too.
 void correctReferences(Copy& copy);
 
 }  // namespace conform

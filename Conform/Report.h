@@ -8,17 +8,18 @@
 
 namespace conform {
 
-/// What the corrections did: counts for a summary, and one sentence for each thing that could not be carried over or
-/// that the reader will find changed.
+/// What the corrections did: counts for a summary, and one sentence for each thing that was lost or that the reader
+/// will find changed.
 class Report {
  public:
   /// Adds to the count of what was changed, for example "links without a lag".
   void count(const std::string& what, std::size_t number = 1);
-  /// One sentence for people, without a full stop: "resource 5: \"A,B\" is now \"A;B\"". Said once however often.
+  /// Adds one sentence for people, without a full stop: "resource 5: \"A,B\" is now \"A;B\"". A repeated sentence is
+  /// kept only once.
   void warn(std::string sentence);
 
   [[nodiscard]] const std::map<std::string, std::size_t>& counts() const { return counts_; }
-  /// In the order in which they were said.
+  /// The sentences in the order in which they were added.
   [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:

@@ -18,10 +18,10 @@ namespace {
 constexpr const char* kOvertime = "Overtime";
 constexpr const char* kTimeOff = "Time Off";
 
-/// Far above any real schedule, and little enough for any machine.
+/// Far more than any real schedule has, and few enough for any machine's memory.
 constexpr std::size_t kMaximumOverlaps = 10'000'000;
 
-/// An event on each of its days.
+/// An event: the days on which it holds, and its hours on each of them.
 struct Event {
   std::int64_t first = 0;
   std::int64_t last = 0;
@@ -54,7 +54,7 @@ std::optional<Event> eventOf(xml::Node element) {
   return event;
 }
 
-/// What events that hold at once do: all overtime first, then all time off.
+/// The combined change of events that hold at the same time: first all overtime, then all time off.
 DayChange changeOf(const std::vector<const Event*>& events) {
   std::vector<Span> overtime;
   std::vector<Span> timeOff;
@@ -70,7 +70,7 @@ DayChange changeOf(const std::vector<const Event*>& events) {
   return change;
 }
 
-/// The changes of events that may overlap; each stretch has the same events on all its days.
+/// The changes made by events, which may overlap. On all days of a stretch, the same events hold.
 DayChanges changesOf(std::vector<Event> events) {
   std::stable_sort(events.begin(), events.end(), [](const Event& a, const Event& b) { return a.first < b.first; });
   DayChanges changes;
@@ -134,7 +134,7 @@ void Schedule::readDatedDays(const std::vector<xml::Node>& days, std::vector<std
   }
   const auto earlier = [](const ChangedDays& a, const ChangedDays& b) { return a.first < b.first; };
   std::stable_sort(changes_.begin(), changes_.end(), earlier);
-  // Backwards, so that of equal dates the last one is met first and kept.
+  // In reverse, so that of equal dates the last is kept.
   const auto kept = std::unique(changes_.rbegin(), changes_.rend(),
                                 [](const ChangedDays& a, const ChangedDays& b) { return a.first == b.first; });
   changes_.erase(changes_.begin(), kept.base());
@@ -168,7 +168,7 @@ Hours Schedule::hoursOf(const std::vector<xml::Node>& timeSpans) {
   return hours;
 }
 
-/// Cuts the days off at the kept ones. False when none is left.
+/// Limits the days to those that are kept. False when none is left.
 bool Schedule::keepDays(std::int64_t& first, std::int64_t& last) {
   if (first < firstKeptDay() || last > lastKeptDay()) isCutOff_ = true;
   first = std::max(first, firstKeptDay());

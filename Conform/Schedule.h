@@ -13,17 +13,20 @@
 
 namespace conform {
 
-/// The dates that are kept of schedules: the years 1 to 9999, as many as the format can write.
+/// The dates of schedules that are kept: the years 1 to 9999, which the format can write.
 [[nodiscard]] std::int64_t firstKeptDay();
 [[nodiscard]] std::int64_t lastKeptDay();
 
-/// What one resource's `schedule` says, without the groups above it. Which elements count is the exporter's choice: the
-/// last `schedule`; with any `flattened-schedule-day` the flattened days, otherwise `schedule-day`; with a dated
-/// flattened day those alone, otherwise the events of `calendar`. Of several elements for one weekday or date the last
-/// one holds.
+/// The contents of one resource's own `schedule`, without the groups above it. Uses the same elements as the exporter:
+///
+/// - the last `schedule`;
+/// - for the week, `flattened-schedule-day` if there are any, otherwise `schedule-day`;
+/// - for dated changes, the dated flattened days if there are any, otherwise the events of `calendar`.
+///
+/// Of several elements for one weekday or date, the last one counts.
 class Schedule {
  public:
-  /// @param resource the source `resource`; without a `schedule` it says nothing.
+  /// @param resource the source `resource`; without a `schedule`, the result is empty.
   /// @param sources names of the sets of events that were read so far; those of this schedule are added. A nameless set
   /// is called "Overtime" or "Time Off", like the dated days.
   Schedule(xml::Node resource, std::vector<std::string>& sources);
@@ -32,9 +35,9 @@ class Schedule {
   [[nodiscard]] const std::optional<Hours>& weekDay(int weekday) const {
     return week_[static_cast<std::size_t>(weekday)];
   }
-  /// What becomes of the hours on dates that the schedule names.
+  /// The changes of hours on dates that the schedule names.
   [[nodiscard]] const DayChanges& changes() const { return changes_; }
-  /// How many working times are empty, inverted or not within a day. What lies within the day was kept.
+  /// How many working times are empty, reversed or partly outside their day. Their part within the day was kept.
   [[nodiscard]] std::size_t unsaid() const { return unsaid_; }
   /// Whether events before the year 1 or after 9999 were left out.
   [[nodiscard]] bool isCutOff() const { return isCutOff_; }

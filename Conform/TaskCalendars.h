@@ -4,7 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// A task without a calendar of its own says so (`CalendarUID` -1) and does not ignore those of its resources.
+/// Marks tasks without a calendar of their own (`CalendarUID` -1), so that they follow the calendars of their
+/// resources.
 void correctTaskCalendars(Copy& copy);
 
 }  // namespace conform

@@ -34,8 +34,8 @@ constexpr std::size_t kTopResource = 0;
 constexpr std::int64_t kRemaining = 1;
 constexpr std::int64_t kActual = 2;
 
-/// A stretch of time in clock readings, and how much is done in it: of a piece its effort in thousandths of seconds, of
-/// a day's part its working seconds, of an entry its work in seconds.
+/// A stretch of time in clock readings, with an amount: for a piece, its effort in milliseconds; for a part of a day,
+/// its working seconds; for an entry, its work in seconds.
 struct Stretch {
   std::int64_t start = 0;
   std::int64_t finish = 0;
@@ -48,7 +48,7 @@ std::int64_t sumOf(const Stretches& stretches) {
                          [](std::int64_t sum, const Stretch& stretch) { return sum + stretch.amount; });
 }
 
-/// Divides the work among the stretches in proportion to their amounts; those become the shares.
+/// Divides the work among the stretches in proportion to their amounts, and sets the amounts to the shares.
 void divide(std::int64_t work, Stretches& among) {
   const std::int64_t total = sumOf(among);
   std::int64_t amount = 0;
@@ -61,11 +61,11 @@ void divide(std::int64_t work, Stretches& among) {
 }
 
 std::int64_t thousandthsOf(double effort) {
-  constexpr double kMostSeconds = 1e11;  // three thousand years; keeps the sum of many pieces within 64 bits
+  constexpr double kMostSeconds = 1e11;  // three thousand years; so the sum of many pieces fits into 64 bits
   return platform::truncated<std::int64_t>(std::round(std::clamp(effort, 0.0, kMostSeconds) * 1000));
 }
 
-/// The pieces of a split task that have any length.
+/// The pieces of a split task, without empty ones.
 Stretches piecesOf(const Plan& plan, xml::Node task) {
   Stretches pieces;
   if (!singleObjectForXQuery(task, "split")) return pieces;
@@ -79,7 +79,7 @@ Stretches piecesOf(const Plan& plan, xml::Node task) {
   return pieces;
 }
 
-/// From the assignment's start to its finish; none without a length.
+/// The whole time from the assignment's start to its finish; nothing when it has no length.
 Stretches wholeOf(pugi::xml_node assignment) {
   const auto start = wallClockOfText(textOf(assignment, "Start"));
   const auto finish = wallClockOfText(textOf(assignment, "Finish"));
@@ -87,14 +87,14 @@ Stretches wholeOf(pugi::xml_node assignment) {
   return {{*start, *finish, 0}};
 }
 
-/// Whose hours count, and the most days that a piece is divided into.
+/// The resource whose hours count, and the largest number of days to divide a piece into.
 struct Worker {
   PlanHours& hours;
   std::size_t resource;
   std::int64_t mostDays;
 };
 
-/// The working time of each day in the piece; none when there is none, or there are too many days.
+/// The working time of each day in the piece; nothing when there is none, or there are too many days.
 Stretches workingDays(const Worker& worker, const Stretch& piece) {
   Stretches days;
   if (piece.finish - piece.start > worker.mostDays * kSecondsPerDay) return days;
@@ -109,7 +109,7 @@ Stretches workingDays(const Worker& worker, const Stretch& piece) {
   return days;
 }
 
-/// The work of the assignment in entries, in order of time.
+/// The work of the assignment, divided into entries in order of time.
 Stretches spread(std::int64_t work, Stretches pieces, const Worker& worker) {
   const bool hasEfforts = sumOf(pieces) > 0;
   std::vector<Stretches> days;
@@ -140,7 +140,7 @@ void appendEntry(std::string& text, std::string_view uid, std::int64_t type, con
                  kElement, type, uid, wallClockText(entry.start), wallClockText(entry.finish), durationText(work));
 }
 
-/// The entries as markup; of the first in time, as much as is done is actual work.
+/// The entries as markup. As much as is done, counted from the first entry, is written as actual work.
 std::string markupOf(const Stretches& entries, std::int64_t done, std::string_view uid) {
   std::string text;
   for (const Stretch& entry : entries) {
@@ -152,13 +152,13 @@ std::string markupOf(const Stretches& entries, std::int64_t done, std::string_vi
   return text;
 }
 
-/// Numbers of the plan's resources.
+/// The indices of the plan's resources.
 class ResourceNumbers {
  public:
   explicit ResourceNumbers(const Plan& plan) {
     for (std::size_t i = 0; i < plan.resources().size(); ++i) numbers_.emplace(plan.resources()[i].node.identity(), i);
   }
-  /// The top resource's for an assignment to nobody.
+  /// For an assignment to nobody, the index of the top resource.
   [[nodiscard]] std::size_t of(xml::Node resource) const {
     const auto found = numbers_.find(resource.identity());
     return found == numbers_.end() ? kTopResource : found->second;
@@ -173,8 +173,8 @@ void correct(const AssignmentItem& item, const Plan& plan, PlanHours& hours, std
   const xml::Node task = plan.tasks()[item.source->task];
   Stretches pieces = piecesOf(plan, task);
   if (pieces.empty()) pieces = wholeOf(assignment);
-  // The exact file has an entry for each day of what the exporter could divide. Dates that are centuries off and that
-  // it did not look at would make millions.
+  // The exact file has an entry for each day of all that the exporter divided. This limits the number of entries: dates
+  // that are centuries off, and that the exporter did not read, could make millions.
   std::int64_t entries = 0;
   while (assignment.remove_child(kElement)) ++entries;
   const std::int64_t work = secondsOf(textOf(assignment, "Work")).value_or(0);

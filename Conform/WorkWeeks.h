@@ -4,8 +4,8 @@ namespace conform {
 
 class Copy;
 
-/// A work week names each weekday once; the exporter names it on each of its days. All of them say the same, so that
-/// the first stands for the others.
+/// Keeps one entry for each weekday of a work week. The exporter writes one for each day; all entries of a weekday are
+/// equal, so the first is kept.
 void correctWorkWeeks(Copy& copy);
 
 }  // namespace conform

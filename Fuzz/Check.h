@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-/// A property that does not hold. Nothing in the exporter catches it: a fuzz run ends with it, and so does a test.
+/// Raised when a property does not hold. Nothing in the exporter catches it, so it ends a fuzz run or a test.
 struct Broken : std::logic_error {
   using std::logic_error::logic_error;
 };

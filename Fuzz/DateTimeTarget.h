@@ -17,7 +17,7 @@
 #include "Platform/Text/Texts.h"
 #include "Platform/Time/TimeZone.h"
 
-/// What an operation gave, or the reason of the exception that it raised.
+/// The result of an operation, or the reason of the exception that it raised.
 template <typename Operation>
 std::string fuzzOutcome(Operation operation) {
   try {
@@ -27,8 +27,8 @@ std::string fuzzOutcome(Operation operation) {
   }
 }
 
-/// Whole hours, half hours, three quarters, both hemispheres, and one that
-/// moved its clocks at midnight.
+/// Zones with offsets of whole, half and quarter hours, in both hemispheres, and one that changed its clocks at
+/// midnight.
 inline constexpr std::array<const char*, 6> kFuzzZones = {
     "UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "America/Sao_Paulo"};
 
@@ -41,8 +41,8 @@ inline void setFuzzZone(const char* zone) {
   MSPIUtilities::forgetConversionsForTesting();
 }
 
-/// The direct scan of a date-time and the general expressions give the same units, record and failure, whatever the
-/// record held before.
+/// Checks that the fast path for a date-time and the general expressions give the same units, record and failure,
+/// whatever the record contained before.
 inline void checkScan(std::string_view text) {
   const auto read = [text](auto parse) {
     MSPCDateComponents record;
@@ -57,13 +57,13 @@ inline void checkScan(std::string_view text) {
   check(scanned == general, "scan: " + scanned + "\nexpression: " + general);
 }
 
-/// Printing an instant and reading it back gives the instant, where the offset can be written: whole minutes, and not
-/// negative with minutes.
+/// Checks that printing an instant and reading it back gives the instant, if its offset can be written: in whole
+/// minutes, and not negative with minutes.
 inline void checkInstant(double seconds) {
   const platform::Instant instant{std::trunc(seconds)};
   const std::int64_t offset = platform::TimeZone::system().secondsFromGMT(instant);
   if (offset % 60 != 0 || (offset < 0 && offset % 3600 != 0)) return;
-  if (std::abs(seconds) > 6e10) return;  // years are then written otherwise than they are read
+  if (std::abs(seconds) > 6e10) return;  // such years are written in another form than they are read
   if (seconds < -6e10 / 2) return;
   const auto text = MSPIUtilities::mppToKvdxDateTime(instant);
   const auto back = MSPIUtilities::kvdxToMppDateTime(*text);
@@ -119,13 +119,13 @@ inline void callWithAnother(std::string_view text, std::string_view other) {
     return 0;
   });
   callAny([&] { return U::isWorkingDay(text, nullptr); });
-  // Advances go day by day, up to some 10,000 years: right, but too slow to be tried often.
+  // An advance goes day by day, up to about 10,000 years. That is correct, but too slow to be tried often.
   if (std::abs(platform::doubleValue(other)) >= 1e9) return;
   callAny([&] { return U::isoDateTime(text, other, true, nullptr); });
   callAny([&] { return U::isoDateTime(text, other, false, nullptr); });
 }
 
-/// The second family, by date patterns. Several lines end the process on purpose.
+/// The converter by date patterns. Not called for several lines, with which it ends the process on purpose.
 inline void callConverter(std::string_view text) {
   using C = MSPCDateTimeConverter;
   if (platform::splitAtNewlines(text).size() > 1) return;
@@ -139,8 +139,9 @@ inline void callConverter(std::string_view text) {
   }
 }
 
-/// The input is the choice of a zone and of what is called, a text and, behind a bar, another one. Not all is called
-/// for each input: most conversions compile expressions, which takes far longer than all else.
+/// The input chooses a zone and the functions to call, followed by a text and, after a bar, another text. Only some
+/// functions are called for each input, since most conversions compile expressions, which takes far longer than
+/// anything else.
 inline void fuzzDateTime(std::string_view input) {
   if (input.empty()) return;
   const auto choice = static_cast<unsigned char>(input[0]);

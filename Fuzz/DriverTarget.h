@@ -55,7 +55,7 @@ inline void checkTexts(std::string_view text) {
   check(platform::trimmed(trimmed) == trimmed, "trimmed once");
 }
 
-/// The driver on a list of bundles. None of the bundles exists, so that nothing is written, and the status says so.
+/// Runs the driver on a list of bundles. None of them exists, so nothing is written and the status is a failure.
 inline void runWithList(std::string_view list) {
   const int descriptor = memfd_create("list", MFD_CLOEXEC);
   if (descriptor < 0 || write(descriptor, list.data(), list.size()) != static_cast<ssize_t>(list.size())) return;
@@ -65,7 +65,7 @@ inline void runWithList(std::string_view list) {
   check(status == 1, "nothing was exported");
 }
 
-/// The input is a list file; each of its lines is a path, too.
+/// The input is a list file; each of its lines is also tried as a path.
 inline void fuzzDriver(std::string_view input) {
   checkTexts(input);
   for (const std::string_view line : platform::splitAtNewlines(input)) checkPath(std::string(line));

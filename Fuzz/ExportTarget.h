@@ -14,7 +14,8 @@
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLTree.h"
 
-/// Parts the documents of one input: the plan, the table of contents, then the baselines. No XML document may hold it.
+/// Separates the documents of one input: the plan, the table of contents, then the baselines. XML does not allow this
+/// character.
 inline constexpr char kDocumentSeparator = '\x1E';
 
 /// Reads a document as the exporter does.
@@ -22,7 +23,7 @@ inline std::shared_ptr<xml::Document> fuzzDocument(std::string_view bytes) {
   return xml::Document::read(std::string(bytes)).document;
 }
 
-/// The text with one of the two spellings of empty elements.
+/// The text with all empty elements in the same one of the two spellings.
 inline std::string withShortEmptyElements(std::string text) {
   for (std::size_t at = text.find("></"); at != std::string::npos; at = text.find("></", at)) {
     text.replace(at, text.find('>', at + 1) + 1 - at, " />");
@@ -30,8 +31,8 @@ inline std::string withShortEmptyElements(std::string text) {
   return text;
 }
 
-/// A whole export in memory, as in a new process. An export may fail only by a platform::Exception; what it makes must
-/// be UTF-8, must hold no character that XML forbids, and must read back as what was written.
+/// Runs a whole export in memory, as in a new process. Checks that it fails only by a platform::Exception, and that the
+/// output is UTF-8, has no character that XML forbids, and is the same when it is read back.
 /// @return the output; "" when there is none.
 inline std::string fuzzExport(std::string_view input) {
   const platform::Budget budget;

@@ -12,7 +12,7 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
 
 namespace {
 
-/// Texts that fields of a plan may hold, and some that they should not.
+/// Texts that fields of a plan may contain, and some that they should not.
 constexpr std::array kValues = {"",
                                 "0",
                                 "1",
@@ -85,7 +85,7 @@ struct Range {
   std::size_t length;
 };
 
-/// Texts between tags, and values of attributes.
+/// The positions of texts between tags and of attribute values.
 std::vector<Range> valuesOf(const std::string& text) {
   std::vector<Range> ranges;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -98,7 +98,7 @@ std::vector<Range> valuesOf(const std::string& text) {
   return ranges;
 }
 
-/// Elements with all they hold, roughly: from a tag to the next end tag of its name.
+/// The element at the position, roughly: from a tag to the next end tag of its name.
 Range elementAt(const std::string& text, std::size_t at) {
   const std::size_t begin = text.find('<', at);
   if (begin == std::string::npos) return {0, 0};
@@ -115,8 +115,8 @@ Range elementAt(const std::string& text, std::size_t at) {
 
 }  // namespace
 
-/// Half of the mutations keep the shape of the document: a value is replaced by another one, an element is doubled,
-/// moved or left out. The other half is the fuzzer's own.
+/// Half of the mutations keep the document well-formed: they replace a value, or repeat, move or remove an element. The
+/// other half is the fuzzer's own.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maximum,
                                                unsigned seed) {
   std::minstd_rand random(seed);

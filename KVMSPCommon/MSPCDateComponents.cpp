@@ -64,8 +64,8 @@ std::int64_t MSPCDateComponents::secondsOfTime(MSPCUnitFlags unitFlags) const {
 std::int64_t MSPCDateComponents::systemOffset(Instant when) {
   const TimeZone& zone = TimeZone::system();
   if (!takesOffsetsAsMeant() && zone.isDaylightSavingTime(when)) {
-    // Seen from standard time, daylight-saving time is today's offset and its share, also where the zone had another
-    // offset then.
+    // If it is standard time now, a date in daylight-saving time is labelled with today's offset plus the share of
+    // daylight-saving time, even if the zone's standard offset was different at that date.
     const Instant now = platform::Clock::now();
     if (!zone.isDaylightSavingTime(now)) return zone.daylightSavingOffset(when) + zone.secondsFromGMT(now);
   }

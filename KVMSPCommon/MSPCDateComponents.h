@@ -7,7 +7,7 @@
 #include "Platform/Time/DateComponents.h"
 #include "Platform/Time/Instant.h"
 
-/// Which components of a date and time a text carried, or are to be printed: a sum of the bits below.
+/// The components of a date and time that a text had, or that are to be printed: a sum of the bits below.
 using MSPCUnitFlags = std::uint64_t;
 
 inline constexpr MSPCUnitFlags kMSPCYear = 0x4;
@@ -28,55 +28,62 @@ inline constexpr MSPCUnitFlags kMSPCAllUnits = 0xE000FC;
 /// The text could not be parsed, or the conversion failed.
 inline constexpr MSPCUnitFlags kMSPCUnitsError = 0x7FFFFFFFFFFFFFFF;
 
-/// The parts of a date and time together with the offset from UTC of the clock that shows them. A fresh record says
-/// UTC until a parser or a conversion says otherwise.
+/// The parts of a date and time, with the offset from UTC of the clock that shows them. A new record is UTC until a
+/// parser or a conversion sets another offset.
 class MSPCDateComponents : public platform::DateComponents {
  public:
   MSPCDateComponents() = default;
-  /// Takes over the twelve components; UTC, offset 0:0.
+  /// A record with these twelve components, UTC, offset 0:0.
   static MSPCDateComponents initWithNSDateComponents(const platform::DateComponents& components);
 
   [[nodiscard]] bool isUTC() const { return isUTC_; }
   void setIsUTC(bool isUTC) { isUTC_ = isUTC; }
-  /// Hours of the offset from UTC; carries the offset's sign.
+  /// Hours of the offset from UTC, with the offset's sign.
   [[nodiscard]] std::int64_t timeZoneHour() const { return timeZoneHour_; }
   void setTimeZoneHour(std::int64_t hours) { timeZoneHour_ = hours; }
-  /// Minutes of the offset from UTC; not negative when read from a text, unless offsets are taken as meant.
+  /// Minutes of the offset from UTC. Never negative when read from a text, unless offsets are taken as meant.
   [[nodiscard]] std::int64_t timeZoneMinute() const { return timeZoneMinute_; }
   void setTimeZoneMinute(std::int64_t minutes) { timeZoneMinute_ = minutes; }
 
-  /// From now on, offsets are what people mean by them. The exact file differs from that in two ways: of "-03:30" only
-  /// the hours are negative, so that it reads as two hours and a half, and daylight-saving time is labelled with
-  /// today's offset and its share, also for dates at which the zone had another offset.
+  /// From now on, the process reads and writes offsets as people mean them. The exact file, which must not change,
+  /// differs in two ways:
+  ///
+  ///   "-03:30"                   the hours are negative and the minutes are not: 2 hours 30 minutes west of UTC
+  ///   daylight-saving time       labelled with today's standard offset plus its share, even if the zone's standard
+  ///                              offset was different at that date
   static void takeOffsetsAsMeant();
   [[nodiscard]] static bool takesOffsetsAsMeant();
 
-  /// Minutes of an offset that a text gives with the sign in front of the hours.
+  /// The minutes of an offset in a text, with the sign that they get in the record.
   [[nodiscard]] static std::int64_t offsetMinutes(bool isNegative, std::int64_t minutes);
 
-  /// The offset in seconds: 0 in UTC, else hours and minutes added as they stand.
+  /// The offset in seconds: 0 in UTC, otherwise hours plus minutes, each with its own sign. -3:30 with positive minutes
+  /// gives -9000.
   [[nodiscard]] std::int64_t secondsFromGMT() const;
 
-  /// UTC exactly when the offset is 0:0.
+  /// Sets isUTC() to whether the offset is 0:0.
   void fixUTC();
-  /// What the designator "Z" says: UTC, offset 0:0.
+  /// Sets the record to what the designator "Z" means: UTC, offset 0:0.
   void setUTC();
 
-  /// Hours, minutes and seconds, as far as the flags name them, in seconds.
+  /// Those of hours, minutes and seconds that the flags name, in seconds.
   [[nodiscard]] std::int64_t secondsOfTime(MSPCUnitFlags unitFlags) const;
 
-  /// The system zone's offset at the instant, as it labels clock fields: in seconds.
+  /// The offset, in seconds, with which the system zone's clock readings at the instant are labelled; see
+  /// takeOffsetsAsMeant().
   [[nodiscard]] static std::int64_t systemOffset(platform::Instant when);
 
-  /// Labels the clock fields, which stay as they are, with the system time zone's offset.
-  /// @param date the instant whose offset counts; by default the one the clock fields name in the system zone.
+  /// Labels the clock fields with the system time zone's offset, without changing them.
+  /// @param date the instant that determines the offset; by default, the one at which the system zone's clock shows
+  /// these fields.
   /// @return all units.
   MSPCUnitFlags forceSystemTimezoneforDate(std::optional<platform::Instant> date);
 
-  /// Re-express the clock fields in another zone. @return all units.
+  /// These three convert the clock fields to another zone.
+  /// @return all units.
   MSPCUnitFlags convertToUTC();
-  /// The offset taken is the system zone's at the instant that the clock fields name there; the record's own offset
-  /// plays no part in that look-up.
+  /// Uses the system zone's offset at the instant at which that zone's clock shows the fields. The record's own offset
+  /// is ignored when determining that instant.
   MSPCUnitFlags convertToSystemTimezone();
   MSPCUnitFlags convertToTimeZoneForSecondsFromGMT(std::int64_t seconds);
 

@@ -19,7 +19,7 @@ void report(XQueryError* error, std::string_view domain, int code, std::string d
   if (error != nullptr) *error = {domain, code, std::move(description)};
 }
 
-/// Building on nothing does nothing; building on a comment or a text is a mistake.
+/// Whether building on the node is correct: on an empty one it does nothing, on a comment it is a mistake.
 bool canBuildOn(xml::OutputNode node) { return !node || node.isElement(); }
 
 }  // namespace
@@ -125,7 +125,7 @@ std::string stringByReplacingOccurrencesOfNewline(std::string_view text) {
   constexpr std::size_t kReferences = 6;
   constexpr std::array<std::string_view, 10> kPatterns = {
       "&#x0D;", "&#x0d;", "&#x2028;", "&#x0A;", "&#x0a;", "&#x2029;", "\r", "\xE2\x80\xA8", "\n", "\xE2\x80\xA9"};
-  // Nearly every text has nothing that any of them could begin with.
+  // Fast path: nearly every text has no character that a line break or its reference could begin with.
   const auto canBegin = [](char c) { return c == '&' || c == '\r' || c == '\n' || c == '\xE2'; };
   if (std::none_of(text.begin(), text.end(), canBegin)) return std::string(text);
 

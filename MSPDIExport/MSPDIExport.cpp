@@ -29,14 +29,15 @@ constexpr std::string_view kOutputExtension = "xml";
 
 [[noreturn]] void fileError(std::string reason) { throw Exception("FileNotFoundException", std::move(reason)); }
 
-/// Blank lines and comments of a list file name no bundle.
+/// False for blank lines and comments of a list file.
 bool namesBundle(const std::string& entry) { return !entry.empty() && !entry.starts_with(kCommentMark); }
 
 bool hasBundleExtension(const std::string& path) {
   return platform::lowercased(platform::pathExtension(path)) == kBundleExtension;
 }
 
-/// Whether a folder, by its absolute path, is a bundle or lies in one.
+/// Whether a folder is a bundle or inside one.
+/// @param folder its absolute path.
 bool isInsideAnyBundle(std::string folder) {
   while (!folder.empty() && folder != "/" && !hasBundleExtension(folder)) {
     folder = platform::deleteLastPathComponent(folder);
@@ -44,7 +45,7 @@ bool isInsideAnyBundle(std::string folder) {
   return hasBundleExtension(folder);
 }
 
-/// A new file among the sources could replace one of them, and a failed export would delete it.
+/// Refuses an output inside a bundle: it could replace a source file, and a failed export would delete it.
 void checkOutputIsOutsideBundles(const std::string& output, const std::string& bundle) {
   const std::string folder = platform::absolutePath(platform::deleteLastPathComponent(output));
   const std::string real = platform::resolvedPath(folder);
@@ -111,7 +112,8 @@ std::vector<std::string> MSPDIExport::entriesOfListFile(const std::string& listP
   if (!platform::fileExists(listPath) || platform::isDirectory(listPath)) {
     fileError("Input list not found or it is a directory: " + listPath);
   }
-  // The list may be a pipe, which tells no size, or a device that never ends. A line takes up to 80 times its bytes.
+  // The list may be a pipe of unknown size or a device that never ends. A line takes up to 80 times its bytes in
+  // memory.
   constexpr std::uint64_t kLargestList = std::uint64_t{16} << 20;
   const auto text = platform::readStream(listPath, kLargestList);
   if (!text || !platform::isUTF8(*text)) fileError("Input list file could not be read or empty: " + listPath);

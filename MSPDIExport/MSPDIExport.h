@@ -13,20 +13,20 @@ class MSPDIExport {
   /// file to write or the folder to write into.
   explicit MSPDIExport(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
-  /// Does all the work; every message goes to the log.
+  /// Does all the work. All messages go to the log.
   /// @return the exit status: 0 when the last export that ran succeeded, otherwise 1. A failure that ends the run does
-  /// not change what that last export said.
+  /// not change the result of that last export.
   int run();
 
  private:
   struct Settings {
     bool includeInputExtension = false;  ///< "Plan.kvdx" becomes "Plan.kvdx.xml" instead of "Plan.xml"
-    bool overwriteFilterTarget = false;  ///< a file at the output path is replaced
+    bool overwriteFilterTarget = false;  ///< an existing file at the output path is replaced
   };
 
   [[nodiscard]] static Settings readSettings();
   [[nodiscard]] std::string usage() const;
-  /// The entries to process, unresolved; sets outputArgumentIndex_.
+  /// The bundles to export, as they were given; sets outputArgumentIndex_.
   [[nodiscard]] std::vector<std::string> inputList();
   [[nodiscard]] static std::vector<std::string> entriesOfListFile(const std::string& listPath);
   void exportEntry(const std::string& entry);
@@ -35,5 +35,5 @@ class MSPDIExport {
   std::vector<std::string> arguments_;
   Settings settings_;
   std::size_t outputArgumentIndex_ = 0;
-  bool succeeded_ = false;  ///< what the most recent export said
+  bool succeeded_ = false;  ///< the result of the most recent export
 };

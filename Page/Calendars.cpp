@@ -62,7 +62,7 @@ void Calendars::addCalendar(std::string& to, std::size_t index) {
   to += "</section>\n";
 }
 
-/// Days of equal hours that follow each other are told once: "Mon-Fri 08:00-16:00".
+/// Successive days with equal hours are written as one: "Mon-Fri 08:00-16:00".
 void Calendars::addWeek(std::string& to, std::size_t index) const {
   const auto week = calendars_.week(index);
   to += "<p>";

@@ -13,8 +13,8 @@
 
 namespace page {
 
-/// The page's part with the calendars: the week and the exceptions of each in words, and its days as strips. A calendar
-/// without days of its own says only whose hours it has.
+/// The page's section about calendars: the week and the exceptions of each in words, and its days as strips. For a
+/// calendar without days of its own, it only says whose hours it has.
 class Calendars {
  public:
   /// @param firstDay the first of the days that the calendars were asked for.
@@ -27,14 +27,14 @@ class Calendars {
   void addCalendar(std::string& to, std::size_t index);
   void addWeek(std::string& to, std::size_t index) const;
   void addStrips(std::string& to, std::size_t index);
-  /// The calendar whose strips are repeated, since the two differ on few days: the base, else the project's calendar;
-  /// one that was drawn before, and repeats others no deeper than browsers follow with ease.
+  /// The calendar whose strips this one reuses, since the two differ on few days: the base, otherwise the project's
+  /// calendar. It must be drawn already, and not itself reuse others too deeply for browsers.
   [[nodiscard]] std::optional<std::size_t> patternOf(std::size_t index) const;
 
   const conform::PlanFile& plan_;
   const conform::FileCalendars& calendars_;
   YearStrips strips_;
-  /// How many strips lie below those of a calendar; none for one that was not drawn.
+  /// How deeply the strips of each calendar reuse others; none for one that was not drawn.
   std::vector<std::optional<std::size_t>> depths_;
 };
 

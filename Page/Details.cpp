@@ -14,7 +14,7 @@ bool hasAny(const Object& object) {
   return !object.notes.empty() || !object.fields.empty();
 }
 
-/// @param anchor where links lead: inside of what is folded, so that a browser unfolds it.
+/// @param anchor the target of links; inside the folded part, so that a browser unfolds it.
 template <typename Object>
 std::string entry(const Object& object, std::string_view number, std::string_view anchor, std::size_t index) {
   std::string text;
@@ -30,7 +30,7 @@ std::string entry(const Object& object, std::string_view number, std::string_vie
   return text;
 }
 
-/// Passes entries on; the heading stands in front of the first.
+/// Writes entries, with a heading in front of the first; no heading without entries.
 class Headed {
  public:
   Headed(std::string_view heading, const std::function<void(std::string_view)>& sink)

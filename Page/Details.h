@@ -8,11 +8,11 @@
 
 namespace page {
 
-/// What the anchors of tasks and resources begin with; their place in the file follows.
+/// The anchors of tasks and resources begin with these, followed by their position in the file.
 inline constexpr std::string_view kTaskDetails = "t";
 inline constexpr std::string_view kResourceDetails = "r";
 
-/// Whether there are notes or custom fields.
+/// Whether the task or resource has notes or custom fields.
 [[nodiscard]] bool hasDetails(const conform::FileTask& task);
 [[nodiscard]] bool hasDetails(const conform::FileResource& resource);
 

@@ -19,7 +19,8 @@ namespace {
 constexpr std::array<std::string_view, 4> kLinkTypes = {"FF", "FS", "SF", "SS"};
 
 bool isPercentage(int lagFormat) { return lagFormat == 19 || lagFormat == 20 || lagFormat == 51 || lagFormat == 52; }
-/// Whether a lag runs by the clock and not by working time. Such formats are even: 4 minutes, 6 hours, and so on.
+/// Whether a lag is counted in elapsed time instead of working time. Such formats are even: 4 is minutes, 6 hours, and
+/// so on.
 bool isElapsed(int lagFormat) {
   const int estimated = 32;
   const int format = lagFormat > estimated ? lagFormat - estimated : lagFormat;

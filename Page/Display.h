@@ -7,7 +7,8 @@
 
 #include "Conform/PlanFile.h"
 
-// How values show on the page. None of the texts holds markup but those of the plan, which escaped() must make safe.
+// How values are shown on the page. Texts that come from the plan may contain markup characters, so escaped() must be
+// applied to them.
 
 namespace page {
 
@@ -17,13 +18,13 @@ namespace page {
 [[nodiscard]] std::string dateText(conform::CivilSeconds moment);
 /// "Feb". @param month 1 to 12.
 [[nodiscard]] std::string_view monthName(std::int64_t month);
-/// The number with two decimals at most: "0.5".
+/// The number with at most two decimals: "0.5".
 [[nodiscard]] std::string shortNumber(double number);
-/// "15 d" with days of so many working minutes; empty for none.
+/// "15 d", counted in days of this many working minutes; empty for none.
 [[nodiscard]] std::string daysText(std::optional<std::int64_t> seconds, std::int64_t minutesPerDay);
 /// "120 h"; empty for none.
 [[nodiscard]] std::string hoursText(std::optional<std::int64_t> seconds);
-/// "FS" and the lag, when there is one: "SS +2 d", "FS -50 %", "FS +3 ed" for days by the clock.
+/// The link's type and its lag, if any: "FS", "SS +2 d", "FS -50 %", "FS +3 ed" for elapsed days.
 [[nodiscard]] std::string linkText(const conform::FileLink& link, std::int64_t minutesPerDay);
 /// "08:30-12:30, 13:30-17:30"; "off" without any.
 [[nodiscard]] std::string timesText(const conform::WorkingHours& hours);

@@ -3,7 +3,7 @@
 namespace page {
 namespace {
 
-/// What stands for a character that would be markup; empty for any other.
+/// The reference to write for a character that would be markup; empty for any other.
 std::string_view referenceTo(char c) {
   switch (c) {
     case '&':

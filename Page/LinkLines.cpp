@@ -11,7 +11,7 @@ namespace page {
 namespace {
 
 constexpr double kGap = 5;  ///< between a bar and a line that goes around it
-/// So many parts of lines are drawn for each row and link.
+/// The number of parts of lines that may be drawn, on average, for each row and link.
 constexpr std::size_t kPartsEach = 6;
 
 bool leavesAtFinish(int type) { return type == 0 || type == 1; }
@@ -62,8 +62,8 @@ void LinkLines::draw(const Link& link, bool isWhole) {
   verticals_.push_back({x, std::min(link.from, link.to) + 1, std::max(link.from, link.to)});
 }
 
-/// Draws the part in the row where the link ends.
-/// @return where the line comes from the rows between.
+/// Draws the part of the line in the row where the link ends.
+/// @return the place where the line enters from the rows between.
 double LinkLines::drawEntry(const Link& link) {
   const Row& from = rows_.list()[link.from];
   const Row& to = rows_.list()[link.to];
@@ -75,7 +75,7 @@ double LinkLines::drawEntry(const Link& link) {
   return drawFromSide(link, left, arrival);
 }
 
-/// Into the bar's top or bottom, straight from the rows between.
+/// Draws a straight line into the bar's top or bottom.
 double LinkLines::drawFromAbove(const Link& link, double arrival) {
   const bool isDown = link.to > link.from;
   const int end = isDown ? kBarTop : kBarBottom;
@@ -84,7 +84,7 @@ double LinkLines::drawFromAbove(const Link& link, double arrival) {
   return arrival;
 }
 
-/// Around both bars, and into the side of the second.
+/// Draws a line around both bars into the side of the second.
 double LinkLines::drawFromSide(const Link& link, double left, double arrival) {
   const bool isDown = link.to > link.from;
   const double outwards = arrivesAtStart(link.type) ? -kGap : kGap;

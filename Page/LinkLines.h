@@ -8,14 +8,15 @@
 
 namespace page {
 
-/// The arrows of links, cut into the part of each row: so rows can be folded away and break across printed pages, and
-/// the lines go on. Lines that lie on each other are one. The longest lines are drawn at their two ends alone when all
-/// parts together would be many times the rows and links: so the page's size stays in proportion to the plan's.
+/// The arrows of links, divided into one part for each row, so that lines remain complete when rows are folded or the
+/// page is printed on several sheets. Lines on top of each other are drawn once. When there would be far more parts
+/// than rows and links, only the two ends of the longest lines are drawn, so that the page's size stays proportional to
+/// the plan's.
 class LinkLines {
  public:
   explicit LinkLines(const Rows& rows);
 
-  /// Path data of a row's part of the lines: of its own links, of those that pass it, and of the heads of arrows; empty
+  /// Path data of the lines in one row: for its own links, for links that pass it, and for the heads of arrows; empty
   /// when there are none.
   struct Paths {
     std::string lines;
@@ -23,7 +24,7 @@ class LinkLines {
     std::string heads;
   };
   [[nodiscard]] const Paths& of(std::size_t row) const { return paths_[row]; }
-  /// How many links are drawn at their ends alone.
+  /// The number of links of which only the ends are drawn.
   [[nodiscard]] std::size_t numberOfCut() const { return cut_; }
 
  private:
@@ -33,7 +34,7 @@ class LinkLines {
     std::size_t to;
     int type;
   };
-  /// Where a link's line goes down or up through the rows between.
+  /// The vertical part of a link's line, in the rows between.
   struct Vertical {
     double x;
     std::size_t firstRow;

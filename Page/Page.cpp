@@ -25,12 +25,12 @@ namespace {
 
 using Sink = std::function<void(std::string_view)>;
 
-/// Calendars are shown for five years: more would make the page large for no reader's sake.
+/// Calendars are shown for at most five years; more would make the page large without helping anybody.
 constexpr std::int64_t kMostCalendarDays = 1830;
-/// Days off are shaded in the chart when a day is at least so wide.
+/// Days off are only shaded in the chart when a day is at least this wide.
 constexpr double kLeastShadedDay = 0.8;
 
-/// Everything that is worked out before anything is written.
+/// The data of the page, computed before anything is written.
 class Page {
  public:
   Page(const conform::PlanFile& plan, conform::CivilSeconds now)
@@ -42,7 +42,7 @@ class Page {
         calendars_(plan.calendars, timeline_.firstDay(),
                    static_cast<std::size_t>(std::min(timeline_.numberOfDays(), kMostCalendarDays))) {}
 
-  /// Writes the skeleton, with the plan's parts in place of their names: {{title}} is the plan's title.
+  /// Writes the skeleton, replacing the names of the plan's parts: {{title}} by the plan's title.
   void write(const Sink& sink) const {
     std::string_view rest = kPageSkeleton;
     for (std::size_t open = rest.find("{{"); open != std::string_view::npos; open = rest.find("{{")) {
@@ -103,7 +103,7 @@ class Page {
     return date;
   }
 
-  /// What the chart does not show whole.
+  /// Writes remarks about what the chart shows only in part.
   void writeRemarks(const Sink& sink) const {
     const auto remark = [&sink](std::size_t count, std::string_view text) {
       if (count > 0) sink(fmt::format(R"(<p class="remark">{} {}</p>)", count, text));
@@ -129,7 +129,7 @@ class Page {
     sink(background);
   }
 
-  /// By the project's calendar; nothing is shaded without one.
+  /// The days off of the project's calendar; empty, so that nothing is shaded, when there is none.
   [[nodiscard]] std::vector<bool> offDays() const {
     std::vector<bool> off;
     const auto calendar = calendars_.find(plan_.calendarUid);

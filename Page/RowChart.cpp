@@ -15,12 +15,12 @@ namespace {
 
 using platform::kSecondsPerDay;
 
-constexpr double kThinnest = 2;  ///< of a bar, so that it is seen
+constexpr double kThinnest = 2;  ///< of a bar; a thinner one would be hard to see
 constexpr double kUnitsPerTextSize = 16;
 constexpr int kHeadHeight = 44;
 constexpr int kHeadMiddle = 22;
 
-/// How wide the chart is shown: its units scale with the reader's size of texts.
+/// The width at which the chart is shown. Its units scale with the reader's text size.
 std::string widthText(const Timeline& timeline) { return number(timeline.width() / kUnitsPerTextSize) + "rem"; }
 
 void addPath(std::string& to, std::string_view kind, std::string_view data) {
@@ -69,7 +69,7 @@ void addBar(std::string& to, const Row& row) {
   if (done > 0) addPath(to, "p", row.isGroup ? box(row.from, doneTo, 9, 12) : box(row.from, doneTo, 10, 16));
 }
 
-/// Days without working time next to each other are one box.
+/// Adjacent days without working time are drawn as one box.
 std::string offDaysPath(const Timeline& timeline, const std::vector<bool>& offDays) {
   std::string data;
   for (std::size_t day = 0; day < offDays.size(); ++day) {
@@ -90,15 +90,14 @@ std::string upperLabel(const Timeline::Unit& unit, const Timeline::Tick& tick) {
   return fmt::format("{} {}", tick.label, civil.year);
 }
 
-/// Whether the first unit is cut off by so much that its label would hang over the next one, however far the reader
-/// zooms out.
-/// @param leastDay the width of a day at which the labels are still shown.
+/// Whether so much of the first unit is cut off that its label could overlap the next one when the reader zooms out.
+/// @param leastDay the smallest width of a day at which the labels are shown.
 bool isTooNarrow(const Timeline& timeline, std::string_view label, std::int64_t end, double leastDay) {
   constexpr double kWidthOfLetter = 7;
   return static_cast<double>(end - timeline.firstDay()) * leastDay < kWidthOfLetter * static_cast<double>(label.size());
 }
 
-/// A row of labels, with a line in front of each.
+/// Adds a row of labels, with a line in front of each.
 void addTicks(std::string& to, const Timeline& timeline, const Timeline::Unit& unit, bool isUpper, double leastDay) {
   std::string lines;
   const std::vector<Timeline::Tick> ticks = timeline.ticks(unit);
@@ -112,7 +111,7 @@ void addTicks(std::string& to, const Timeline& timeline, const Timeline::Unit& u
   addPath(to, "t", lines);
 }
 
-/// The unit's row of labels and the one above it.
+/// Adds the unit's row of labels and the row above it.
 void addBothRows(std::string& to, const Timeline& timeline, const Timeline::Unit& lower) {
   const double leastDay = lower.smallestWidth / lower.days;
   for (const Timeline::Unit& unit : timeline.units()) {

@@ -12,8 +12,8 @@ namespace page {
 /// part of the links, one path for each.
 void drawRow(std::string& to, const Row& row, const LinkLines::Paths& links, const Timeline& timeline);
 
-/// Appends what lies behind all rows: days off, lines of the timeline's units, today.
-/// @param offDays whether each of the timeline's days is one without working time; empty when that is not to be drawn.
+/// Appends the background of all rows: days off, lines of the timeline's units, today.
+/// @param offDays for each of the timeline's days, whether it has no working time; empty to draw no days off.
 void drawBackground(std::string& to, const Timeline& timeline, const std::vector<bool>& offDays,
                     conform::CivilSeconds today);
 

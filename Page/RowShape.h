@@ -2,8 +2,8 @@
 
 #include <string>
 
-// The measures of a chart's row, which all that draws in it share. In path data, capital H and M carry moments, which
-// the script stretches when the reader zooms; small letters carry shapes, which keep their size.
+// The measures of a chart's row, shared by everything that draws in it. In path data, capital H and M mark moments,
+// whose places the script stretches when the reader zooms; small letters mark shapes, which keep their size.
 
 namespace page {
 
@@ -12,7 +12,7 @@ inline constexpr int kBarTop = 7;
 inline constexpr int kBarBottom = 19;
 inline constexpr int kMiddle = 13;
 
-/// A place in the chart with one decimal at most.
+/// A place in the chart, written with at most one decimal.
 [[nodiscard]] std::string number(double x);
 
 }  // namespace page

@@ -5,7 +5,7 @@
 namespace page {
 namespace {
 
-/// With more rows than this, groups are folded at first.
+/// With more rows than this, the page begins with groups folded.
 constexpr std::size_t kMostUnfolded = 1000;
 
 }  // namespace
@@ -44,7 +44,7 @@ void Rows::nest() {
   }
 }
 
-/// Hides the deepest rows, as many depths as it takes.
+/// Hides the deepest levels of rows, as many as necessary.
 void Rows::fold() {
   std::vector<std::size_t> rowsAtDepth;
   for (const Row& row : rows_) {

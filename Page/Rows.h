@@ -14,17 +14,17 @@ namespace page {
 /// A row of the page: a task, its place in the tree and its place in the chart.
 struct Row {
   const conform::FileTask* task = nullptr;
-  std::string number;     ///< the task's `ID`; its place in the file when it has none
+  std::string number;     ///< the task's `ID`; its position in the file when it has none
   std::size_t depth = 0;  ///< how many tasks are above it in the tree
   bool isGroup = false;   ///< whether there are tasks below it, or the file says so
   bool isHidden = false;  ///< whether it is below a group that is folded at first
-  bool hasBar = false;    ///< whether the task has a date; one alone stands for both
+  bool hasBar = false;    ///< whether the task has a date; when it has only one, that is both its start and its finish
   double from = 0;        ///< of the bar, in the chart's units
   double to = 0;
   std::vector<const conform::FileAssignment*> assignments;
 };
 
-/// The rows of a plan, in the order of the file. A task is below the nearest one in front of it that has a lower level.
+/// The rows of a plan, in the order of the file. A task's parent is the nearest task before it with a lower level.
 class Rows {
  public:
   Rows(const conform::PlanFile& plan, const Timeline& timeline);
@@ -32,7 +32,7 @@ class Rows {
   [[nodiscard]] const std::vector<Row>& list() const { return rows_; }
   /// Index of the row of the task with the UID; `list().size()` when there is none.
   [[nodiscard]] std::size_t indexOf(std::string_view uid) const;
-  /// How many rows are folded away at first.
+  /// The number of rows that are folded when the page opens.
   [[nodiscard]] std::size_t numberOfHidden() const { return hidden_; }
 
  private:

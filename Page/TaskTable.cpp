@@ -12,9 +12,9 @@
 namespace page {
 namespace {
 
-/// A browser lays out as many rows at a time, when they come into sight.
+/// The number of rows that a browser lays out together when they come into view.
 constexpr std::size_t kRowsOfPart = 40;
-/// What stands in an assignment to nobody.
+/// The resource of an assignment to nobody.
 constexpr std::string_view kNobody = "-65535";
 
 std::string_view classOf(const Row& row) {
@@ -24,7 +24,7 @@ std::string_view classOf(const Row& row) {
 
 void addCell(std::string& to, std::string_view text) { add(to, "<td>{}</td>", text); }
 
-/// The time of day can be hidden where there is little room.
+/// Adds date and time separately, so that the time can be hidden where there is little room.
 void addMoment(std::string& to, std::optional<conform::CivilSeconds> moment) {
   const std::string text = dateTimeText(moment);
   const std::size_t time = text.find(' ');

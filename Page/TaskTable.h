@@ -12,7 +12,7 @@
 
 namespace page {
 
-/// The table's body, in parts: a row for each task with its values and its part of the chart.
+/// The table's body, written in parts: a row for each task with its values and its part of the chart.
 class TaskTable {
  public:
   TaskTable(const conform::PlanFile& plan, const Rows& rows, const LinkLines& links, const Timeline& timeline);

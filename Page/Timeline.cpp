@@ -21,7 +21,7 @@ using platform::kSecondsPerDay;
 
 constexpr double kWidest = 1500;  ///< of a chart, in the chart's units
 constexpr double kWidestDay = 36;
-constexpr double kMostTicks = 400;  ///< of one unit; a finer one would be no help
+constexpr double kMostTicks = 400;  ///< of one unit; more would not be readable
 
 constexpr std::array<Timeline::Unit, 12> kUnits = {{{"day", 1, 17, "month"},
                                                     {"week", 7, 21, "month"},
@@ -61,12 +61,12 @@ bool isUsual(CivilSeconds date) {
   return date >= kFirst && date < kEnd;
 }
 
-/// Years of a unit; 0 for units that are shorter.
+/// The length of a unit in years; 0 for a unit shorter than a year.
 std::int64_t yearsOf(const Timeline::Unit& unit) {
   return unit.days < 365 ? 0 : static_cast<std::int64_t>(std::round(unit.days / 365.2425));
 }
 
-/// The beginning of the unit that holds the day.
+/// The first day of the unit that contains the day.
 std::int64_t beginningOf(const Timeline::Unit& unit, std::int64_t day, int weekStartDay) {
   if (unit.name == "day") return day;
   if (unit.name == "week") {
@@ -112,7 +112,7 @@ void Timeline::takeRange(const std::vector<CivilSeconds>& dates, CivilSeconds to
   firstDay_ = dayOf(dates.empty() ? today : *first);
   lastDay_ = dayOf(dates.empty() ? today : *last);
   showIfNear(dayOf(today));
-  // Some room at both sides, for arrows and for what is drawn around a date.
+  // Some space at both sides for arrows and for shapes around a date.
   const std::int64_t room = 2 + numberOfDays() / 40;
   firstDay_ -= room;
   lastDay_ += room;

@@ -10,12 +10,11 @@
 
 namespace page {
 
-/// Where the chart's moments lie: the stretch of time that holds the plan, and how wide a day is drawn. Dates before
-/// 1900 or after 2199 are placed at the chart's edges when there are others, so that one wrong date does not press all
-/// the rest together.
+/// The scale of the chart: the stretch of time that it shows, and how wide a day is. Dates before 1900 or after 2199
+/// are drawn at the chart's edges when there are others, so that one wrong date does not squeeze all the rest together.
 class Timeline {
  public:
-  /// @param today counts as the plan's date when it has none.
+  /// @param today used as the plan's date when the plan has none.
   Timeline(const conform::PlanFile& plan, conform::CivilSeconds today);
 
   /// Days from 1970-01-01, the last included.
@@ -24,33 +23,33 @@ class Timeline {
   [[nodiscard]] std::int64_t numberOfDays() const { return lastDay_ - firstDay_ + 1; }
   [[nodiscard]] double dayWidth() const { return dayWidth_; }
   [[nodiscard]] double width() const { return static_cast<double>(numberOfDays()) * dayWidth_; }
-  /// How many of the plan's dates lie outside of the chart.
+  /// How many of the plan's dates are outside the chart.
   [[nodiscard]] std::size_t datesOutside() const { return datesOutside_; }
 
-  /// The place of a moment in the chart's units, held at its edges.
+  /// The place of a moment in the chart's units; the nearest edge when it is outside.
   [[nodiscard]] double xOf(conform::CivilSeconds moment) const;
   [[nodiscard]] bool holds(conform::CivilSeconds moment) const;
 
   /// A unit of the chart's head: days, weeks, months, quarters, years, or many years.
   struct Unit {
     std::string_view name;
-    double days;             ///< about how many
-    double smallestWidth;    ///< at which its labels still stand apart
-    std::string_view upper;  ///< the unit that stands above it; empty for none
+    double days;             ///< about how many days it has
+    double smallestWidth;    ///< smallest width at which its labels do not overlap
+    std::string_view upper;  ///< the unit of the row above it; empty for none
   };
   struct Tick {
     std::int64_t day;  ///< where the unit begins
     std::string label;
   };
-  /// The units that are not too many for this plan, from the finest.
+  /// The units that are not too fine for this plan, the finest first.
   [[nodiscard]] std::vector<Unit> units() const;
-  /// The finest unit whose labels stand apart.
+  /// The finest unit whose labels do not overlap.
   [[nodiscard]] Unit bestUnit() const;
-  /// Every beginning of the unit within the chart, and that of the one that holds the chart's first day.
+  /// The start of each unit within the chart, including the unit that contains the chart's first day.
   [[nodiscard]] std::vector<Tick> ticks(const Unit& unit) const;
 
  private:
-  /// Lets the chart reach to today when that is not far outside.
+  /// Extends the chart to today when that is not far outside.
   void showIfNear(std::int64_t today);
   void takeRange(const std::vector<conform::CivilSeconds>& dates, conform::CivilSeconds today);
 

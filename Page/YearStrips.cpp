@@ -24,7 +24,7 @@ constexpr int kHeight = 28;
 
 std::int64_t yearAt(std::int64_t day) { return GregorianCalendar::civilFromSeconds(day * kSecondsPerDay).year; }
 
-/// The name of a month that lies between the two places, when there is room; the first has the year.
+/// The name of a month between two places, if there is room; the first has the year.
 std::string monthLabel(std::int64_t month, std::int64_t year, int from, int to, bool isFirst, bool isLast) {
   constexpr int kWidthOfLetter = 7;
   const std::string label = isFirst ? fmt::format("{} {}", monthName(month), year) : std::string(monthName(month));
@@ -32,7 +32,7 @@ std::string monthLabel(std::int64_t month, std::int64_t year, int from, int to, 
   return hasRoom ? fmt::format(R"(<text x="{}" y="9">{}</text>)", from + 3, label) : "";
 }
 
-/// Where a month begins in its year's strip.
+/// The place where a month begins in its year's strip.
 int placeOf(std::int64_t year, std::int64_t month) {
   const std::int64_t day = conform::dayOf(GregorianCalendar::secondsFromCivil({year, month, 1}));
   return static_cast<int>(day - firstDayOfYear(year)) * kDayWidth;
@@ -115,7 +115,7 @@ void YearStrips::addYear(std::string& to, const std::vector<Kind>& kinds, const 
   if (patternKinds.empty()) addMonths(to, year.number, year.left, right);
 }
 
-/// Days next to each other are one box.
+/// Adjacent days are drawn as one box.
 void YearStrips::addKind(std::string& to, std::string_view style, const std::vector<bool>& isDrawn, const Year& year) {
   std::string data;
   for (std::size_t day = year.first; day < year.end; ++day) {

@@ -11,9 +11,9 @@
 
 namespace page {
 
-/// The days of a calendar as a strip for each year, in the colours of their kinds: working days, days off of every
-/// week, other days off, days of other hours. A calendar may repeat another one's strips, and draws only the days that
-/// differ: so the page's size stays in proportion to what the file says.
+/// The days of a calendar as a strip for each year, coloured by kind: working days, weekly days off, other days off,
+/// days with other hours. A calendar may reuse another one's strips and draw only the days that differ, so that the
+/// page's size stays proportional to the file's.
 class YearStrips {
  public:
   /// @param firstDay the first of the days that the calendars were asked for.
@@ -21,12 +21,12 @@ class YearStrips {
       : calendars_(calendars), firstDay_(firstDay) {}
 
   /// Appends the strips of the calendar with the index.
-  /// @param pattern a calendar whose strips are repeated; none to draw every day.
+  /// @param pattern a calendar whose strips are reused; none to draw every day.
   void add(std::string& to, std::size_t index, std::optional<std::size_t> pattern, std::string_view name) const;
 
  private:
   enum class Kind { kUsual, kOffByWeek, kOff, kChanged };
-  /// The part of a year that is drawn, as indices of days, and where it begins in the year's strip.
+  /// The part of a year to draw, as indices of days, and the place in the year's strip where it begins.
   struct Year {
     std::int64_t number;
     std::size_t first;

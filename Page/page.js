@@ -1,7 +1,7 @@
 
 "use strict";
-// Folds groups and zooms the chart. The page shows everything without it. It takes no text of the plan for anything
-// but text, and holds none of the characters that XML reserves, so that the page can be read as XML, too.
+// Folds groups and zooms the chart. Without it, the page still shows everything. It never treats a text of the plan as
+// markup or code. It must not contain the characters that XML reserves, so that the page can be read as XML, too.
 (() => {
   const table = document.getElementById("plan");
   const rows = Array.from(table.querySelectorAll("tbody tr"));
@@ -15,7 +15,7 @@
     rows[i].classList.toggle("f", folded);
   }
 
-  // Shows the rows from first to end that no folded group holds.
+  // Shows the rows from first to end that are in no folded group.
   function show(first, end) {
     let hiddenBelow = Infinity;
     for (let i = first; end > i; i += 1) {
@@ -26,7 +26,7 @@
     measure();
   }
 
-  // Tells the browser the height of rows out of sight, so that it need not lay them out.
+  // Tells the browser the height of rows that are out of view, so that it need not lay them out.
   function measure() {
     for (const part of table.tBodies) {
       const shown = part.querySelectorAll("tr:not(.h)").length;
@@ -63,7 +63,7 @@
     show(0, rows.length);
   }));
 
-  // Zooming stretches what stands behind a capital M or H, which are moments; small letters draw shapes.
+  // Zooming stretches the numbers after a capital M or H, which are moments; small letters draw shapes and stay.
   const head = table.querySelector(".head");
   const back = document.querySelector(".back");
   const width = head.viewBox.baseVal.width;
@@ -100,7 +100,7 @@
     setZoom(by === 0 ? 1 : Math.min(16, Math.max(0.25, zoom * by)));
   }));
 
-  // On paper the chart is as wide as its column, and everything is unfolded but groups that the reader has folded.
+  // For printing, the chart is as wide as its column, and everything is unfolded except groups that the reader folded.
   let before = zoom;
   let opened = [];
   window.addEventListener("beforeprint", () => {
@@ -115,13 +115,13 @@
     opened.forEach((details) => { details.open = false; });
   });
 
-  // A text that does not fit its cell shows whole under the pointer.
+  // Shows the whole of a text that does not fit its cell when the pointer is over it.
   table.addEventListener("pointerover", (event) => {
     const cell = event.target.closest("td, th");
     if (cell ? cell.scrollWidth > cell.clientWidth : false) cell.title = cell.innerText.trim();
   });
 
-  // Links to notes show them at once.
+  // A link to a note shows the note in a dialog.
   const note = document.getElementById("note");
   document.addEventListener("click", (event) => {
     const link = event.target.closest("a[href^='#']");

@@ -3,13 +3,13 @@
 #include <string>
 #include <vector>
 
-/// The command mspdi-conform: corrects an exported file whose bundle is not at hand, into a file of another name.
+/// The command mspdi-conform: corrects an exported file without its bundle, and writes the result to another file.
 class ConformCommand {
  public:
   /// @param arguments the input and the output, or "--help".
   explicit ConformCommand(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
-  /// What the corrections warn about, and why there is no output, is said on standard error.
+  /// Prints warnings of the corrections, and the reason of a failure, to standard error.
   /// @return the exit status: 0 when the file was written, otherwise 1.
   int run();
 

@@ -84,7 +84,7 @@ UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) 
     problem_ = "no folder for temporary files could be made";
     return;
   }
-  // The archive may hold the bundle's folder, or what is in it.
+  // The archive may contain the bundle's folder, or only the folder's contents.
   const std::string unpacked = platform::appendPathComponent(folder, "Bundle.kvdx");
   platform::createDirectories(unpacked);
   problem_ = platform::unpackZipArchive(bundle.path, unpacked);

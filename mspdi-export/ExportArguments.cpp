@@ -14,7 +14,8 @@ namespace {
 
 constexpr const char* kProgram = "mspdi-export";
 
-/// Lets a currency's code be three letters, and makes capitals of them.
+/// Checks that a currency's code is three letters, and converts it to capitals.
+/// @return the error; empty when it is right.
 std::string asCurrencyCode(std::string& code) {
   for (char& c : code) {
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
@@ -45,7 +46,7 @@ void addOptions(CLI::App& app, ExportArguments& arguments) {
   app.set_version_flag("--version", std::string(kProgram) + " " + MSPDI_VERSION);
 }
 
-/// How many letters have to be put in, taken out or changed to make the one of the other.
+/// How many letters must be inserted, removed or changed to turn one text into the other.
 std::size_t distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
@@ -60,7 +61,7 @@ std::size_t distance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-/// The option that was perhaps meant.
+/// The option that was probably meant; none when no option is similar.
 std::optional<std::string> nearestOption(const CLI::App& app, std::string_view typed) {
   constexpr std::size_t kMostTypos = 3;
   typed = typed.substr(0, typed.find('='));
@@ -76,7 +77,7 @@ std::optional<std::string> nearestOption(const CLI::App& app, std::string_view t
   return nearest;
 }
 
-/// Says what is wrong; an option that nobody knows is answered with the nearest one.
+/// Prints what is wrong, and for an unknown option the most similar one.
 void tellWrongUse(const CLI::App& app, const CLI::ParseError& error) {
   platform::say(kProgram, error.what());
   for (const std::string& extra : app.remaining()) {

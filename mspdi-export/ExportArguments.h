@@ -4,7 +4,7 @@
 #include <variant>
 #include <vector>
 
-/// What the command line asks for.
+/// The options and arguments of the command line.
 struct ExportArguments {
   std::vector<std::string> bundles;  ///< bundles, packed bundles, folders with bundles below
   std::string output;                ///< a file or an existing folder; empty for beside the bundle
@@ -13,16 +13,16 @@ struct ExportArguments {
   bool overwrite = false;            ///< replace the file that has the output's name
   bool keepDates = false;            ///< schedule every task by hand
   bool page = false;                 ///< write a page that shows the file as well
-  bool check = false;                ///< do everything but write
+  bool check = false;                ///< do everything except writing
   bool strict = false;               ///< warnings count as failures
   bool quiet = false;                ///< only errors
   bool verbose = false;              ///< the exporter's log as well
   bool json = false;                 ///< one JSON object a bundle on standard output
 };
 
-/// The status of a command line that makes no sense.
+/// The exit status for a wrong command line.
 inline constexpr int kWrongUse = 2;
 
-/// Reads the command line. Help, the version and what is wrong are said.
+/// Reads the command line. Prints help, the version or what is wrong.
 /// @return the arguments, or the status to end with when there is nothing to export: 0 or kWrongUse.
 [[nodiscard]] std::variant<ExportArguments, int> readExportArguments(int argc, const char* const* argv);

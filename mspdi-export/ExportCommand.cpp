@@ -24,7 +24,8 @@ void say(fmt::format_string<Args...> format, Args&&... args) {
   platform::say("mspdi-export", fmt::format(format, std::forward<Args>(args)...));
 }
 
-/// Follows an export by the exporter's log: it names how many tasks there are, and then each.
+/// Follows the progress of an export by the exporter's log, which first has the number of tasks and then a record for
+/// each.
 class LogProgress {
  public:
   LogProgress(ProgressBar& bar, std::string label) : bar_(bar), label_(std::move(label)) {}
@@ -51,14 +52,14 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Of a process that says nothing.
+/// The reason when a process ended without giving one.
 constexpr const char* kKilled = "its process ended unexpectedly";
 
 std::string sentenceOf(const platform::ChildResult& result) {
   return result.said.empty() ? fmt::format("failed: {}", kKilled) : result.said;
 }
 
-/// One line for each bundle, names and outcomes in columns.
+/// Prints one line for each bundle, with names and results in columns.
 void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::ChildResult>& results) {
   std::size_t width = 0;
   for (const Bundle& bundle : bundles) width = std::max(width, bundle.path.size());
@@ -67,7 +68,7 @@ void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::C
   }
 }
 
-/// @return whether standard output took the object.
+/// @return whether the object could be written to standard output.
 bool tellProgram(const std::string& bundle, const ExportResult& result, const std::string& page, double seconds) {
   const std::string line = jsonOf(bundle, result, page, seconds) + "\n";
   const bool isTold = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
@@ -75,14 +76,14 @@ bool tellProgram(const std::string& bundle, const ExportResult& result, const st
   return isTold;
 }
 
-/// Where the bundle's file is to be, before any numbering.
+/// The path for the bundle's file, before any numbering.
 std::string targetOf(const Bundle& bundle, const std::string& output) {
   const std::string folder =
       output.empty() ? platform::deleteLastPathComponent(platform::absolutePath(bundle.path)) : output;
   return platform::appendPathComponent(platform::resolvedPath(folder), baseNameOf(bundle) + ".xml");
 }
 
-/// A file that two bundles would be written to; none when each has its own.
+/// A file to which two bundles would be written; none when each has its own.
 std::optional<std::string> sharedTarget(const std::vector<Bundle>& bundles, const std::string& output) {
   std::set<std::string> targets;
   for (const Bundle& bundle : bundles) {
@@ -169,7 +170,7 @@ platform::ChildResult ExportCommand::exportByChild(const Bundle& bundle, Progres
     });
   };
   if (!bundle.isPacked) return exportIn(bundle.path);
-  const platform::DeferredEnd end;  // after the folder is removed
+  const platform::DeferredEnd end;  // destroyed after the folder is removed
   const platform::TemporaryFolder folder;
   return exportIn(folder.path());
 }

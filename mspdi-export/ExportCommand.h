@@ -9,8 +9,8 @@
 #include "mspdi-export/ExportArguments.h"
 #include "mspdi-export/ProgressBar.h"
 
-/// The command mspdi-export: reads the command line, exports each bundle, and says what became of it. Several bundles
-/// are exported one after the other, each in a process of its own, since numbers and time zone belong to the process.
+/// The command mspdi-export: reads the command line, exports each bundle, and prints the results. Several bundles are
+/// exported one after the other, each in its own process, since numbering and time zone belong to the process.
 class ExportCommand {
  public:
   ExportCommand(int argc, const char* const* argv) : argc_(argc), argv_(argv) {}
@@ -20,22 +20,24 @@ class ExportCommand {
   int run();
 
  private:
-  /// Exports the bundle in this process and says what became of it.
+  /// Exports the bundle in this process and prints the result.
   /// @param folder the bundle itself, or an empty folder to unpack it into.
-  /// @return the line of a table.
+  /// @return the result for the table of all bundles.
   [[nodiscard]] platform::ChildResult exportAndTell(const Bundle& bundle, const std::string& folder,
                                                     bool showsProgress) const;
-  /// The same by a child. The folder that a packed bundle is unpacked into is removed whatever ends the child.
-  /// @param bar taken off the screen before something is said. @param showsProgress whether the child shows its own.
+  /// The same in a child process. This process removes the folder into which a packed bundle is unpacked, however the
+  /// child ends.
+  /// @param bar cleared before anything is printed.
+  /// @param showsProgress whether the child shows a bar of its own.
   [[nodiscard]] platform::ChildResult exportByChild(const Bundle& bundle, ProgressBar& bar, bool showsProgress) const;
-  /// @param folder the bundle itself, or what it was unpacked to.
+  /// @param folder the bundle itself, or the folder to which it was unpacked.
   [[nodiscard]] ExportResult exportFolder(const Bundle& bundle, const std::string& folder, bool showsProgress) const;
-  /// Writes the page of the file that was written, when one is wanted; the bundle counts as failed when that fails.
+  /// Writes the page of the written file if one was asked for. When that fails, the bundle counts as failed.
   /// @return the page's path; empty when there is none.
   [[nodiscard]] std::string writePage(ExportResult& result) const;
-  /// Says that there is nothing to export, or that a process ended before it could say so.
+  /// Prints that there is nothing to export, or that a process ended without printing a result.
   void tellFailure(const std::string& bundle, const std::string& reason) const;
-  /// @return whether standard output took it, if that is where it went.
+  /// @return false when it should go to standard output and could not be written there.
   [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
                           double seconds) const;
   /// @return how many bundles failed.

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-/// One JSON object on one line, member by member. Texts are written as ASCII with escapes, so that the line is the same
-/// in every locale; bytes that are no UTF-8 become U+FFFD.
+/// Builds one JSON object on one line, member by member. Texts are written as ASCII with escapes, so that the line is
+/// the same in every locale; bytes that are not UTF-8 become U+FFFD.
 class JsonObject {
  public:
   void add(std::string_view name, std::string_view text);

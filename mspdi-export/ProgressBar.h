@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string>
 
-/// One line on a terminal that says how far the work is: "[########            ]  40 %  Plan.kvdx". Nothing is written
-/// when standard error is no terminal, or before the work has taken a second.
+/// One line on a terminal that shows the progress: "[########            ]  40 %  Plan.kvdx". Writes nothing when
+/// standard error is not a terminal, and nothing in the first second.
 class ProgressBar {
  public:
   /// @param isShown false for a bar that never shows.
@@ -14,9 +14,9 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  /// @param atOnce show the bar also in the first second, as when there are several bundles.
+  /// @param atOnce whether to show the bar even in the first second, as for several bundles.
   void update(std::size_t done, std::size_t total, const std::string& label, bool atOnce = false);
-  /// Takes the line away, so that something else can be written.
+  /// Clears the line, so that something else can be written.
   void clear();
 
  private:

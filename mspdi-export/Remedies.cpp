@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A part of the reason, and the remedy.
+/// A part of the reason of a failure, and the remedy for it.
 struct Remedy {
   std::string_view part;
   std::string_view text;

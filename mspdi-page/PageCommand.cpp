@@ -19,12 +19,12 @@ constexpr int kWrongUse = 2;
 
 struct Arguments {
   std::string input;
-  std::string output;  ///< empty for beside the input
+  std::string output;  ///< empty to write it beside the input
 };
 
 void tell(std::string_view text) { platform::say(kProgram, text); }
 
-/// A page of a name that was asked for is written under this name or not at all.
+/// Writes the page. With a name given by the user, it is written under exactly this name or not at all.
 std::string write(const Arguments& arguments) {
   const std::string input = platform::absolutePath(arguments.input);
   if (arguments.output.empty()) return page::writePageOf(input, page::pagePathOf(input), false);
@@ -33,7 +33,8 @@ std::string write(const Arguments& arguments) {
   return page::writePageOf(input, output, false);
 }
 
-/// Says help, the version, or what is wrong. @return the status to end with; none to go on.
+/// Reads the command line. Prints help, the version or what is wrong.
+/// @return the status to end with; none to continue.
 std::optional<int> readArguments(int argc, const char* const* argv, Arguments& arguments) {
   CLI::App app("Writes one HTML page that shows what a reader of a Microsoft Project XML file sees.", kProgram);
   app.add_option("input", arguments.input, "The exported file")->required()->type_name("IN.xml");

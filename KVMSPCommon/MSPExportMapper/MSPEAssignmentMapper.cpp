@@ -35,7 +35,7 @@ void appendWork(xml::OutputNode assignment, const MSPEScheduledTaskInfo& info, d
                           MSPIUtilities::mppToMspdiDuration(complete != 0 ? (1 - complete) * work : work));
 }
 
-/// The work of one of several assignments that share the effort by their units.
+/// The work of one assignment, when the effort is shared in proportion to the units.
 double shareOf(double effort, double units, double sumOfUnits) {
   return sumOfUnits > 0 ? effort * units / sumOfUnits : effort;
 }

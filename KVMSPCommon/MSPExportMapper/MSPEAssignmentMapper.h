@@ -9,21 +9,25 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
 
-/// Writes the `Assignment` elements of one task. The task's effort is shared among its assignments of one resource type
-/// in proportion to their units; assignments of different types each carry the share within their own type.
+/// Writes the `Assignment` elements of one task. The assignments of each resource type share the task's whole effort
+/// among them in proportion to their units. With an effort of 8 hours:
+///
+///   Staff, 1 unit        2 hours
+///   Staff, 3 units       6 hours
+///   Equipment, 1 unit    8 hours, since it is the only assignment of its type
 class MSPEAssignmentMapper final : public MSPEObjectMapperBase {
  public:
-  /// Sums the units of the task's assignments by resource type. A missing `units` counts as 1, one without a number as
-  /// 0.
+  /// Sums the units of the task's assignments by resource type. A missing `units` counts as 1, one that is not a number
+  /// as 0.
   /// @throws InvariantFailure when the task has no id, or an assignment's resource or its type cannot be found.
   MSPEAssignmentMapper(MSPEMapper& mapper, xml::Node kvdxTask);
 
-  /// One source `assignment`; sets UID(). An assignment of a material counts each unit as an hour of work and carries
-  /// its consumption by day.
+  /// Writes one source `assignment`, and sets UID(). For a material, each unit counts as an hour of work, and the
+  /// consumption is also written day by day.
   /// @throws InvariantFailure when its resource or its task's record cannot be found.
   [[nodiscard]] xml::Element newAssignmentFromKVDXAssignment(xml::Node kvdxAssignment);
 
-  /// The assignment of a task that has none, to the placeholder resource -65535. Its `Units` stands last.
+  /// For a task without assignments: an assignment to the placeholder resource -65535. Its `Units` is the last child.
   /// @param assignmentUID receives the new UID when given.
   [[nodiscard]] static xml::Element newDummyAssignmentForTaskId(const std::string& taskId, std::int64_t* assignmentUID,
                                                                 MSPEMapper& mapper);

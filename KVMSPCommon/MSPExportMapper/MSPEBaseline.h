@@ -5,16 +5,16 @@
 
 #include "Platform/XML/XMLTree.h"
 
-/// A baseline: an earlier state of the plan, kept as a scenario document of its own. Gives the object that an object of
-/// the plan was then; when several have the id, the last one. Tasks and resources are found through the document's
-/// index of ids.
+/// A baseline: an earlier state of the plan in a scenario document of its own. Finds the task, resource or assignment
+/// that had a given id then; when several have it, the last one. Uses the document's index of ids.
 class MSPEBaseline {
  public:
   /// @param xmlDoc the scenario, or an excerpt() of it.
   explicit MSPEBaseline(std::shared_ptr<xml::Document> xmlDoc) : xmlDoc_(std::move(xmlDoc)) {}
 
-  /// What exports read of a scenario that a plan is compared with: a tenth of it or less, for compared scenarios are as
-  /// large as the plan. Assignments are not in it. Gives the scenario itself when it has to be whole.
+  /// The part of a compared scenario that an export reads, without assignments. It saves memory: the excerpt is a tenth
+  /// of the scenario or less, and a scenario is as large as the plan. Returns the scenario itself when no excerpt can
+  /// be made.
   [[nodiscard]] static std::shared_ptr<xml::Document> excerpt(std::shared_ptr<xml::Document> scenario);
 
   /// The source element with the id below the scenario, or an empty node.

@@ -7,7 +7,7 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 
-/// Base of the mappers that write the `Baseline` of one object; a mapper serves one baseline of the context.
+/// Base of the mappers that write an object's `Baseline` element. Each mapper is for one of the context's baselines.
 class MSPEBaselineMapperBase : public MSPEObjectMapperBase {
  public:
   /// @param baselineNumber position in the context's list of baselines.
@@ -27,8 +27,8 @@ class MSPEBaselineMapperBase : public MSPEObjectMapperBase {
   const std::vector<MSPEBaseline>& kvdxBaselines_;
 };
 
-/// Appends the `Baseline` that newBaseline(n) makes of each of the context's baselines, n being its number; none is
-/// made when the baseline lacks the object.
+/// Calls newBaseline(n) with the number of each of the context's baselines, and appends the `Baseline` elements that it
+/// returns; it returns none when that baseline lacks the object.
 template <typename NewBaseline>
 void appendEachBaseline(xml::OutputNode to, const MSPEMapper& mapper, NewBaseline newBaseline) {
   const auto count = static_cast<std::int64_t>(mapper.kvdxBaselines().size());
@@ -37,8 +37,8 @@ void appendEachBaseline(xml::OutputNode to, const MSPEMapper& mapper, NewBaselin
   }
 }
 
-/// Number, Start and Finish (from start-date and end-date), Duration, Work (from effort), FixedCost (static-cost in
-/// hundredths), each but the first only when the baseline's task has the source of it.
+/// Writes Number, Start and Finish (from start-date and end-date), Duration, Work (from effort), FixedCost (static-cost
+/// in hundredths). Each except Number only when the baseline's task has its source.
 class MSPETaskBaselineMapper final : public MSPEBaselineMapperBase {
  public:
   using MSPEBaselineMapperBase::MSPEBaselineMapperBase;
@@ -46,7 +46,7 @@ class MSPETaskBaselineMapper final : public MSPEBaselineMapperBase {
   [[nodiscard]] std::optional<xml::Element> newBaselineFromKvdxTask(xml::Node kvdxTask) const;
 };
 
-/// Number only.
+/// Writes Number only.
 class MSPEResourceBaselineMapper final : public MSPEBaselineMapperBase {
  public:
   using MSPEBaselineMapperBase::MSPEBaselineMapperBase;
@@ -54,12 +54,12 @@ class MSPEResourceBaselineMapper final : public MSPEBaselineMapperBase {
   [[nodiscard]] std::optional<xml::Element> newBaselineFromKvdxResource(xml::Node kvdxResource) const;
 };
 
-/// Number only; in effect never written, see below.
+/// Writes Number only; in effect it never writes anything, see below.
 class MSPEAssignmentBaselineMapper final : public MSPEBaselineMapperBase {
  public:
   using MSPEBaselineMapperBase::MSPEBaselineMapperBase;
-  /// The resource's id is read from an attribute whose name begins with an at sign, which no document has: assignments
-  /// have no baselines. Kept so, since files that had them would differ from all that were ever exported.
+  /// Returns none for every real document: it reads the resource's id from an attribute named "@idref", which no XML
+  /// document can have, so assignments get no baselines. It stays like this because the exact file must not change.
   /// @param kvdxAssignment the plan's assignment, whose parent is its task.
   [[nodiscard]] std::optional<xml::Element> newBaselineFromKvdxAssignment(xml::Node kvdxAssignment) const;
 };

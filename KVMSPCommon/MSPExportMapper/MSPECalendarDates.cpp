@@ -18,7 +18,7 @@ Instant calendarDate(xml::Node element, const char* attribute) {
 }
 
 void requireCountableDays(Instant date) {
-  // Doubles hold each whole number up to 2^53, which is a little more.
+  // A double holds every whole number up to 2^53, which is slightly more.
   constexpr double kFarthestSecond = 9e15;
   if (std::abs(date.seconds) <= kFarthestSecond) return;
   const auto civil = platform::TimeZone::system().civilFromInstant(date);

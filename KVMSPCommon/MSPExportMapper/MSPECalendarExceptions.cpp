@@ -18,7 +18,7 @@ using platform::require;
 
 namespace {
 
-/// Far above any real calendar, and little enough for any machine.
+/// Far more than any real calendar has, and few enough for any machine's memory.
 constexpr std::size_t kMaximumWorkingTimes = 1'000'000;
 
 double secondsAttribute(xml::Node element, const char* name) {
@@ -84,8 +84,8 @@ void MSPECalendarExceptions::sweep() {
     rangeEnd = std::max(rangeEnd, event.toDate());
   }
 
-  // Events enter `active` in list order as the cursor reaches them and leave it when they are over, so that a step
-  // costs no more than the events that hold at the cursor.
+  // Events are added to `active` in list order as the cursor reaches them and removed when they are over, so that each
+  // step only looks at the events that hold at the cursor.
   std::vector<const MSPEKvdxEventInfo*> active;
   std::size_t next = 0;  // the first event that begins after the cursor
   std::size_t workingTimesCount = 0;

@@ -61,7 +61,7 @@ xml::OutputNode MSPECalendarMapper::newCalendarFromKvdxResource(xml::Node kvdxRe
   return info->calendar();
 }
 
-/// A group's id, read once, as each of its members asks for it.
+/// A group's id. Read only once for each group, since each member asks for it.
 const std::optional<std::string>& MSPECalendarMapper::idOf(xml::Node group) {
   const auto [id, isNew] = groupIds_.try_emplace(group.identity());
   if (isNew) id->second = group.attributeText("id");

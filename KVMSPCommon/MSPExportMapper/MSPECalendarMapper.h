@@ -26,8 +26,7 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
 
   /// The `Calendars` element, filled by buildCalendarHierarchy().
   [[nodiscard]] const xml::Section& calendars() const { return calendars_; }
-  /// Hands the `Calendars` element over to the project; calendars() still shows it, until the tasks are
-  /// mapped.
+  /// Gives the `Calendars` element to the project. calendars() still refers to it, but only until the tasks are mapped.
   [[nodiscard]] std::unique_ptr<xml::Section> takeCalendars() { return std::move(detachedCalendars_); }
   /// The `Calendar` of the resource mapped last; empty, since elements are made only when the hierarchy is built.
   [[nodiscard]] xml::OutputNode calendar() const { return calendar_; }
@@ -46,8 +45,9 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   using ScheduleInfo = std::shared_ptr<MSPEScheduleInfo>;
   using Exceptions = MSPEScheduleInfo::Exceptions;
 
-  /// What holds in a schedule: for each day type the list of the nearest schedule, from this one up, that says anything
-  /// about the day; and the nearest schedule with exceptions, which are inherited as a whole. None when no one has any.
+  /// Where a schedule's contents come from. For each day type: the list of the nearest schedule, from this one upwards,
+  /// that defines the day. For exceptions, which are inherited as a whole: the nearest schedule that has any. Null when
+  /// no schedule defines them.
   struct Sources {
     std::array<const std::optional<MSPEScheduleInfo::WorkingTimes>*, kSaturday + 1> days{};
     const MSPEScheduleInfo* exceptions = nullptr;
@@ -67,7 +67,7 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   // Hierarchy.
   void fixCalendarHierarchy();
   [[nodiscard]] ScheduleInfo newFlatScheduleInfo(const MSPEScheduleInfo& info);
-  /// Sources of the schedule, found once for it and for those that it inherits from.
+  /// The schedule's sources, found once and kept, also for the schedules that it inherits from.
   [[nodiscard]] const Sources& sourcesOf(const MSPEScheduleInfo& info);
   [[nodiscard]] const MSPEScheduleInfo* parentOf(const MSPEScheduleInfo& info) const;
   /// The schedule under the key, or none.
@@ -77,13 +77,13 @@ class MSPECalendarMapper final : public MSPEObjectMapperBase {
   void mapScheduleInfo(const MSPEScheduleInfo& info);
   void mapScheduleInfo(const MSPEScheduleInfo& info, xml::OutputNode toCalendar);
   void mapWeekDays(const MSPEScheduleInfo& info, xml::OutputNode weekDays);
-  /// Writes the sets both as day-type-0 week days, for older readers, and as exceptions.
+  /// Writes the sets twice: as week days of type 0, for older readers, and as exceptions.
   /// @param weekDays, exceptions the calendar's containers; made when they are needed and still empty.
   void mapScheduleExceptions(const Exceptions& sets, xml::OutputNode toCalendar, xml::OutputNode& weekDays,
                              xml::OutputNode& exceptions);
-  /// Writes each exception of overtime sets as a work week that names its days.
+  /// Writes each exception of the overtime sets as a work week that lists its days.
   void mapTimeOffExceptionsBG(const Exceptions& sets, xml::OutputNode toCalendar, xml::OutputNode& workWeeks);
-  /// Time-off exceptions have no overtime: none.
+  /// Always returns none, since time-off exceptions have no overtime.
   [[nodiscard]] ScheduleInfo newOvertimeFromTimeOffExceptionsScheduleInfo(const MSPEScheduleInfo& info) const;
 
   std::unique_ptr<xml::Section> detachedCalendars_;  ///< none after it was taken

@@ -19,7 +19,7 @@ using Period = MSPECalendarExceptions::Period;
 
 constexpr std::string_view kExceptionDayType = "0";
 
-/// Far above any real exception; a work week lists every one of its days.
+/// Far more days than any real exception has. There must be a limit, since a work week lists every day.
 constexpr std::int64_t kMaximumWorkWeekDays = 100'000;
 
 Period requiredPeriod(const MSPECalendarExceptions& set, std::int64_t index) {
@@ -40,7 +40,7 @@ void addWorkingTime(xml::OutputNode workingTimes, const MSPEWorkingTime& time) {
   addChildElementWithName(element, "ToTime", MSPIUtilities::hourMinSecFromDuration(time.toTime()));
 }
 
-/// The working times of one exception, also when there are none.
+/// Writes the working times of one exception; an empty element when it has none.
 void addWorkingTimes(xml::OutputNode parent, const MSPECalendarExceptions& set, std::int64_t index) {
   const xml::OutputNode element = addChildElementWithName(parent, "WorkingTimes");
   const std::int64_t count = set.exceptionWorkingTimesCount(index).value_or(0);
@@ -49,7 +49,7 @@ void addWorkingTimes(xml::OutputNode parent, const MSPECalendarExceptions& set, 
   }
 }
 
-/// One exception as a week day of type 0: DayType, DayWorking, TimePeriod, WorkingTimes of overtime.
+/// Writes one exception as a week day of type 0: DayType, DayWorking, TimePeriod and, for overtime, WorkingTimes.
 void addExceptionWeekDay(xml::OutputNode weekDays, const MSPECalendarExceptions& set, std::int64_t index) {
   const xml::OutputNode element = addChildElementWithName(weekDays, "WeekDay");
   addChildElementWithName(element, "DayType", kExceptionDayType);
@@ -64,7 +64,7 @@ void addException(xml::OutputNode exceptions, const MSPECalendarExceptions& set,
   addChildElementWithName(element, "EnteredByOccurrences", "0");
   addTimePeriod(element, period);
   addChildElementWithName(element, "Occurrences", std::to_string(period.numberOfDays));
-  // A nameless set is called so whatever it holds.
+  // A nameless set always gets this name, even when it is time off.
   addChildElementWithName(element, "Name",
                           stringByReplacingOccurrencesOfNewline(set.calendarName().value_or("Overtime")));
   addChildElementWithName(element, "Type", "1");
@@ -151,7 +151,7 @@ void MSPECalendarMapper::mapTimeOffExceptionsBG(const Exceptions& sets, xml::Out
       const xml::OutputNode weekDays = addChildElementWithName(workWeek, "WeekDays");
       addTimePeriod(workWeek, period);
       addChildElementWithName(workWeek, "Name", "Exception days");
-      // Steps of 86400 seconds: where a clock change makes a day longer, its weekday comes twice.
+      // Steps of 86400 seconds: on a day that a clock change makes longer, its weekday is listed twice.
       for (Instant date = period.fromDate; date < period.toDate; date = date + kSecondsPerDay) {
         const std::int32_t dayType = zone.weekday(date);
         require(dayType >= kSunday && dayType <= kSaturday, "Incorrect dayType ({}). Must be from 1 to 7.", dayType);

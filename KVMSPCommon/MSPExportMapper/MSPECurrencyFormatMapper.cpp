@@ -13,12 +13,12 @@ constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kDigitsAndComma = "0123456789,";
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
-/// Where the run of characters of the set ends that begins at the position.
+/// The end of the run of characters of the set that begins at the position.
 std::size_t endOf(std::string_view set, std::string_view text, std::size_t at) {
   return std::min(text.find_first_not_of(set, at), text.size());
 }
 
-/// The currency meant by a symbol that several currencies have.
+/// The currency that a symbol of several currencies stands for.
 struct SharedSymbol {
   std::string_view symbol;
   std::string_view code;
@@ -26,8 +26,8 @@ struct SharedSymbol {
 constexpr std::array<SharedSymbol, 4> kSharedSymbols = {
     {{"P", "BWP"}, {"$", "USD"}, {"kr", "SEK"}, {"\xEF\xBF\xA5", "JPY"}}};
 
-/// The code of the only currency with the symbol, or of the one meant among several. The locale data is read no further
-/// than it takes to tell.
+/// The code of the only currency with this symbol, or of the one that a shared symbol stands for. Stops reading the
+/// locale data as soon as the answer is certain.
 std::optional<std::string> codeOfSymbol(const std::string& symbol) {
   std::optional<std::string> code;
   bool isShared = false;
@@ -54,7 +54,7 @@ MSPECurrencyFormatMapper::MSPECurrencyFormatMapper(MSPEMapper& mapper) : MSPEObj
 std::optional<MSPECurrencyFormatMapper::Amount> MSPECurrencyFormatMapper::amountIn(std::string_view sample) {
   const std::size_t digits = sample.find_first_of(kDigitsAndComma);
   if (digits == std::string_view::npos) return std::nullopt;
-  // No blank before these can begin a match, since another character follows it.
+  // The match begins with the blanks directly in front of the digits; earlier blanks are followed by another character.
   const std::size_t start = digits == 0 ? 0 : sample.find_last_not_of(kBlanks, digits - 1) + 1;
   std::size_t end = endOf(kDigitsAndComma, sample, digits);
   Amount amount{{{}, {start, digits - start}, {digits, end - digits}, {}, {}}};
@@ -73,7 +73,7 @@ void MSPECurrencyFormatMapper::parseCurrencyFormat(const std::string& format) {
   if (!amount) return;
   const auto& [whole, leadBlank, digits, decimals, trailBlank] = *amount;
   currencyDigits_ = decimals.present() ? static_cast<std::int64_t>(decimals.length) - 1 : 0;
-  // Blanks between symbol and number belong to neither, so the symbol ends, or begins, where the whole match does.
+  // The match includes the blanks around the number, so the symbol is what stands in front of the match or behind it.
   const std::string prefix = format.substr(0, whole.start);
   const std::string suffix = format.substr(whole.end());
   currencySymbol_.reset();
@@ -86,6 +86,6 @@ void MSPECurrencyFormatMapper::parseCurrencyFormat(const std::string& format) {
     currencySymbolPosition_ = trailBlank.present() ? 3 : 1;
   }
   if (!currencySymbol_) return;
-  static platform::Memo<std::string, std::optional<std::string>> codes;  // they take milliseconds to find
+  static platform::Memo<std::string, std::optional<std::string>> codes;  // finding a code takes milliseconds
   currencyCode_ = codes.get(*currencySymbol_, [this] { return codeOfSymbol(*currencySymbol_); });
 }

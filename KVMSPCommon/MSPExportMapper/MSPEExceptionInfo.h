@@ -18,7 +18,7 @@ class MSPEExceptionInfo {
   /// The last instant; none until it is known.
   [[nodiscard]] std::optional<platform::Instant> toDate() const { return toDate_; }
   void setToDate(platform::Instant date) { toDate_ = date; }
-  /// The list itself. Empty means that nobody works on these days.
+  /// The list, to be changed in place. When it is empty, nobody works on these days.
   [[nodiscard]] std::vector<MSPEWorkingTime>& workingTimes() { return workingTimes_; }
   [[nodiscard]] const std::vector<MSPEWorkingTime>& workingTimes() const { return workingTimes_; }
 

@@ -8,7 +8,8 @@ using platform::require;
 
 namespace {
 
-/// The identifier of an object whose id has the right first character.
+/// The UID of an object.
+/// @param id begins with the right character.
 std::string uidFromKvdxId(const std::string& id, const std::string& topId) {
   if (id == topId) return "0";
   std::string rest = id.substr(1);

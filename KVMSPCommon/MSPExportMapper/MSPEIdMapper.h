@@ -3,14 +3,15 @@
 #include <optional>
 #include <string>
 
-/// Turns source identifiers ("r5", "t7") into MSPDI's unique ones. The scenario's top resource and top task become 0.
+/// Turns source identifiers into MSPDI's UIDs: "r5" gives "5", "t7" gives "7", and the scenario's top resource and top
+/// task "0".
 class MSPEIdMapper {
  public:
   /// @throws InvariantFailure when the resource's id does not begin with "r", or the task's with "t".
   MSPEIdMapper(const std::optional<std::string>& topResourceId, const std::optional<std::string>& topTaskId);
 
-  /// What follows the first character, unchanged ("r007" gives "007"), when that begins with a whole number of at least
-  /// 1; "0" for the top resource; otherwise an empty text: the object has no MSPDI identifier.
+  /// "0" for the top resource. Otherwise what follows the first character, unchanged, when it begins with a whole
+  /// number of at least 1: "r007" gives "007". Otherwise an empty text ("r0", "rx"): the object has no UID.
   /// @throws InvariantFailure when a non-empty id does not begin with "r".
   [[nodiscard]] std::string resourceUIDFromKvdxResourceId(const std::string& kvdxResourceId) const;
   /// The same for tasks, with "t".

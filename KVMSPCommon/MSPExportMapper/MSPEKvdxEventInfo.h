@@ -8,9 +8,12 @@
 /// One deviation from the normal week: some days, and possibly a working period that holds on each of them.
 class MSPEKvdxEventInfo {
  public:
-  /// From the `start` and `end` of a source `event`. The days run from the start's day to the end's, the period from
-  /// the start's time of day to the end's. When both are midnight the end's day is not part of the event and the period
-  /// is the whole day.
+  /// From the `start` and `end` of a source `event`. The event holds from the start's day to the end's day, on each of
+  /// them from the start's time of day to the end's. When both times are midnight, it holds all day and the end's day
+  /// is not part of it:
+  ///
+  ///   2026-05-04T08:00 to 2026-05-06T12:00   4, 5 and 6 May, 08:00-12:00 on each
+  ///   2026-05-04T00:00 to 2026-05-06T00:00   4 and 5 May, all day
   /// @throws InvariantFailure when an attribute is missing or holds no date, when the end's time of day is before the
   /// start's, or when the two are equal at another time than midnight or on the same day.
   static MSPEKvdxEventInfo initWithKvdxEvent(xml::Node event);

@@ -12,7 +12,8 @@
 
 namespace {
 
-/// Ten times what the format has numbers for. Each task and resource is looked up in every one of them.
+/// Ten times as many as the format has numbers for. There must be a limit, since each task and resource is looked up in
+/// every baseline.
 constexpr std::size_t kMaximumBaselines = 100;
 
 struct Counters {

@@ -16,18 +16,18 @@
 class MSPECalendarMapper;
 class MSPEProjectMapper;
 
-/// What the caller of an export tells about it, by key (MSPEExporterInfo.h).
+/// Information from the caller of an export, by key (MSPEExporterInfo.h).
 using MSPEInfo = std::map<std::string, std::string>;
 
-/// The context of one export: the source documents, the output document under construction and the services that the
-/// per-object mappers reach through it. Made for one bundle, mapped once. Also the home of the four numbering counters,
-/// which belong to the process and go on from bundle to bundle.
+/// The context of one export: the source documents, the output document being built, and the services that the mappers
+/// share. Made for one bundle and used once. It also has the four numbering counters, which belong to the process and
+/// continue from bundle to bundle.
 class MSPEMapper {
  public:
   /// @param kvdxXmlDoc the plan; without one map() makes no document.
   /// @param baselineXMLDocArray the scenarios compared with it; a baseline's position is its number.
-  /// @param mspdiTemplateXmlDoc kept, never read.
-  /// @param info borrowed; must outlive the context.
+  /// @param mspdiTemplateXmlDoc never read.
+  /// @param info must outlive the context.
   /// @throws InvariantFailure when there are more than a hundred baselines.
   MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_ptr<xml::Document> kvdxTOCXmlDoc,
              const std::vector<std::shared_ptr<xml::Document>>& baselineXMLDocArray,
@@ -36,8 +36,8 @@ class MSPEMapper {
   MSPEMapper(const MSPEMapper&) = delete;
   MSPEMapper& operator=(const MSPEMapper&) = delete;
 
-  /// Builds the output document: the `Project` element and the exporter's comment as its last child. None is made when
-  /// the plan's root is not `scenario`.
+  /// Builds the output document: the `Project` element, with the exporter's comment as its last child. Makes no
+  /// document when the plan's root is not `scenario`.
   /// @throws platform::Exception what the mappers below raise.
   void map();
 
@@ -45,18 +45,18 @@ class MSPEMapper {
   [[nodiscard]] std::int32_t fiterType() const { return fiterType_; }
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxXmlDoc() const { return kvdxXmlDoc_; }
   [[nodiscard]] const std::shared_ptr<xml::Document>& kvdxTOCXmlDoc() const { return kvdxTOCXmlDoc_; }
-  /// Lets map() pass the document on while it grows, see OutputDocument::writeAhead(); mspdiXmlDoc() then gives the
-  /// rest.
+  /// Lets map() write the document while it grows, see OutputDocument::writeAhead(); mspdiXmlDoc() then has the rest.
   /// @param sink must outlive the context.
   void setSink(const xml::Sink& sink) { sink_ = &sink; }
-  /// The tasks, the largest part of the project, are mapped last, and in front of them nothing changes any more.
+  /// Called before the tasks are mapped. They are the largest part of the project and are mapped last, so nothing in
+  /// front of them changes any more and it can be written ahead.
   void beginTasks(xml::Section& project, xml::Section& tasks) {
     if (sink_ != nullptr) mspdiXmlDoc_.writeAhead(project, tasks, *sink_);
   }
-  /// The finished output document; none before map() and when it made none.
+  /// The finished output document; null before map(), and when map() made none.
   [[nodiscard]] const xml::OutputDocument* mspdiXmlDoc() const { return finished_ ? &mspdiXmlDoc_ : nullptr; }
   [[nodiscard]] const std::vector<MSPEBaseline>& kvdxBaselines() const { return kvdxBaselines_; }
-  /// Present only while map() runs it.
+  /// Null except while map() runs.
   [[nodiscard]] MSPEProjectMapper* projectMapper() const { return projectMapper_.get(); }
   [[nodiscard]] MSPECalendarMapper& calendarMapper() const { return *calendarMapper_; }
 
@@ -70,7 +70,7 @@ class MSPEMapper {
   /// A new element of the output document, not yet part of it.
   [[nodiscard]] xml::Element newElement(std::string_view name) const { return mspdiXmlDoc_.newElement(name); }
 
-  /// For what makes many elements while others wait (see ElementMemory::Scope).
+  /// For code that makes many elements while older ones are still being built (see ElementMemory::Scope).
   [[nodiscard]] xml::ElementMemory::Scope elementScope() const { return mspdiXmlDoc_.scope(); }
 
   /// The next number of its kind; the first of the process is 0 for tasks and resources, 1 for the other two.
@@ -88,8 +88,8 @@ class MSPEMapper {
   std::shared_ptr<xml::Document> kvdxXmlDoc_;
   std::shared_ptr<xml::Document> kvdxTOCXmlDoc_;
   std::shared_ptr<xml::Document> mspdiTemplateXmlDoc_;
-  /// There from the start, since elements live in its memory; handed out when it is finished. Making elements changes
-  /// nothing that a reader of the context can see.
+  /// Exists from the start, since elements are in its memory, but is only given out when it is finished. Mutable,
+  /// because making an element changes nothing that a reader of the context can see.
   mutable xml::OutputDocument mspdiXmlDoc_;
   bool finished_ = false;
   const xml::Sink* sink_ = nullptr;

@@ -8,7 +8,7 @@
 class MSPENoteMapper final : public MSPEObjectMapperBase {
  public:
   using MSPEObjectMapperBase::MSPEObjectMapperBase;
-  /// The literal texts (`lit`) of the runs of each paragraph, a line feed behind every paragraph, the last included.
+  /// The literal texts (`lit`) of the runs of each paragraph, with a line feed after every paragraph, also the last.
   /// Line breaks stay line breaks.
   /// @param kvdxNote the source `note`. @return none when it has no `text`.
   [[nodiscard]] std::optional<xml::Element> newNotesFromKVDXNote(xml::Node kvdxNote) const;

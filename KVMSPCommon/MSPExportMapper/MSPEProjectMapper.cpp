@@ -50,9 +50,9 @@ struct Place {
   xml::Node parent;
 };
 
-/// Goes down the tree below a node in the order of the references, without recursion: how deep a plan is nested must
-/// not take stack. map(node, parent, inherited) maps one node and gives what its members inherit; none for one that has
-/// none. References to what is not there are skipped.
+/// Walks the tree below a node in the order of the references. Does not use recursion, so that a deeply nested plan
+/// cannot overflow the stack. map(node, parent, inherited) maps one node and returns what its members inherit, or none
+/// when it has no members. References to missing objects are skipped.
 template <typename Inherited, typename Map>
 void walkTree(xml::Node scenario, std::string_view kind, const xml::Query& members, MSPETreeGuard& guard, Place top,
               const Inherited& inherited, Map map) {
@@ -142,7 +142,7 @@ void MSPEProjectMapper::appendHeader(xml::Section& project, const std::optional<
 
 void MSPEProjectMapper::appendDates(xml::Section& project) {
   const auto now = MSPIUtilities::mppToKvdxDateTime(platform::Clock::now());
-  // The side that the plan is scheduled from is always written, from now when the scenario does not give it.
+  // The date that the plan is scheduled from is always written; when the scenario lacks it, it is now.
   const auto append = [&](const xml::Query& query, std::string_view name, bool isNeeded, std::string& kvdxDate) {
     const auto given = stringValueForXQuery(kvdxScenario_, query);
     kvdxDate = given ? *given : orEmpty(now);
@@ -160,7 +160,7 @@ void MSPEProjectMapper::appendCurrency(xml::Section& project) {
   addChildElementWithName(project, "CurrencySymbolPosition", std::to_string(currency.currencySymbolPosition()));
 }
 
-/// Makes the record of each task, finds the bounds of their priorities and whether there are links; gives the number of
+/// Makes the record of each task; determines the range of priorities and whether there are links. Returns the number of
 /// tasks.
 std::size_t MSPEProjectMapper::readScheduledTasks() {
   const auto tasks = objectsForXQuery(kvdxScenario_, "task");
@@ -234,8 +234,9 @@ xml::Node MSPEProjectMapper::splitPiece(xml::Node reference) {
   return piece;
 }
 
-/// The name that a group's members carry: its path of names. An unnamed group is numbered and begins a new path; the
-/// unnamed top group has none.
+/// The group name of a group's members: the names of the groups above them, joined by "/". An unnamed group gets a
+/// number and starts a new path: "Site/Crane", but "Anonymous_Group_1" below "Site". The top group, when unnamed, has
+/// none.
 std::optional<std::string> MSPEProjectMapper::groupNameBelow(xml::Node kvdxGroup, bool hasParent,
                                                              const std::optional<std::string>& inheritedName) {
   auto name = stringValueForXQuery(kvdxGroup, "name");
@@ -255,7 +256,8 @@ bool MSPEProjectMapper::addKvdxTask(xml::Node kvdxTask, xml::Node parentTask, xm
     const bool isGroup = stringValueForXQuery(task, "type", error) == "group";
     mapTask(task, parent, isGroup, toTasks, level, assignments, error);
     if (!isGroup) return std::nullopt;
-    taskGuard_->reach(task);  // behind the mapping: a task that is reached twice is told by its UID first
+    // Guard after mapping, so that a repeated task fails with the duplicate-UID message, not the cycle message.
+    taskGuard_->reach(task);
     return level + 1;
   };
   walkTree(kvdxScenario, "task", "child-task", *taskGuard_, {kvdxTask, parentTask}, atLevel, map);

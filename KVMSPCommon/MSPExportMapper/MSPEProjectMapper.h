@@ -24,14 +24,15 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
 
   explicit MSPEProjectMapper(MSPEMapper& mapper);
 
-  /// The whole `Project`, in the order of the calls in this function's body. The context has it from the start.
+  /// Writes the whole `Project`, whose children are in the order of the calls in this function's body. The context
+  /// refers to it from the start.
   /// @throws InvariantFailure what the mappers below raise.
   [[nodiscard]] std::unique_ptr<xml::Section> newProjectFromKVDXScenario(xml::Node kvdxScenario);
 
   /// Maps a resource, then the members of a group.
   /// @param parentResource empty for the top resource.
   /// @param groupName written as the resource's `Group`; none at the top.
-  /// @param baseCalendarUID carried down the tree only.
+  /// @param baseCalendarUID passed on to the members, and not used otherwise.
   /// @return true. @throws InvariantFailure also when a group contains itself, or its tree does not end.
   bool addKvdxResource(xml::Node kvdxResource, xml::Node parentResource, xml::Node kvdxScenario,
                        xml::Section& toResources, const std::optional<std::string>& groupName,
@@ -69,15 +70,16 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
   /// MSPDI UID to MSPDI ID of what has been written so far.
   [[nodiscard]] const UidToId& taskUidToIdMap() const { return taskUidToIdMap_; }
   [[nodiscard]] const UidToId& resourceUidToIdMap() const { return resourceUidToIdMap_; }
-  /// Notes the number of a task or resource; false when its UID was noted before.
+  /// Records the number of a task or resource; false when its UID was recorded before.
   bool recordTask(const std::string& uid, const std::string& id) { return taskUidToIdMap_.emplace(uid, id).second; }
   bool recordResource(const std::string& uid, const std::string& id) {
     return resourceUidToIdMap_.emplace(uid, id).second;
   }
-  /// The text of the resource's `type`; none without one. Read once for each resource, as every assignment asks for it.
+  /// The text of the resource's `type`; none without one. Read only once for each resource, since every assignment asks
+  /// for it.
   [[nodiscard]] const std::optional<std::string>& resourceType(xml::Node kvdxResource);
   /// The task that a split task's `child-task` refers to, or an empty node.
-  /// @throws InvariantFailure when the same pieces are asked for again and again.
+  /// @throws InvariantFailure when the same pieces are asked for too often (MSPETreeGuard).
   [[nodiscard]] xml::Node splitPiece(xml::Node reference);
   [[nodiscard]] std::int64_t unnamedGroupsCount() const { return unnamedGroupsCount_; }
 
@@ -93,7 +95,7 @@ class MSPEProjectMapper final : public MSPEObjectMapperBase {
     std::int64_t baseCalendarUID;
   };
 
-  /// Maps a resource without its members, and gives what those inherit; none when it is no group.
+  /// Maps a resource without its members, and returns what these inherit; none when it is not a group.
   std::optional<GroupBequest> mapResource(xml::Node kvdxResource, xml::Node parentResource, xml::Section& toResources,
                                           const GroupBequest& inherited, XQueryError* error);
   /// Maps a task and its assignments, without the tasks of a group.

@@ -12,13 +12,13 @@ class MSPEResourceMapper final : public MSPEObjectMapperBase {
  public:
   using MSPEObjectMapperBase::MSPEObjectMapperBase;
 
-  /// The nameless placeholder that opens the list of resources and takes the first resource number. (Assignments of
-  /// tasks without resources refer to the fixed UID -65535 instead.)
+  /// The nameless placeholder that is first in the list of resources and takes the first resource number. (Assignments
+  /// of tasks without resources refer to the fixed UID -65535 instead.)
   [[nodiscard]] static xml::Element newDummyResourceWithMapper(const MSPEMapper& mapper);
 
-  /// The children stand in the order of the calls in this function's body; the project mapper appends Group.
+  /// The children are in the order of the calls in this function's body; the project mapper appends Group.
   /// @param parentResource empty for the top resource.
-  /// @return none for groups and unknown types, whose schedules are read all the same.
+  /// @return none for groups and unknown types; their schedules are read nevertheless.
   /// @throws InvariantFailure for a resource without id or with the UID of another one.
   [[nodiscard]] std::optional<xml::Element> newResourceFromKVDXResource(xml::Node kvdxResource,
                                                                         xml::Node parentResource);

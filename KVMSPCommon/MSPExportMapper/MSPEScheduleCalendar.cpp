@@ -22,7 +22,7 @@ using platform::TimeZone;
 
 namespace {
 
-/// Ten thousand years: an advance that takes longer finds no end.
+/// Ten thousand years. An advance that would take longer gives no result.
 constexpr std::int64_t kMaximumDays = 3'652'500;
 
 bool isWeekday(std::int64_t weekday) { return weekday >= kSunday && weekday <= kSaturday; }
@@ -99,7 +99,7 @@ std::int64_t MSPEScheduleCalendar::timePeriodsInWeekday(std::int64_t weekday) co
   return periods ? static_cast<std::int64_t>(periods->size()) : 0;
 }
 
-/// The period, or none for another weekday and for a day without periods.
+/// The period; null for an invalid weekday and for a day without periods.
 const MSPETimePeriod* MSPEScheduleCalendar::period(std::int64_t index, std::int64_t weekday) const {
   if (!isWeekday(weekday) || !workingDay(weekday).timePeriods) return nullptr;
   const auto& periods = *workingDay(weekday).timePeriods;
@@ -117,7 +117,7 @@ double MSPEScheduleCalendar::durationOfTimePeriod(std::int64_t timePeriod, std::
 
 double MSPEScheduleCalendar::durationOfWeekday(std::int64_t weekday) const {
   const WorkingDay& day = workingDay(weekday);
-  double sum = -1.0;  // begins so, as "no duration" does
+  double sum = -1.0;  // the sum starts at -1, the value for "no duration"
   if (!day.isWorkingDay || !day.timePeriods) return sum;
   for (const MSPETimePeriod& one : *day.timePeriods) sum += one.duration();
   return sum;
@@ -200,7 +200,7 @@ std::optional<MSPEScheduleCalendar::Start> MSPEScheduleCalendar::startDateStartD
       const MSPETimePeriod& candidate = (*workingDay.timePeriods)[static_cast<std::size_t>(index)];
       double start = forward ? candidate.startTime() : candidate.endTime();
       if (tries == 0) {
-        // The given day: what of it lies after the given time (before it when backward).
+        // On the given day, only periods that end after the given time (backward: start before it) count.
         if (forward ? candidate.endTime() <= time : candidate.startTime() >= time) continue;
         start = forward ? std::max(start, time) : std::min(start, time);
       }
@@ -217,7 +217,7 @@ std::optional<Instant> MSPEScheduleCalendar::startDate(Instant forDate, bool for
   return start->date;
 }
 
-/// One advance under way: counts an amount of working time down over the periods of successive days.
+/// The state of one advance: subtracts the periods of successive days from an amount of working time.
 class MSPEScheduleCalendar::Countdown {
  public:
   Countdown(const MSPEScheduleCalendar& calendar, const Start& start, double duration, bool forward, bool allowEdgeTime)
@@ -249,8 +249,8 @@ class MSPEScheduleCalendar::Countdown {
     ++daysStepped_;
   }
 
-  /// Whether weeks went by without any working time (periods may be empty, or end before they start). Steps of 86400
-  /// seconds can pass a weekday by where clocks change, so that one week tells nothing.
+  /// Whether three weeks passed without any working time, so that the search would never end: periods may be empty, or
+  /// end before they start. One week is not enough, since steps of 86400 seconds can skip a weekday at a clock change.
   [[nodiscard]] bool isStuck() {
     if (daysStepped_ > kMaximumDays) return true;
     if (daysStepped_ - checkedAtDay_ < std::int64_t{3} * kDaysPerWeek) return false;
@@ -280,12 +280,12 @@ class MSPEScheduleCalendar::Countdown {
       } else {
         moveBeyondEdge(i);
       }
-      return;  // without an answer the day that the search came to is done with, too
+      return;  // if no answer was found, the caller moves on past the day where the search ended
     }
   }
 
-  /// Takes the beginning (backward: the end) of the next period, on this day or a later one, as the answer. Leaves no
-  /// answer when the days that one advance may look at are used up.
+  /// Makes the start (backward: the end) of the next period the answer, on this day or a later one. Finds none once the
+  /// advance has looked at a week of days.
   void moveBeyondEdge(std::int64_t period) {
     const std::int64_t next = period + (forward_ ? 1 : -1);
     if (next >= 0 && next < periodCount()) {

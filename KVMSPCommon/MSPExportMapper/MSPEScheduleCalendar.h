@@ -25,9 +25,14 @@ struct MSPETimePeriod {
   [[nodiscard]] double duration() const { return endTime() - startTime(); }
 };
 
-/// A week of working periods and the arithmetic over it. Weekdays are 1 (Sunday) to 7 (Saturday), times of day and
-/// amounts of working time seconds, midnights those of the system zone; days are reached in steps of 86400 seconds.
-/// Operations on another weekday raise InvariantFailure unless they say what else they give.
+/// A week of working periods and the arithmetic with it. Weekdays are 1 (Sunday) to 7 (Saturday). Times of day and
+/// amounts of working time are in seconds, midnights are those of the system zone, and successive days are 86400
+/// seconds apart. For an invalid weekday, operations raise InvariantFailure unless they say otherwise.
+///
+///   const auto& calendar = MSPEScheduleCalendar::standardCalendar();  // weekdays 08:00-12:00, 13:00-17:00
+///   calendar.date(friday16h, 2 * 3600, true)                          // Monday 09:00
+///   calendar.date(friday16h, 3600, true, true)                        // Friday 17:00
+///   calendar.date(friday16h, 3600, true, false)                       // Monday 08:00: no edge
 class MSPEScheduleCalendar {
  public:
   struct WorkingDay {
@@ -57,8 +62,8 @@ class MSPEScheduleCalendar {
   /// Monday to Friday, 08:00-12:00 and 13:00-17:00.
   static MSPEScheduleCalendar initWithStandardCalendar();
   /// From the `schedule-day` children (`day-of-week`) of a source schedule and their `time-span`s (`start-time`,
-  /// `end-time`: seconds from midnight, cut to whole ones; 0 when missing). Days with another name and spans with a
-  /// time that is no number are left out.
+  /// `end-time`: seconds from midnight, cut to whole ones; 0 when missing). Days of unknown name, and spans with a time
+  /// that is not a number, are left out.
   static MSPEScheduleCalendar initWithKvdxSchedule(xml::Node schedule);
   /// The standard calendar of the process.
   static const MSPEScheduleCalendar& standardCalendar();
@@ -68,22 +73,22 @@ class MSPEScheduleCalendar {
   [[nodiscard]] const WorkingDay& workingDay(std::int64_t weekday) const;
   [[nodiscard]] bool isWorkingDayWeekday(std::int64_t weekday) const { return workingDay(weekday).isWorkingDay; }
   [[nodiscard]] std::int64_t timePeriodsInWeekday(std::int64_t weekday) const;
-  /// -1 for another weekday and for a day without periods. An index out of range raises a RangeException, as it does in
-  /// the next four.
+  /// -1 for an invalid weekday and for a day without periods. An index out of range raises a RangeException, here and
+  /// in the next four operations.
   [[nodiscard]] double durationOfTimePeriod(std::int64_t timePeriod, std::int64_t weekday) const;
   /// One second less than the periods' sum (the sum begins at -1); -1 for a day off.
   [[nodiscard]] double durationOfWeekday(std::int64_t weekday) const;
-  /// When the period starts; none for another weekday and for a day without periods.
+  /// When the period starts; none for an invalid weekday and for a day without periods.
   [[nodiscard]] std::optional<TimeOfDay> startHour(std::int64_t timePeriod, std::int64_t weekday) const;
   [[nodiscard]] std::optional<TimeOfDay> endHour(std::int64_t timePeriod, std::int64_t weekday) const;
-  /// The same in seconds from midnight; -1 for none.
+  /// The same in seconds from midnight; -1 instead of none.
   [[nodiscard]] double startTimeForTimePeriod(std::int64_t timePeriod, std::int64_t weekday) const;
   [[nodiscard]] double endTimeForTimePeriod(std::int64_t timePeriod, std::int64_t weekday) const;
 
-  /// Index of the period in which an amount of working time, counted from the day's first period (from the last one
-  /// backwards), comes to its end; kNotFound when the day is too short or the amount is 0.
+  /// Index of the period in which an amount of working time ends when it is counted from the start of the day's first
+  /// period (backward: from the end of the last); kNotFound when the day is too short or the amount is 0.
   [[nodiscard]] std::int64_t timePeriodFromDuration(double duration, bool forward, std::int64_t weekday) const;
-  /// The same; where the counting starts is not looked at.
+  /// The same; `startedAt` is ignored.
   [[nodiscard]] std::int64_t timePeriodEndDuration(double duration, double startedAt, bool forward,
                                                    std::int64_t weekday) const;
   /// The start time of that period (not the point within it); -1 when there is none.
@@ -91,20 +96,19 @@ class MSPEScheduleCalendar {
   [[nodiscard]] double dayTimeEndDuration(double duration, double startedAt, bool forward, std::int64_t weekday) const;
 
   [[nodiscard]] bool isWorkingDay(platform::Instant date) const;
-  /// Where work can start at or after the instant (at or before it when backward); none when neither its day nor the
-  /// six next ones have working time left. A moment at a period's very end (backward: start) does not belong to the
-  /// period.
+  /// Where work can start at or after the instant (backward: at or before it); none when neither its day nor the next
+  /// six have working time left. The end of a period (backward: the start) does not belong to it.
   [[nodiscard]] std::optional<Start> startDateStartDurationStartTimePeriod(platform::Instant forDate,
                                                                            bool forward) const;
   [[nodiscard]] std::optional<platform::Instant> startDate(platform::Instant forDate, bool forward) const;
-  /// The instant moved by an amount of working time.
-  /// @param allowEdgeTime whether the result may be the very end (backward: start) of a period; when not, it moves on
-  /// to the next period's start (end).
-  /// @return none when no working time is found. @throws InvariantFailure without an instant, and for an amount below
-  /// 0.
+  /// The instant, moved by an amount of working time.
+  /// @param allowEdgeTime whether the result may be exactly the end (backward: the start) of a period; otherwise it is
+  /// the next period's start (backward: end).
+  /// @return none when no working time is found.
+  /// @throws InvariantFailure without an instant, and for a negative amount.
   [[nodiscard]] std::optional<platform::Instant> date(std::optional<platform::Instant> date, double advanceByDuration,
                                                       bool forward, bool allowEdgeTime = true) const;
-  /// The working time between two instants; 0 unless the first is earlier.
+  /// The working time between two instants; 0 unless the first is the earlier one.
   [[nodiscard]] double workingTimeFromDate(platform::Instant date, platform::Instant toDate) const;
 
   [[nodiscard]] std::string description() const;

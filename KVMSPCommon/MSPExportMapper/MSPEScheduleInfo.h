@@ -12,15 +12,15 @@
 #include "Platform/XML/XMLOutput.h"
 #include "Platform/XML/XMLTree.h"
 
-/// One working schedule: the project's own (its top resource's), one resource's, or a flattened copy of one. Says for
-/// each day of the week either nothing (the parent's schedule holds) or which working times it has, and lists the
-/// exceptions to the week.
+/// One working schedule: the project's (that of its top resource), another resource's, or a flattened copy of one. For
+/// each day of the week it either has a list of working times or none, and then the parent's schedule holds. It also
+/// lists the exceptions to the week.
 class MSPEScheduleInfo {
  public:
   using WorkingTimes = std::vector<MSPEWorkingTime>;
   using Exceptions = std::vector<std::shared_ptr<const MSPECalendarExceptions>>;
 
-  /// An empty record, as a flattened copy starts.
+  /// An empty record, to be filled as a flattened copy.
   MSPEScheduleInfo() = default;
   /// @param parentKey id of the resource whose schedule this one inherits from; none makes a base calendar.
   MSPEScheduleInfo(xml::Node kvdxResource, std::optional<std::string> parentKey, std::int64_t calendarUID,
@@ -28,19 +28,19 @@ class MSPEScheduleInfo {
 
   /// Makes it a base calendar with the default week (Monday to Friday 08:00-12:00 and 13:00-17:00) and no exceptions.
   void setProjetDefaults();  // spelled so on purpose, as the next
-  /// Gives the default week's times to the days that say nothing; an empty list is something.
+  /// Gives the default week's times to the days that have no list. An empty list (nobody works) is kept.
   void ensureProjetDefaultWeekDays();
 
   [[nodiscard]] bool hasData() const { return hasWeekDaysData() || hasOvertimeData() || hasTimeOffData(); }
-  /// Whether any day says something, be it that nobody works.
+  /// Whether any day has a list, even an empty one.
   [[nodiscard]] bool hasWeekDaysData() const;
   [[nodiscard]] bool hasOvertimeData() const { return !overtimeExceptions_.empty(); }
   [[nodiscard]] bool hasTimeOffData() const { return !timeOffExceptions_.empty(); }
 
-  // Day types are 1 (Sunday) to 7 (Saturday), as MSPDI numbers them; 0 is accepted and never filled. Another day type
-  // raises InvariantFailure.
+  // Day types are 1 (Sunday) to 7 (Saturday), as in MSPDI; 0 is accepted and never filled. Any other raises
+  // InvariantFailure.
 
-  /// Leaves the day without a list.
+  /// Removes the day's list.
   void removeWorkingTimesForDayType(std::int32_t dayType);
   /// Gives the day a new, empty list and returns it to be filled.
   WorkingTimes& resetWorkingTimesForDayType(std::int32_t dayType);
@@ -48,7 +48,7 @@ class MSPEScheduleInfo {
   void addWorkingTime(std::optional<MSPEWorkingTime> workingTime, std::int32_t forDayType);
   /// Replaces the day's list by a copy; none leaves the day without one.
   void addWorkingTimes(const std::optional<WorkingTimes>& workingTimes, std::int32_t forDayType);
-  /// None when the schedule says nothing for the day; empty when nobody works.
+  /// None when the schedule does not define the day; empty when nobody works.
   [[nodiscard]] const std::optional<WorkingTimes>& workingTimesForDayType(std::int32_t dayType) const;
 
   /// The source resource; empty for a flattened copy.
@@ -61,7 +61,7 @@ class MSPEScheduleInfo {
   void setCalendarUID(std::int64_t uid) { calendarUID_ = uid; }
   [[nodiscard]] const std::string& calendarName() const { return calendarName_; }
   void setCalendarName(std::string name) { calendarName_ = std::move(name); }
-  /// The copy that stands for this schedule as a base calendar of others; none unless one was needed.
+  /// The flattened copy that serves other schedules as base calendar; none unless one was needed.
   [[nodiscard]] const std::shared_ptr<MSPEScheduleInfo>& flatCopy() const { return flatCopy_; }
   void setFlatCopy(std::shared_ptr<MSPEScheduleInfo> copy) { flatCopy_ = std::move(copy); }
   /// Whether the source schedule has `flattened-schedule-day` elements.

@@ -6,21 +6,21 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
 #include "Platform/Time/Instant.h"
 
-/// Walks the working periods of a calendar, day by day. Keeps a calendar of its own.
+/// Walks the working periods of a calendar, day by day. Keeps its own copy of the calendar.
 class MSPEScheduleIterator {
  public:
-  /// A period handed out.
+  /// A period of the walk.
   struct Step {
     MSPETimePeriod timePeriod;
     std::int64_t timePeriodIndex;
     platform::Instant date;  ///< the day's midnight
-    std::int64_t flag;       ///< bit 0: the first period of a day that the walk came to (not of the one it began on)
+    std::int64_t flag;       ///< bit 0: the first period of its day, unless it is the day on which the walk began
   };
 
-  /// Begins with the first period of the instant's day (the last one when backward), or of the next working day.
+  /// Starts with the first period (backward: the last) of the instant's day, or of the next working day.
   MSPEScheduleIterator(MSPEScheduleCalendar calendar, platform::Instant date, bool forward);
 
-  /// The next period; none when a week without working days ended the walk.
+  /// The next period; none at the end of the walk, which is after a week without working days.
   [[nodiscard]] std::optional<Step> nextTimePeriod();
 
  private:

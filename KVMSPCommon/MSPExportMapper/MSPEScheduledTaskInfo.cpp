@@ -30,7 +30,7 @@ constexpr std::array<Code, 4> kPrerequisiteKinds = {{{"FS", Info::kFinishToStart
                                                      {"SS", Info::kStartToStart},
                                                      {"FF", Info::kFinishToFinish}}};
 
-/// The text's code; 0 for a missing or unknown text.
+/// The code for the text; 0 for a missing or unknown text.
 template <std::size_t N>
 std::int32_t codeOf(const std::array<Code, N>& codes, std::string_view text) {
   for (const Code& code : codes) {
@@ -52,7 +52,7 @@ std::optional<Instant> instantAt(xml::Node task, const xml::Query& query) {
   return instantOf(singleObjectForXQuery(task, query));
 }
 
-/// A date constraint: from the element about the task's start or, when there is none, the one about its end.
+/// A date constraint, from the element for the task's start or, when that is missing, from the one for its end.
 struct Constraint {
   std::optional<Instant> date;
   std::int32_t constrainsEnd = 0;
@@ -108,7 +108,7 @@ void MSPEScheduledTaskInfo::readConstraints(xml::Node kvdxTask) {
   noEarlierThanConstrainedTaskEnd_ = noEarlier.constrainsEnd;
   noLaterThanConstrainedTaskEnd_ = noLater.constrainsEnd;
 
-  // Only the newer elements decide in the end, for both dates at once; without them there is no constraint.
+  // Only the newer elements count, and one of them sets both dates; without them there is no constraint.
   const Constraint constraint = constraintAt(kvdxTask, "start-constraint-date", "end-constraint-date");
   noEarlierThan_ = constraint.date;
   noLaterThan_ = constraint.date;

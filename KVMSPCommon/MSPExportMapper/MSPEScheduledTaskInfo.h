@@ -33,9 +33,9 @@ class MSPEScheduledTaskInfo {
   };
 
   /// Reads the task.
-  /// @param kvdxScenario not consulted.
-  /// @throws InvariantFailure when start-date, end-date, duration or the attribute id is missing, or start-date,
-  /// end-date or duration stands there twice; and when a number's text is none.
+  /// @param kvdxScenario ignored.
+  /// @throws InvariantFailure when start-date, end-date, duration or the attribute id is missing; when start-date,
+  /// end-date or duration occurs twice; and when a number's text is not a number.
   MSPEScheduledTaskInfo(xml::Node kvdxTask, xml::Node kvdxScenario);
 
   [[nodiscard]] const std::string& uid() const { return uid_; }
@@ -45,7 +45,7 @@ class MSPEScheduledTaskInfo {
   void setEndDate(std::optional<platform::Instant> date) { endDate_ = date; }
   [[nodiscard]] std::optional<platform::Instant> leveledStart() const { return leveledStart_; }
   [[nodiscard]] double duration() const { return duration_; }
-  /// A whole number of seconds; a fraction in the source is lost.
+  /// A whole number of seconds; a fraction in the source is dropped.
   [[nodiscard]] double effort() const { return effort_; }
   [[nodiscard]] double effortDone() const { return effortDone_; }
   [[nodiscard]] std::int64_t priority() const { return priority_; }
@@ -56,7 +56,7 @@ class MSPEScheduledTaskInfo {
   [[nodiscard]] std::int32_t recalculate() const { return recalculate_; }
   [[nodiscard]] std::optional<platform::Instant> lockedStartDate() const { return lockedStartDate_; }
   [[nodiscard]] std::optional<platform::Instant> lockedEndDate() const { return lockedEndDate_; }
-  /// From start-constraint-date, else end-constraint-date; the no-later-than date is always the same one.
+  /// From start-constraint-date, otherwise end-constraint-date. noLaterThanConstraintDate() is always the same date.
   [[nodiscard]] std::optional<platform::Instant> noEarlierThanConstraintDate() const { return noEarlierThan_; }
   /// 1 when the date constrains the task's end, 0 when its start.
   [[nodiscard]] std::int32_t noEarlierThanConstrainedTaskEnd() const { return noEarlierThanConstrainedTaskEnd_; }
@@ -69,10 +69,11 @@ class MSPEScheduledTaskInfo {
   /// References of a group's `child-task` elements; empty for other tasks.
   [[nodiscard]] const std::vector<std::string>& childTaskUIDs() const { return childTaskUIDs_; }
 
-  /// Effort done of the effort when both are above 0, otherwise the source's completion: a fraction from 0 to 1.
-  /// @throws InvariantFailure when it lies outside.
+  /// The fraction of the task that is done, from 0 to 1: effort done divided by effort when both are positive (3600 of
+  /// 14400 seconds: 0.25), otherwise the source's completion.
+  /// @throws InvariantFailure when it is not from 0 to 1.
   [[nodiscard]] double percentageComplete() const;
-  /// The same in percent, cut to a whole number.
+  /// The same in percent, without the fraction: 0.999 gives 99.
   [[nodiscard]] std::int32_t percentComplete() const;
 
   [[nodiscard]] std::string description() const;

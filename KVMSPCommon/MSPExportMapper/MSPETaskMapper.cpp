@@ -21,7 +21,7 @@ using platform::require;
 
 namespace {
 
-/// MSPDI task types by the source's "recalculate"; a task without it is like "duration".
+/// MSPDI task types by the source's "recalculate"; a task without it counts as "duration".
 struct TaskTypeRow {
   std::string_view recalculate;
   std::string_view type;
@@ -139,7 +139,8 @@ void MSPETaskMapper::appendSchedule(xml::OutputNode task, xml::Node kvdxTask) {
   appendConstraint(task, start);  // ConstraintType, ConstraintDate
 }
 
-/// The priority moved from the project's range, which always includes 0, to MSPDI's of 0 to 1000.
+/// The priority, scaled from the project's range, which always includes 0, to MSPDI's range of 0 to 1000. With
+/// priorities from -2 to 2: -2 gives 0, 1 gives 750.
 std::int64_t MSPETaskMapper::mspdiPriority() const {
   const std::int64_t lowest = mapper().projectMapper()->minTaskPriortiy();
   const std::int64_t highest = mapper().projectMapper()->maxTaskPriortiy();
@@ -189,7 +190,7 @@ void MSPETaskMapper::appendConstraint(xml::OutputNode task, const std::optional<
   } else if (info.scheduleType() == MSPEScheduledTaskInfo::kAsLateAsPossible) {
     addChildElementWithName(task, "ConstraintType", kAsLateAsPossible);
   } else if (info.leveledStart() && info.taskType() != MSPEScheduledTaskInfo::kGroup) {
-    // Leveling moved the task: hold it where it is.
+    // Leveling moved the task, so a constraint keeps it where it is.
     addChildElementWithName(task, "ConstraintType", forward ? kStartNoEarlierThan : kStartNoLaterThan);
     addChildElementWithName(task, "ConstraintDate", start);
   }

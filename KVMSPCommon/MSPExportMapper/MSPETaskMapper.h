@@ -13,8 +13,8 @@ class MSPETaskMapper final : public MSPEObjectMapperBase {
  public:
   using MSPEObjectMapperBase::MSPEObjectMapperBase;
 
-  /// The children stand in the order of the calls in this function's body; the project mapper appends OutlineLevel.
-  /// @param parentTask empty for the top task; decides only what the log says.
+  /// The children are in the order of the calls in this function's body; the project mapper appends OutlineLevel.
+  /// @param parentTask empty for the top task; only affects the log.
   /// @throws InvariantFailure for a task without id, with the UID of another one, or that differs from its record.
   [[nodiscard]] xml::Element newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node parentTask);
 

@@ -13,7 +13,7 @@ using platform::Instant;
 
 namespace {
 
-/// Some 270 years: no task or gap takes as long, so that one of the dates is wrong.
+/// About 270 years. No task or gap takes as long, so one of the dates must be wrong.
 constexpr double kMaximumDays = 100'000;
 
 }  // namespace

@@ -13,14 +13,14 @@ class MSPETimephasedDataMapper final : public MSPEObjectMapperBase {
  public:
   using MSPEObjectMapperBase::MSPEObjectMapperBase;
 
-  /// The days of the pieces (the tasks that the `child-task` children refer to), each with its piece's whole effort as
-  /// `Value`, and of the gaps between them, without one. Pieces that are not found are skipped.
+  /// The days of the pieces (the tasks that the `child-task` children refer to), and of the gaps between them. Each day
+  /// of a piece has the piece's whole effort as `Value`; days of gaps have no `Value`. Missing pieces are skipped.
   /// @return none when the task has no `split`.
   [[nodiscard]] std::optional<std::vector<xml::Element>> newTimephasedDataFromKvdxSplitTask(xml::Node kvdxTask);
 
-  /// The days from start to finish (kvdx form), the consumption (seconds) in equal shares on the working ones and an
-  /// empty `Value` on weekends.
-  /// @return none when the resource is no material, or there are no days.
+  /// The days from start to finish (kvdx form). The consumption (seconds) is shared equally among the working days;
+  /// weekends have an empty `Value`.
+  /// @return none when the resource is not a material, or there are no days.
   [[nodiscard]] std::optional<std::vector<xml::Element>> newTimephasedDataFromAssignment(xml::Node kvdxAssignment,
                                                                                          xml::Node resource,
                                                                                          std::string_view start,

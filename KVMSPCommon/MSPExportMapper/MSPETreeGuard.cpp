@@ -6,9 +6,9 @@ using platform::require;
 
 namespace {
 
-/// Deeper than any outline that people work with.
+/// Deeper than any outline that people use.
 constexpr std::size_t kMaximumDepth = 1000;
-/// What is read again may be so many times the scenario, and some KB in small plans.
+/// Nodes reached again may add up to this many times the scenario's size, or to some KB in small plans.
 constexpr std::size_t kTimesAgain = 4;
 constexpr std::size_t kBytesAgain = 100'000;
 

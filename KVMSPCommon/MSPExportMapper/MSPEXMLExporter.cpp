@@ -31,8 +31,8 @@ void check(bool holds, const char* reason) {
 
 std::string lowerCaseExtension(const URL& url) { return platform::lowercased(platform::pathExtension(url.path())); }
 
-/// The name under which the file is in the bundle. Bundles come from systems on which a letter with an accent is the
-/// same in either of Unicode's spellings, so that the name may be there in the other one.
+/// The name that the file really has in the bundle. Bundles come from systems that treat both Unicode spellings of an
+/// accented letter as the same, so the file may have the other spelling.
 std::string nameInBundle(const std::string& bundle, const std::string& fileName) {
   const auto isThere = [&bundle](const std::string& name) {
     return platform::fileExists(platform::appendPathComponent(bundle, name));
@@ -49,9 +49,9 @@ class BundleReader {
  public:
   explicit BundleReader(const std::string& bundle) : bundle_(bundle) {}
 
-  /// The document in a file below the bundle, repaired when it is malformed. Logs a warning that names the file when
-  /// something in it was guessed or repaired, and the reason when nothing can be made of it.
-  /// @throws platform::Exception when nothing can be made of it.
+  /// Reads a document of the bundle, repaired when it is malformed. Logs a warning with the file's name when something
+  /// was guessed or repaired, and the reason when it cannot be read at all.
+  /// @throws platform::Exception when it cannot be read at all.
   MSPEXMLExporter::DocumentPointer documentNamed(const std::string& fileName) {
     ReadDocument& document = read(nameInBundle(bundle_, fileName));
     for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
@@ -60,8 +60,8 @@ class BundleReader {
     return document.content;
   }
 
-  /// Reads what the plan is compared with, of which little is kept, so that it does not stand in memory beside the
-  /// plan. Says nothing yet: the log is in the order of the table of contents.
+  /// Reads a compared scenario and keeps only an excerpt, so that it is not in memory together with the plan. Logs
+  /// nothing yet, since the log follows the order of the table of contents.
   void readCompared(const std::string& fileName, const std::vector<std::string>& plans) {
     const std::string name = nameInBundle(bundle_, fileName);
     const bool isPlan = std::any_of(plans.begin(), plans.end(), [&](const std::string& plan) {
@@ -74,12 +74,12 @@ class BundleReader {
 
  private:
   struct ReadDocument {
-    MSPEXMLExporter::DocumentPointer content;  ///< none when nothing can be made of it
+    MSPEXMLExporter::DocumentPointer content;  ///< null when it cannot be read at all
     std::vector<std::string> warnings;         ///< not logged yet
   };
 
   [[nodiscard]] std::string pathOf(const std::string& name) const {
-    // What is not below the bundle is refused, whatever the file is.
+    // Reading an absolute name is refused, so its path is not resolved.
     if (name.starts_with('/')) return name;
     return platform::resolvedPath(platform::appendPathComponent(bundle_, name));
   }
@@ -173,7 +173,7 @@ bool MSPEXMLExporter::exportBundle(const std::optional<URL>& source, const std::
   log("Output: '{}'", path.get());
 
   const platform::Budget budget;
-  // Made when there is something to write. An export that fails drops it.
+  // Created when there is something to write; dropped when the export fails.
   std::optional<platform::AtomicFile> file;
   const xml::Sink sink = [&](std::string_view piece) {
     if (!file) file.emplace(path.get());
@@ -205,7 +205,7 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
   const auto windows = objectsForXQuery(root, "window");
   check(!windows.empty(), "MSPEXMLExporter.exportKVDXBundle: No window elements found in source document.");
 
-  // The first window is the front one of the document as it was last saved.
+  // The first window was the front one when the document was last saved.
   const std::vector<Listed> list = listedScenarios(project, windows.front());
   readComparedScenarios(list, reader);
   for (const Listed& listed : list) {

@@ -3,11 +3,11 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduleCalendar.h"
 #include "Platform/Time/Instant.h"
 
-/// Working-time operations on instants. All use the standard calendar; one that is given is told in the log to be
-/// ignored.
+/// Working-time operations on instants. All use the standard calendar; when another one is given, the log says that it
+/// is ignored.
 class MSPExtensions {
  public:
-  /// The instant moved by an amount of working time (seconds); itself when no working time is found.
+  /// The instant, moved by an amount of working time (seconds); unchanged when no working time is found.
   [[nodiscard]] static platform::Instant dateAdvancedByDuration(platform::Instant date, double duration, bool forward,
                                                                 bool allowEdgeTime,
                                                                 const MSPEScheduleCalendar* calendar);

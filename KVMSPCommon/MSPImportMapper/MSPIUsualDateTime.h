@@ -8,14 +8,15 @@
 #include "KVMSPCommon/MSPCDateComponents.h"
 #include "Platform/Time/GregorianCalendar.h"
 
-// Date-times in the shape that nearly all have. Every other shape is left to the general expressions of MSPIUtilities.
+// Fast paths for date-times in the usual shape, which nearly all have. The general expressions of MSPIUtilities handle
+// every other shape.
 
-/// Reads YYYY-MM-DD, alone or with Thh:mm:ss, and that alone or with "Z" or an offset ±hh:mm. None for every other
-/// text; the record is then untouched. The expressions take some 3 microseconds a text, this 0.05.
+/// Reads YYYY-MM-DD, YYYY-MM-DDThh:mm:ss, and the latter followed by "Z" or an offset ±hh:mm. For every other text,
+/// returns none and does not change the record. Takes 0.05 microseconds a text; the expressions take 3.
 [[nodiscard]] std::optional<MSPCUnitFlags> scanUsualDateTime(MSPCDateComponents& record, std::string_view text);
 
-/// YYYY-MM-DDThh:mm:ss, when the components are those of a real clock reading (years 1000 to 9999); "" otherwise.
+/// YYYY-MM-DDThh:mm:ss when the components are a real clock reading in the years 1000 to 9999; otherwise "".
 [[nodiscard]] std::string usualDateTime(const platform::CivilTime& civil);
 
-/// Appends the number with at least two digits; of a number beyond two digits the low 32 bits.
+/// Appends the number with at least two digits: 5 as "05". A number beyond two digits is first cut to its low 32 bits.
 void appendTwoDigits(std::string& text, std::int64_t number);

@@ -34,8 +34,8 @@ namespace {
 
 constexpr const char* kMspdiDurationExpression = "PT([[:digit:]]*)H([[:digit:]]*)M([[:digit:]]*)S";
 
-/// Whether a clock reading is in the years 1000 to 9999. Its text reads back as what it was printed from, so that the
-/// text can be left out between two conversions.
+/// Whether a clock reading is in the years 1000 to 9999. Printing and parsing such a reading gives the same reading, so
+/// two conversions in a row can skip the text between them.
 bool isFourDigitYear(std::int64_t civilSeconds) {
   static const std::int64_t first = GregorianCalendar::secondsFromCivil({1000, 1, 1, 0, 0, 0});
   static const std::int64_t behind = GregorianCalendar::secondsFromCivil({10000, 1, 1, 0, 0, 0});
@@ -59,8 +59,7 @@ std::string mspdiDuration(std::int64_t wholeSeconds) {
   return {text.data(), at};
 }
 
-/// The text, made of the date's kvdx form, with the date alone and a time of day; shorter where the date's MSPDI form
-/// is the usual one.
+/// The date of `date` followed by `time`. Fast path: cut it out of the MSPDI text; otherwise convert through kvdx.
 std::optional<std::string> timeOfDay(std::optional<Instant> date, std::string_view time,
                                      std::optional<std::string> (*fromKvdx)(std::string_view)) {
   constexpr std::size_t kDateLength = 10;
@@ -72,7 +71,7 @@ std::optional<std::string> timeOfDay(std::optional<Instant> date, std::string_vi
   return text;
 }
 
-/// The record of an MSPDI text; raises the message when it cannot be made.
+/// The components of an MSPDI text. Raises InvariantFailure when it cannot be parsed.
 MSPCDateComponents mspdiComponents(std::string_view mspdi, MSPCUnitFlags& flags) {
   MSPCDateComponents record;
   flags = MSPIUtilities::updateDateTimeComponentsFromISODateTime(record, mspdi);
@@ -87,7 +86,7 @@ MSPCDateComponents kvdxComponents(std::string_view kvdx, MSPCUnitFlags& flags) {
   return record;
 }
 
-/// What the system zone's clock shows at the instant, labelled with the zone's offset.
+/// The system zone's clock reading at the instant, labelled with the zone's offset.
 MSPCDateComponents systemComponents(Instant instant) {
   MSPCDateComponents record;
   record.setCivil(TimeZone::system().civilFromInstant(instant));
@@ -95,8 +94,8 @@ MSPCDateComponents systemComponents(Instant instant) {
   return record;
 }
 
-/// Conversions that an export is asked for again and again: a plan's tasks start and end at the same few hours, and
-/// each date is written for a task, its assignments and its baseline.
+/// Caches of conversions. They are often repeated: tasks of a plan start and end at the same few hours, and each date
+/// is written for a task, its assignments and its baseline.
 struct Conversions {
   platform::Memo<std::string, std::optional<Instant>, std::hash<std::string_view>> instants;
   platform::Memo<std::string, std::optional<std::string>, std::hash<std::string_view>> texts;
@@ -300,7 +299,7 @@ bool MSPIUtilities::isWorkingDay(std::string_view isoDateTime, const MSPESchedul
 
 double MSPIUtilities::durationFromIsoDateTimeStart(std::string_view start, std::string_view toIsoDateTimeFinish,
                                                    const MSPEScheduleCalendar* /*calendar*/) {
-  // The texts are parsed all the same: one that cannot be read is told.
+  // Parse both anyway, so that an unreadable text still raises.
   if (componentsFromISODateTime(start)) static_cast<void>(componentsFromISODateTime(toIsoDateTimeFinish));
   return 0.0;
 }
@@ -324,7 +323,7 @@ void MSPIUtilities::dumpXMLDocument(const xml::Document& document, const platfor
       dumpFolder, fmt::format("{}_dump{}.xml", dumpName.value_or("KVMSPDIFilter"), number));
   platform::AtomicFile file(path);
   document.serialize([&file](std::string_view piece) { file.append(piece); });
-  static_cast<void>(file.commitReplacing(path));  // a debugging aid that could not be written is no failure
+  static_cast<void>(file.commitReplacing(path));  // failing to write a debugging aid is not an error
 }
 
 std::string BFXMLCreateID() {

@@ -22,7 +22,8 @@ constexpr const char* kDurationExpression =
     "P((([[:digit:]]*)Y)?(([[:digit:]]*)M)?(([[:digit:]]*)D)?)?T((([[:digit:]]*)H)?(([[:digit:]]*)M)?(([[:digit:]]*)S)?"
     ")?";
 
-/// Puts the number that the group matched into the component; gives its unit, or 0 when the group matched nothing.
+/// Sets the component to the number that the group matched, and returns the unit; returns 0 when the group matched
+/// nothing.
 MSPCUnitFlags takeNumber(const std::string& text, const MatchRange& group, std::int64_t& component,
                          MSPCUnitFlags unit) {
   if (!group.present()) return 0;
@@ -30,8 +31,8 @@ MSPCUnitFlags takeNumber(const std::string& text, const MatchRange& group, std::
   return unit;
 }
 
-/// Where the time expression matches first: at digits, a colon, digits and a colon. To let the expression look for it
-/// would take a time that grows with the square of a long text's length.
+/// The position of the first match of the time expression: digits, a colon, digits and a colon. Searching with the
+/// expression itself would take quadratic time on a long text.
 std::optional<std::size_t> leftmostTime(std::string_view text) {
   const auto isDigit = [text](std::size_t at) { return text[at] >= '0' && text[at] <= '9'; };
   for (std::size_t colon = text.find(':'); colon != std::string_view::npos;) {
@@ -85,7 +86,8 @@ MSPCUnitFlags MSPIUtilities::updateDateTimeComponentsByExpression(MSPCDateCompon
            takeNumber(timeText, time[2], record.minute, kMSPCMinute) |
            takeNumber(timeText, time[3], record.second, kMSPCSecond);
 
-  // The fraction's first character is a wildcard, so that a bare "Z" behind the seconds lands in the fraction's group.
+  // The expression's "." before the fraction matches any character, so a "Z" right after the seconds is in the
+  // fraction's group.
   const std::string_view fraction = time[4].in(timeText);
   const bool isFraction = fraction.starts_with('.') && fraction.size() >= 2;
   if (fraction == "Z" || (isFraction && time[6].in(timeText) == "Z")) {

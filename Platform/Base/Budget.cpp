@@ -22,8 +22,9 @@ Budget::Budget() {
 
 Budget::~Budget() { allowed_ = kUnlimited; }
 
-// Several materials on each task, for years, are the most that a plan makes of little: a thousand bytes of each. Larger
-// plans are never like that throughout, and memory ends somewhere: beyond two gigabytes, ten bytes of each.
+// The real plans whose output is largest, compared with their size, have several materials on every task for years;
+// they need less than 1000 bytes for each byte read. Large plans are never like that throughout, so beyond about two
+// gigabytes only 10 bytes are allowed for each further byte.
 std::size_t Budget::allowance(std::size_t bytesRead) {
   return std::min(256 * kMB + 1000 * bytesRead, 2048 * kMB + 10 * bytesRead);
 }

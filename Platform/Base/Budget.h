@@ -5,26 +5,31 @@
 
 namespace platform {
 
-/// What one export may make, keep and log, by the size of the documents that it reads. A few bytes of a plan can ask
-/// for gigabytes, in more ways than could be bounded one by one: whatever takes memory or the disk is charged here, and
-/// the export ends with a message when it is too much. One export at a time has a budget; without one, nothing counts.
+/// A limit on the bytes that one export may make, keep and log, which grows with the documents that it reads. A few
+/// bytes of a plan can ask for gigabytes in too many ways to limit each of them. So whatever takes memory or disk space
+/// is charged here, and an export that exceeds the limit ends with a message. Only one export at a time can have a
+/// budget; without one there is no limit.
+///
+///   const Budget budget;      // spend() counts from here to the end of the block
+///   Budget::raise(1'000);     // a document of 1 KB was read: 256 MB + 1 MB are allowed
+///   Budget::spend(300'000'000);  // throws InvariantFailure
 class Budget {
  public:
-  /// From now on, what is spent counts, until the end of this value's life.
+  /// Starts to count; counting ends with this object.
   Budget();
   ~Budget();
   Budget(const Budget&) = delete;
   Budget& operator=(const Budget&) = delete;
 
-  /// How much may be spent when so many bytes of documents were read.
+  /// How many bytes may be spent after this many bytes of documents were read.
   [[nodiscard]] static std::size_t allowance(std::size_t bytesRead);
 
-  /// A document of so many bytes was read.
+  /// Raises the limit: a document of this many bytes was read.
   static void raise(std::size_t bytesRead);
 
-  /// So many bytes are about to be made or kept. Called for blocks of memory rather than for each thing in them, so
-  /// that it costs nothing.
-  /// @throws InvariantFailure when that is more than is left.
+  /// Charges bytes that are about to be made or kept. Called for whole blocks of memory rather than for each object in
+  /// them, so that it takes no noticeable time.
+  /// @throws InvariantFailure when the limit is exceeded.
   static void spend(std::size_t bytes) {
     spent_ += bytes;
     if (spent_ > allowed_) [[unlikely]] {

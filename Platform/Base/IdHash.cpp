@@ -16,8 +16,9 @@ constexpr std::uint64_t kPrime = (std::uint64_t{1} << 61U) - 1;
 const std::uint64_t IdHash::spread_ = unforeseeableValue() | 1U;
 const std::uint64_t IdHash::base_ = unforeseeableValue() % kPrime;
 
-/// A polynomial whose coefficients are the text's length and its bytes, seven at a time, modulo a prime. Whoever does
-/// not know the base finds two texts of one value only by chance. The standard library's hash has a base that all know.
+/// A polynomial modulo a prime, whose coefficients are the text's length and its bytes, seven at a time. Without
+/// knowing the base, texts of equal hash can only be found by chance; the standard library's hash has a fixed, known
+/// base.
 std::size_t IdHash::ofText(std::string_view text) {
   constexpr std::size_t kStep = 7;
   std::uint64_t value = text.size();

@@ -6,10 +6,10 @@
 
 namespace platform {
 
-/// A hash for identifiers such as "t123" or "123", which plans number in order. Neighbours come to lie beside each
-/// other in a table, in blocks: large plans are asked for in order, and each look elsewhere waits for memory. Where the
-/// blocks lie differs from process to process, so that nobody can make a plan whose identifiers all lie in one place.
-/// The same holds for every other text.
+/// A hash for identifiers such as "t123" or "123", which plans number in order. Identifiers with neighbouring numbers
+/// get neighbouring hashes, in blocks of 64, since large plans are looked up in order and every jump costs a cache
+/// miss. Where a block is placed depends on a random number of the process, so nobody can make a plan whose identifiers
+/// all collide. Other texts are hashed with a random number as well.
 struct IdHash {
   using is_transparent = void;
 

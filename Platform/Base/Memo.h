@@ -11,7 +11,7 @@ namespace platform {
 template <typename Key, typename Value, typename Hash = std::hash<Key>>
 class Memo {
  public:
-  /// What is remembered for the key, or what compute() gives.
+  /// The cached value of the key; when there is none, that of compute(), which is then cached.
   template <typename View, typename Compute>
   const Value& get(const View& key, Compute compute) {
     std::optional<Entry>& entry = entries_[Hash()(key) % kSlots];

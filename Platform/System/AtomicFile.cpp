@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
 
-/// The file just opened, with the rights of any new file (mkostemp makes a private one).
+/// Takes over a file just created, and gives it the permissions of any new file (mkostemp makes a private one).
 Descriptor newFile(int number) {
   Descriptor file(number);
-  // When the caller closed a standard stream, the file has its number, and the log would go into it.
+  // If a standard stream was closed, the file may have got its number, and the log would be written into the file.
   if (file.isOpen() && number <= STDERR_FILENO) file = Descriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   const mode_t mask = ::umask(0);
   ::umask(mask);
@@ -30,7 +30,7 @@ Descriptor newFile(int number) {
   return file;
 }
 
-/// Whether the system refused to replace what is there, and not the new file.
+/// Whether the error is about the existing file at the target and not about the new one.
 bool isProtected(int error) {
   return error == EISDIR || error == ENOTEMPTY || error == EEXIST || error == EPERM || error == EACCES ||
          error == EBUSY;
@@ -41,7 +41,7 @@ bool isProtected(int error) {
 AtomicFile::AtomicFile(std::string_view target) : folder_(deleteLastPathComponent(target)) {
   if (folder_.empty()) folder_ = ".";
   file_ = newFile(::open(folder_.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
-  // What speaks against any file there is told by the second attempt.
+  // If no file can be created there at all, the second attempt fails as well and records why.
   if (!file_.isOpen()) openNamed();
 }
 
@@ -119,7 +119,8 @@ bool AtomicFile::giveTemporaryName() {
   return true;
 }
 
-/// For a nameless file that cannot be linked, as without /proc or on some network file systems.
+/// Copies a nameless file into a named one. For where it cannot be linked: without /proc, and on some network file
+/// systems.
 bool AtomicFile::moveToNamedFile() {
   const Descriptor nameless = std::move(file_);
   if (!openNamed()) return false;
@@ -140,7 +141,8 @@ AtomicFile::Outcome AtomicFile::rename(const std::string& target) {
   return errno == EINVAL || errno == ENOSYS ? renameOverPlaceholder(target) : fail();
 }
 
-/// On a file system without that kind of rename: takes the name first, then renames over what is ours.
+/// For file systems that cannot rename without replacing: first creates an empty file, which reserves the name, then
+/// replaces that.
 AtomicFile::Outcome AtomicFile::renameOverPlaceholder(const std::string& target) {
   const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (!placeholder.isOpen()) return errno == EEXIST ? Outcome::kTargetExists : fail();

@@ -8,7 +8,8 @@ namespace platform {
 /// standard error is ignored.
 void writeToStandardError(std::string_view text);
 
-/// Writes a line for people to standard error: "program: text", with what a terminal could take for a command escaped.
+/// Writes a line for people to standard error: "program: text". Characters that a terminal could take for a command are
+/// escaped, see printable().
 void say(std::string_view program, std::string_view text);
 
 }  // namespace platform

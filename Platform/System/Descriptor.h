@@ -10,7 +10,7 @@ namespace platform {
 class Descriptor {
  public:
   Descriptor() = default;
-  /// @param number what open() and its like gave; a negative one is none, and errno then says why.
+  /// @param number the result of open() or the like; negative when that failed, with the reason in errno.
   explicit Descriptor(int number) : number_(number) {}
   ~Descriptor();
   Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
@@ -21,8 +21,8 @@ class Descriptor {
 
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
-  /// A link of the system that leads to the open file, even when that has no name: "/proc/self/fd/3". It is there only
-  /// where /proc is.
+  /// A path that leads to the open file even when that has no name: "/proc/self/fd/3". Works only where /proc is
+  /// mounted.
   [[nodiscard]] std::string link() const;
 
  private:

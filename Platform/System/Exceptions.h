@@ -9,8 +9,8 @@
 
 namespace platform {
 
-/// The one exception type that the exporter and the driver catch: a name that says which kind of failure it
-/// is, and a reason for the user. Everything else (out of memory, a library's own exceptions) is not caught.
+/// The one exception type that the exporter and the driver catch: a name for the kind of failure, and a reason for the
+/// user. Everything else (out of memory, a library's own exceptions) is not caught.
 class Exception : public std::exception {
  public:
   Exception(std::string name, std::string reason) : name_(std::move(name)), reason_(std::move(reason)) {}
@@ -38,7 +38,7 @@ void require(bool holds, fmt::format_string<Args...> message, Args&&... args) {
   }
 }
 
-/// Ends the process with the message unless the condition holds: for what no caller can go on from.
+/// Ends the process with the message unless the condition holds. For states from which no caller can continue.
 void requireOrEndProcess(bool holds, std::string_view message);
 
 /// The text as it stands in a message; an absent one reads "(null)".

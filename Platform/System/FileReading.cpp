@@ -22,7 +22,7 @@ using Bytes = std::optional<std::string>;
 
 // O_NONBLOCK: opening a pipe without a writer must not wait for one.
 constexpr int kReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
-constexpr int kNotInside = EXDEV;  // what the kernel says of ways that lead out
+constexpr int kNotInside = EXDEV;  // the kernel's error for a path that leads out of the folder
 
 Bytes refused(std::string* problem, std::string reason) {
   if (problem != nullptr) *problem = std::move(reason);
@@ -40,10 +40,11 @@ std::string largerThan(std::uint64_t limit) {
   return fmt::format("Larger than {} {}", limit, kUnits[unit]);
 }
 
-/// The next size of a full buffer. It follows what the file claims to hold, but does not run far ahead of what was
-/// read: a file of a few blocks can claim terabytes.
+/// The next size for a full buffer. At most twice what was read so far, even if the file claims to be larger: a sparse
+/// file of a few blocks can claim terabytes.
 std::uint64_t grown(std::uint64_t size, std::uint64_t claimed, std::uint64_t limit) {
-  // One byte more than claimed shows that nothing follows, and one more than the limit that too much does.
+  // One byte more than claimed, so that the end is noticed without growing again; at most one more than the limit, so
+  // that exceeding it is noticed.
   const std::uint64_t wanted = size <= claimed ? std::min(2 * size, claimed + 1) : 2 * size;
   return std::min(wanted, limit + 1);
 }
@@ -80,7 +81,7 @@ Bytes readAny(const Descriptor& file, bool mustBeRegular, std::uint64_t limit, s
   return readOpened(file, info, limit, problem);
 }
 
-/// The path that the system knows an open file by; with errno set, an empty one when it cannot be told.
+/// The real path of an open file; empty, with errno set, when it cannot be determined.
 std::string pathOf(const Descriptor& file) {
   std::error_code error;
   const std::string path = std::filesystem::read_symlink(file.link(), error);
@@ -90,7 +91,7 @@ std::string pathOf(const Descriptor& file) {
 
 bool isInside(const std::string& path, const std::string& folder) { return path.starts_with(folder + "/"); }
 
-/// Opens what the name leads to, if the way there never leaves the folder.
+/// Opens the named file, unless a part of the path or a link leads out of the folder.
 Descriptor openBeneath(const Descriptor& folder, const std::string& name) {
   open_how how{};
   how.flags = kReading;
@@ -98,8 +99,8 @@ Descriptor openBeneath(const Descriptor& folder, const std::string& name) {
   return Descriptor(static_cast<int>(::syscall(SYS_openat2, folder.get(), name.c_str(), &how, sizeof how)));
 }
 
-/// Opens what the name leads to, if that is inside the folder, whatever the way there. Looked at before it is opened
-/// for reading: to open a device may do something.
+/// Opens the named file if it is inside the folder, whichever way leads there. Finds that out before opening it for
+/// reading, since merely opening a device can have effects.
 Descriptor openWhatIsInside(const Descriptor& folder, const std::string& name) {
   const Descriptor found(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
   if (!found.isOpen()) return {};
@@ -112,8 +113,8 @@ Descriptor openWhatIsInside(const Descriptor& folder, const std::string& name) {
 
 Descriptor openInside(const Descriptor& folder, const std::string& name) {
   Descriptor file = openBeneath(folder, name);
-  // EXDEV: absolute links may end inside all the same. Otherwise the kernel is old, or a container forbids the call, or
-  // somebody moved folders meanwhile.
+  // EXDEV: an absolute link may still end inside the folder. The others: the kernel is too old, a container forbids the
+  // call, or somebody moved folders meanwhile.
   const bool isUndecided = errno == EXDEV || errno == ENOSYS || errno == EPERM || errno == EAGAIN;
   if (!file.isOpen() && isUndecided) file = openWhatIsInside(folder, name);
   return file;

@@ -15,7 +15,7 @@
 namespace platform {
 namespace {
 
-/// The path with "~" or "~user" in front replaced; as it is when there is no such home.
+/// The path with a leading "~" or "~user" replaced by that home folder; unchanged when there is no such home.
 std::string expandTilde(std::string_view path) {
   if (!path.starts_with('~')) return std::string(path);
   const std::size_t nameEnd = std::min(path.find('/'), path.size());
@@ -70,7 +70,7 @@ std::string standardizePath(std::string_view path) {
     if (!result.empty() && !result.ends_with('/')) result += '/';
     result += component;
   }
-  if (result.empty() && !path.empty()) return ".";  // the current folder has a name
+  if (result.empty() && !path.empty()) return ".";  // the current folder is written "."
   return result;
 }
 

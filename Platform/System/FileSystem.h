@@ -7,12 +7,12 @@ namespace platform {
 
 // Paths as texts. None of these looks at the disk.
 
-/// The path with a leading "~" or "~user" replaced by that home, and without ".", "..", doubled and trailing slashes.
-/// Works on the text alone (symbolic links are not followed); a leading ".." of a relative path stays, and the current
-/// folder is ".".
+/// The path with a leading "~" or "~user" replaced by that home folder, and without ".", "..", doubled and trailing
+/// slashes. Works on the text alone: symbolic links are not followed. A leading ".." of a relative path stays; the
+/// current folder is ".": "a/../b//c/" gives "b/c", "../x" stays, "a/.." gives ".".
 [[nodiscard]] std::string standardizePath(std::string_view path);
-/// The path itself when it begins with "/", otherwise the current directory's path and it, standardized. When the
-/// current directory is gone, the path stays relative.
+/// The standardized path, with the current directory in front unless it begins with "/". When the current directory was
+/// deleted, the path stays relative.
 [[nodiscard]] std::string absolutePath(std::string_view path);
 /// What follows the last slash; trailing slashes do not count.
 [[nodiscard]] std::string lastPathComponent(std::string_view path);
@@ -29,18 +29,19 @@ namespace platform {
 
 /// Whether anything is at the path (symbolic links are followed).
 [[nodiscard]] bool fileExists(const std::string& path);
-/// Whether anything, be it a dangling link or in a folder that cannot be looked into, may be at the path.
+/// Whether anything may be at the path. True also for a dangling link, and for a path in a folder that may not be
+/// searched.
 [[nodiscard]] bool mayExist(const std::string& path);
 [[nodiscard]] bool isDirectory(const std::string& path);
-/// Whether the name is in use, be it by a link that leads nowhere.
+/// Whether the name is in use, even by a dangling link.
 [[nodiscard]] bool isNameTaken(const std::string& path);
-/// Whether a file can take the path: when there is nothing, a file, a link or an empty folder.
+/// Whether a file can be written to the path: nothing is there, or a file, a link or an empty folder.
 [[nodiscard]] bool canBeReplaced(const std::string& path);
-/// The path with its symbolic links resolved, as far as it exists; the path itself when they run in a circle.
+/// The path with its symbolic links resolved as far as it exists; the path itself when links run in a circle.
 [[nodiscard]] std::string resolvedPath(const std::string& path);
-/// Deletes the file, link or empty folder at the path. A folder with something in it is left alone.
+/// Deletes the file, link or empty folder at the path. A folder that is not empty is left alone.
 void deleteItem(const std::string& path);
-/// Makes the folder and those above it that are missing.
+/// Creates the folder and any missing folders above it.
 void createDirectories(const std::string& path);
 
 }  // namespace platform

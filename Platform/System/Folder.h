@@ -11,7 +11,7 @@ struct FolderEntry {
   bool isFile = false;
 };
 
-/// What is in the folder, in no order; nothing when it cannot be read.
+/// The folder's entries, in no particular order; empty when it cannot be read.
 [[nodiscard]] std::vector<FolderEntry> entriesOf(const std::string& folder);
 
 }  // namespace platform

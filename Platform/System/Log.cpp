@@ -17,7 +17,8 @@
 namespace platform {
 namespace {
 
-/// A plan is logged in a tenth of its bytes, and a log cannot be taken back: each byte counts as so many.
+/// Each byte of the log counts this many times in the budget: an export normally logs a tenth of the plan's size, and a
+/// log cannot be taken back once it is written.
 constexpr std::size_t kBudgetOfAByte = 10;
 
 std::string &programName() {
@@ -36,7 +37,8 @@ const std::string &nameAndProcess() {
   return text;
 }
 
-/// A carriage return lets a name write over the line that it stands in. Programs that read the log get it as it is.
+/// On a terminal, a carriage return in a name would let it overwrite its line. Programs that read the log get it
+/// unescaped.
 bool isCarriageReturnEscaped() {
   static const bool isTerminal = ::isatty(STDERR_FILENO) == 1;
   return isTerminal;
@@ -53,7 +55,7 @@ bool isControl(std::uint32_t character) {
 
 char digit(int number) { return static_cast<char>('0' + number); }
 
-/// The prefix's date and time to the second. Kept from record to record: thousands share a second.
+/// The prefix's date and time to the second. Kept from record to record, since thousands are written in one second.
 const std::string &localSecond(time_t now) {
   static time_t cachedFor = -1;
   static std::string text;

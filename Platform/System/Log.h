@@ -11,16 +11,15 @@ namespace platform {
 /// its own path.
 void setLogProgramName(std::string_view name);
 
-/// Writes one record to standard error with a single write, so that the records of programs running in
-/// parallel do not mix inside a line. The record is preceded by local date-time with milliseconds, program
-/// name and process id ("2026-05-06 08:00:00.123 MSPDIExport[4711] "); a record of several lines has the
-/// prefix in front of its first. Control characters, but for line feeds and tabs, are written as "\x1b", those of two
-/// bytes (U+0080 to U+009F) as "\x85"; carriage returns only on a terminal, as "\x0d". A closed or full standard error
-/// is ignored.
+/// Writes one record to standard error with a single write, so that the records of programs running in parallel do not
+/// mix inside a line. The record is preceded by local date-time with milliseconds, program name and process id
+/// ("2026-05-06 08:00:00.123 MSPDIExport[4711] "); a record of several lines has the prefix in front of its first.
+/// Control characters except line feed and tab are escaped: "\x1b", "\x85" for U+0085; a carriage return only on a
+/// terminal, as "\x0d". A closed or full standard error is ignored.
 void logRecord(fmt::string_view format, fmt::format_args args);
 
-/// Hands every record to the sink (without prefix and line break at its end) instead of standard error. For programs
-/// that show the log in another way. An empty sink restores standard error.
+/// Passes every record to the sink, without prefix and final line break, instead of writing it to standard error. For
+/// programs that show the log in another way. An empty sink restores standard error.
 void setLogSink(std::function<void(std::string_view record)> sink);
 
 /// Formats a record as fmt does and writes it.

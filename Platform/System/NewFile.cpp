@@ -14,7 +14,7 @@ NewFile writeNewFile(const std::string& path, bool replaces, const std::function
   append(file);
   Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());
   while (outcome == Outcome::kTargetExists) {
-    // Another program took the name meanwhile, or the system protects what is there.
+    // Another program took the name meanwhile, or the system protects the file there.
     target.goOn();
     outcome = file.commit(target.get());
   }

@@ -7,15 +7,16 @@
 
 namespace platform {
 
-/// What became of a file that was to be written.
+/// The result of writing a file.
 struct NewFile {
-  std::string path;     ///< the name that it has, or was to have
+  std::string path;     ///< the file's name, or the one it should have got
   std::string failure;  ///< why it was not written; empty when it was
 };
 
-/// Writes a whole file of the path's name; when that is taken, of the first free name that NumberedPath gives.
-/// @param replaces whether a file with the very path is replaced. One that the system protects, or a folder with
-/// something in it, never is. @param append appends what is to be in the file.
+/// Writes a whole file to the path; when that is taken, to the first free path that NumberedPath gives.
+/// @param replaces whether a file at the path itself may be replaced. One that the system protects, or a folder that is
+/// not empty, never is.
+/// @param append called once to append the contents.
 [[nodiscard]] NewFile writeNewFile(const std::string& path, bool replaces,
                                    const std::function<void(AtomicFile& file)>& append);
 

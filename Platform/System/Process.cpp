@@ -17,7 +17,7 @@
 namespace platform {
 
 void keepFreedMemory() {
-  // Large blocks come from the heap like others, and the heap does not shrink.
+  // Take large blocks from the heap as well, and never shrink the heap.
   mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
@@ -41,7 +41,7 @@ void passOn(int signal) {
   errno = error;
 }
 
-/// Lets the signals end the process again, and ends it by the one that came meanwhile.
+/// Restores the default action of the signals, and raises the one that was caught meanwhile.
 void catchUp() {
   for (const int signal : kEndings) {
     struct sigaction now {};
@@ -63,7 +63,7 @@ std::string readAll(int descriptor) {
 }
 
 [[noreturn]] void beChild(int answer, const std::function<ChildResult()>& work) {
-  ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // no child goes on when the parent is gone
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends the child when the parent dies
   catchUp();
   const ChildResult result = work();
   static_cast<void>(writeAll(answer, result.said));  // a parent that does not read it is gone
@@ -88,7 +88,7 @@ ChildResult runInChild(const std::function<ChildResult()>& work) {
   if (child == 0) beChild(ends[1], work);
   ::close(ends[1]);
   childUnderWay = child;
-  if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // one that came before the child
+  if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // a signal that arrived before the child existed
   ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(ends[0])};
   ::close(ends[0]);
   int status = 0;

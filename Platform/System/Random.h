@@ -8,7 +8,7 @@ namespace platform {
 /// the first call in the process.
 [[nodiscard]] std::uint32_t randomValue();
 
-/// 64 bits from the kernel that nobody can foresee; the time in seconds while the kernel has none.
+/// 64 unpredictable bits from the kernel; the time in seconds when the kernel has none yet.
 [[nodiscard]] std::uint64_t unforeseeableValue();
 
 }  // namespace platform

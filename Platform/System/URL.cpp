@@ -11,7 +11,8 @@ namespace {
 constexpr std::string_view kFileScheme = "file://";
 
 std::string percentEncoded(std::string_view path) {
-  // What a URL's path may hold unescaped: unreserved characters, sub-delimiters, ":", "@" and the slash itself.
+  // Besides letters and digits, a URL's path may contain these unescaped: unreserved characters, sub-delimiters, ":",
+  // "@" and the slash.
   constexpr std::string_view kPlain = "-._~!$&'()*+,;=:@/";
   constexpr std::string_view kHex = "0123456789ABCDEF";
   std::string encoded;

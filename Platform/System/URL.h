@@ -10,10 +10,10 @@ class URL {
  public:
   /// A location given as the text of a URL: "file:///plans/Plan.kvdx/". The host may be "localhost", in any case.
   explicit URL(std::string_view text);
-  /// The location of a path; a relative one is taken from the current directory.
+  /// The location of a path; a relative path starts at the current directory.
   static URL fileURLWithPath(std::string_view path, bool isDirectory);
 
-  /// Whether it is a place in this machine's file system; that of another host is none.
+  /// Whether this is a location in this machine's file system; a file URL of another host is not.
   [[nodiscard]] bool isFileURL() const { return isFileURL_; }
   /// The absolute path, without a trailing slash and not percent-encoded; empty when this is no file URL.
   [[nodiscard]] const std::string& path() const { return path_; }

@@ -13,9 +13,9 @@
 namespace platform {
 namespace {
 
-/// The folder of the settings files; none when the environment names neither it nor a home.
+/// The folder of the settings files; none when the environment sets neither XDG_CONFIG_HOME nor HOME.
 std::optional<std::string> settingsFolder() {
-  // The base directory convention takes only absolute paths.
+  // By convention, a relative path in XDG_CONFIG_HOME is ignored.
   if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && folder[0] == '/') return folder;
   if (const char* home = std::getenv("HOME"); home != nullptr && home[0] != '\0') return std::string(home) + "/.config";
   return std::nullopt;
@@ -29,12 +29,12 @@ std::optional<std::string> asText(const toml::node& value) {
   return std::nullopt;
 }
 
-/// The file's text; none, with the reason, when it cannot be read or is not fit to be parsed.
+/// The file's text; none, with the reason in `problem`, when it cannot be read or parsing it could overflow the stack.
 std::optional<std::string> readSettings(const std::string& path, std::string& problem) {
   constexpr std::uint64_t kLargestFile = 1 << 20;
   auto contents = readFile(path, kLargestFile, &problem);
-  // The library limits how deep values are nested, but not tables, and goes down all of them when it deletes them: too
-  // many overflow the stack. Each one is in the file as a part of a dotted key, or in brackets.
+  // The library limits the nesting of values but not of tables, and deletes nested tables recursively: too many
+  // overflow the stack. Each level of nesting needs a ".", "[" or "{" in the file, so counting these bounds it.
   constexpr std::ptrdiff_t kMostLevels = 200;
   const auto opensLevel = [](char c) { return c == '.' || c == '[' || c == '{'; };
   if (contents && std::count_if(contents->begin(), contents->end(), opensLevel) > kMostLevels) {
@@ -64,7 +64,7 @@ std::map<std::string, std::string> UserDefaults::persistentDomain(std::string_vi
       if (auto text = asText(value)) values.emplace(std::string(key.str()), std::move(*text));
     }
   } catch (const toml::parse_error& error) {
-    std::string reason(error.description());  // may quote a line break of the file
+    std::string reason(error.description());  // may quote a line break from the file
     std::replace_if(
         reason.begin(), reason.end(), [](unsigned char c) { return c < ' '; }, ' ');
     log("WARNING: Settings file '{}' is malformed at line {}, column {}: {}. "

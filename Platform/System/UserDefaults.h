@@ -9,10 +9,14 @@ namespace platform {
 /// Settings kept by name: the TOML file "<domain>.toml" in $XDG_CONFIG_HOME (by default ~/.config).
 class UserDefaults {
  public:
-  /// The domain's top-level values as texts: a TOML truth value and a number give "true" or "false" (0 and 0.0 are
-  /// false), a text itself; values of other kinds are left out. A domain that does not exist is empty. A file that
-  /// cannot be read, is larger than 1 MiB, could nest more than 200 tables, or is no TOML gives one warning line in
-  /// the log, with file and reason, and an empty domain.
+  /// The domain's top-level values as texts: a truth value or a number gives "true" or "false" (0 and 0.0 are false), a
+  /// text itself; other kinds of values are left out. A missing file gives an empty domain. So does one that cannot be
+  /// read, is larger than 1 MiB, might nest more than 200 tables or is not TOML; the log then gets one warning with
+  /// file and reason.
+  ///
+  ///   OverwriteFilterTarget = 1       # "true"
+  ///   Name = "Plan"                   # "Plan"
+  ///   Names = ["a", "b"]              # left out
   [[nodiscard]] static std::map<std::string, std::string> persistentDomain(std::string_view domain);
 };
 

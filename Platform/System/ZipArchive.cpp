@@ -54,7 +54,7 @@ bool staysInside(const std::string& name) {
   return true;
 }
 
-/// What the archive may still unpack to. Each operation tells why that is too much; none when it is not.
+/// How much the archive may still unpack to. Each operation returns what limit is exceeded; none when all is well.
 class Allowance {
  public:
   explicit Allowance(std::uint64_t archiveSize) : bytes_(kFreeBytes + kMostGrowth * archiveSize) {}
@@ -77,7 +77,8 @@ class Allowance {
   std::size_t folders_ = 0;
 };
 
-/// Makes the folders of the way below a folder that exists. Two bytes of a name make one, so they are counted.
+/// Creates the folders of a path below an existing folder. They are counted, since two bytes of a name ("a/") are
+/// enough for one.
 std::optional<std::string> makeFolders(const std::string& below, std::string_view way, Allowance& allowance) {
   for (std::size_t end = 0; end < way.size(); ++end) {
     end = std::min(way.find('/', end), way.size());
@@ -92,7 +93,7 @@ std::optional<std::string> makeFolders(const std::string& below, std::string_vie
 }
 
 std::optional<std::string> unpackFile(const Archive& archive, const std::string& path, Allowance& allowance) {
-  // A name that stands in the archive twice is refused, as is one that a folder has.
+  // O_EXCL refuses a name that is in the archive twice, or that a folder has.
   const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!file.isOpen()) return std::strerror(errno);
   std::optional<std::string> problem;
@@ -107,7 +108,7 @@ std::optional<std::string> unpackFile(const Archive& archive, const std::string&
   return problem;
 }
 
-/// Why the member may not be unpacked; none when it may.
+/// Why the member must not be unpacked; none when it may be.
 std::optional<std::string> problemOf(archive_entry* entry, const std::string& name) {
   if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", shortened(name));
   if (std::count(name.begin(), name.end(), '/') > kMostLevels) {
@@ -125,7 +126,7 @@ std::optional<std::string> unpackMember(const Archive& archive, archive_entry* e
                                         Allowance& allowance) {
   const std::string name = nameOf(entry);
   if (auto problem = problemOf(entry, name)) return problem;
-  // In front of the name, so that no "~" of it means a home.
+  // With "./" in front, so that a leading "~" does not mean a home folder.
   const std::string way = standardizePath("./" + name);
   const bool isFolder = archive_entry_filetype(entry) == AE_IFDIR;
   auto problem = makeFolders(folder, isFolder ? way : deleteLastPathComponent(way), allowance);

@@ -23,15 +23,16 @@ class TemporaryFolder {
   std::string path_;
 };
 
-/// Whether the file begins as zip archives do.
+/// Whether the file begins like a zip archive.
 [[nodiscard]] bool isZipArchive(const std::string& path);
 
 /// Unpacks a zip archive into an existing folder that nobody else can write to. Only files and folders are unpacked,
 /// and nothing outside the folder.
-/// @return none when all went well; else the reason in plain words, and part of the archive may be in the folder.
-/// Refused are members that lead out of the folder or lie more than 20 folders deep, links, special files and
-/// passwords, and archives that unpack to more than 64 MB and 200 times their size (plans shrink to a tenth or a
-/// thirtieth), to more than 10,000 members or to more than 1000 folders, also those that only a file's name asks for.
+/// @return none when all went well; otherwise the reason in plain words, and part of the archive may be in the folder.
+/// Refused are: members that lead out of the folder or are more than 20 folders deep; links, special files and members
+/// with passwords; archives that unpack to more than 64 MB plus 200 times their size (plans shrink to between a tenth
+/// and a thirtieth), to more than 10,000 members or to more than 1000 folders, counting those that only occur in a
+/// file's name.
 [[nodiscard]] std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder);
 
 }  // namespace platform

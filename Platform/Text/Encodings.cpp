@@ -18,16 +18,16 @@ Converter openConverter(const std::string& encoding) {
   return converter;
 }
 
-/// Writes the text of the bytes into the space; its length, also when the space is too small for it.
+/// Decodes the bytes into the space; returns the text's length, also when the space is too small.
 std::int32_t convert(UConverter* converter, std::string_view bytes, std::string& space, UErrorCode& status) {
   status = U_ZERO_ERROR;
   return ucnv_toAlgorithmic(UCNV_UTF8, converter, space.data(), static_cast<std::int32_t>(space.size()), bytes.data(),
                             static_cast<std::int32_t>(bytes.size()), &status);
 }
 
-/// The text of the bytes; nothing when the converter stops at some of them.
+/// The decoded bytes; none when the converter stops with an error.
 std::optional<std::string> converted(UConverter* converter, std::string_view bytes) {
-  // One byte gives three at most.
+  // A byte becomes at most three.
   if (bytes.size() > std::numeric_limits<std::int32_t>::max() / 3) return std::nullopt;
   std::string text;
   UErrorCode status = U_ZERO_ERROR;
@@ -41,7 +41,7 @@ std::optional<std::string> converted(UConverter* converter, std::string_view byt
 }  // namespace
 
 std::optional<std::string> encodingName(const std::string& alias) {
-  // ICU takes its default for an empty name, and looks for a file when it does not know the name.
+  // ICU would use its default for an empty name, and look for a file of an unknown name.
   constexpr const char* kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-:";
   if (alias.empty() || alias.find_first_not_of(kAllowed) != std::string::npos) return std::nullopt;
   const Converter converter = openConverter(alias);

@@ -11,7 +11,7 @@
 namespace platform {
 namespace {
 
-/// Ends with 0; begins with it for none.
+/// A text that ends with 0; the first character is 0 when there is no currency.
 using Code = std::array<UChar, 8>;
 
 Code codeOf(const char* locale) {
@@ -31,7 +31,7 @@ std::string asText(const UChar* characters, std::int32_t length = -1) {
 }  // namespace
 
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency&)>& visit) {
-  // By names alone: the library's list of locale objects takes longer to make than a small plan to export.
+  // Go by the locales' names: making the library's list of locale objects takes longer than exporting a small plan.
   const std::int32_t count = uloc_countAvailable();
   for (std::int32_t i = 0; i < count; ++i) {
     const char* locale = uloc_getAvailable(i);

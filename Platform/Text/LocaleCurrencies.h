@@ -6,14 +6,14 @@
 
 namespace platform {
 
-/// What one locale calls its currency.
+/// A locale's currency.
 struct LocaleCurrency {
   std::string symbol;  ///< as people of the locale write it, UTF-8: "$", "kr", "€"
   std::string code;    ///< ISO 4217: "USD"
 };
 
-/// Calls visit(currency) for the currency of each locale that the platform knows, until it returns false; locales
-/// without a currency are left out. To the end it takes some milliseconds.
+/// Calls visit(currency) for each locale that the platform knows and that has a currency, until it returns false.
+/// Visiting all takes some milliseconds.
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency &)> &visit);
 
 /// The currency of a locale, and the locale's name as the system has it.

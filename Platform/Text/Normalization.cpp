@@ -7,7 +7,7 @@
 namespace platform {
 namespace {
 
-/// As it is when the library has no data for the form.
+/// The normalized text; the text itself when the library lacks the data for the form.
 std::string normalized(std::string_view text, const icu::Normalizer2* form, UErrorCode status) {
   if (U_FAILURE(status)) return std::string(text);
   std::string result;

@@ -5,11 +5,11 @@
 
 namespace platform {
 
-// Unicode spells many letters in two ways: as one character, or as a letter and its accent behind it.
+// Unicode has two spellings for many letters: "é" is one character, or an "e" followed by an accent.
 
-/// The UTF-8 text with each letter and its accents as one character, as far as there is one (form NFC).
+/// The UTF-8 text with letters and accents as one character wherever there is one (form NFC).
 [[nodiscard]] std::string composed(std::string_view text);
-/// The UTF-8 text with each letter and its accents as characters of their own (form NFD).
+/// The UTF-8 text with letters and accents as separate characters (form NFD).
 [[nodiscard]] std::string decomposed(std::string_view text);
 
 }  // namespace platform

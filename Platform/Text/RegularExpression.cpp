@@ -71,7 +71,7 @@ UnicodeRegularExpression::~UnicodeRegularExpression() = default;
 std::vector<MatchRange> UnicodeRegularExpression::matches(std::string_view subject) const {
   std::vector<MatchRange> ranges;
   UErrorCode status = U_ZERO_ERROR;
-  // A UText over the UTF-8 bytes, so that positions come back in bytes.
+  // A UText over the UTF-8 bytes, so that positions are reported in bytes.
   UText* text = utext_openUTF8(nullptr, subject.data(), static_cast<std::int64_t>(subject.size()), &status);
   if (U_FAILURE(status)) return ranges;
   {

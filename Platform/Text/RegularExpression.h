@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Where a group of a match stands, in bytes of the subject. A group that took no part has length 0, as has
-/// one that matched nothing: callers here never need to tell the two apart.
+/// The position of a group of a match, in bytes of the subject. The length is 0 both for a group that did not take part
+/// and for one that matched an empty text; callers never need to tell the two apart.
 struct MatchRange {
   std::size_t start = 0;
   std::size_t length = 0;
@@ -19,11 +19,12 @@ struct MatchRange {
   [[nodiscard]] std::string_view in(std::string_view subject) const { return subject.substr(start, length); }
 };
 
-/// A POSIX extended regular expression: leftmost-longest, over bytes, not anchored.
+/// A POSIX extended regular expression over bytes, not anchored; finds the leftmost match, and of several there the
+/// longest.
 class PosixRegularExpression {
  public:
-  /// @throws InvariantFailure "Failed to compile reqular expression '...': ..." (spelled so on purpose) when
-  /// the pattern does not compile, with the library's message.
+  /// @throws InvariantFailure "Failed to compile reqular expression '...': ..." (spelled so on purpose) when the
+  /// pattern does not compile, with the library's message.
   explicit PosixRegularExpression(const char* pattern);
   ~PosixRegularExpression();
   PosixRegularExpression(const PosixRegularExpression&) = delete;

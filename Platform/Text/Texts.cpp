@@ -58,7 +58,7 @@ std::size_t leadingWhitespace(std::string_view text) {
   return length;
 }
 
-/// Whether a decimal number without a sign is below 1, however long it is.
+/// Whether a decimal number without a sign is below 1. Works for any number of digits.
 bool isBelowOne(std::string_view digits) {
   const std::size_t exponentMark = std::min(digits.find_first_of("eE"), digits.size());
   const std::string_view mantissa = digits.substr(0, exponentMark);
@@ -86,7 +86,7 @@ std::string escapeOf(std::uint32_t character, bool isWide) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// The character that a byte from 0x80 on is in windows-1252; U+FFFD for the five that are none.
+/// The character of a byte of at least 0x80 in windows-1252; U+FFFD for the five bytes that have none.
 char32_t windows1252(unsigned char byte) {
   constexpr std::array<char16_t, 32> kDifferentFromLatin1 = {
       0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
@@ -141,7 +141,7 @@ std::vector<std::string_view> splitAtNewlines(std::string_view text) {
 
 void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std::uint32_t character),
                    std::uint32_t firstWide) {
-  std::size_t plain = 0;  // so many bytes in front are appended as they are
+  std::size_t plain = 0;  // length of the beginning that needs no escape
   while (plain < text.size()) {
     if (text[plain] >= ' ' && text[plain] <= '~') {
       ++plain;
@@ -186,7 +186,7 @@ std::size_t utf8CharacterLength(std::string_view text) {
   for (std::size_t i = 1; i < length; ++i) {
     if ((at(i) & 0xC0) != 0x80) return 0;
   }
-  // Forms that are too long, surrogates, and what lies beyond the last character.
+  // Overlong forms, surrogates, and numbers beyond the last character are invalid.
   const unsigned second = at(1);
   if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) || (first == 0xF0 && second < 0x90) ||
       (first == 0xF4 && second > 0x8F)) {
@@ -206,7 +206,7 @@ std::uint32_t characterCode(std::string_view text) {
 
 bool isUTF8(std::string_view bytes) {
   while (!bytes.empty()) {
-    // Most bytes of most documents are ASCII: eight at a time.
+    // Most bytes are ASCII, so eight are tested at a time.
     std::uint64_t eight = 0;
     if (bytes.size() >= sizeof eight) {
       std::memcpy(&eight, bytes.data(), sizeof eight);

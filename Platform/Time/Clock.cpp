@@ -20,7 +20,7 @@ std::optional<Instant> environmentsMoment() {
   return Instant{static_cast<double>(seconds)};
 }
 
-/// Asked for once: dates in summer are labelled by what the zone has now.
+/// Determined only once, since the offset of every date in summer depends on it (MSPCDateComponents::systemOffset()).
 std::optional<Instant>& fixedMoment() {
   static std::optional<Instant> moment = environmentsMoment();
   return moment;

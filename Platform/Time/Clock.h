@@ -7,11 +7,11 @@ namespace platform {
 /// The current time.
 class Clock {
  public:
-  /// The moment that counts as now in an export: the environment's SOURCE_DATE_EPOCH (whole seconds) when it
-  /// holds a whole number, so that output can be reproduced; otherwise the wall clock.
+  /// The moment that counts as now in an export: SOURCE_DATE_EPOCH (seconds since 1970) from the environment when it is
+  /// a whole number, so that output can be reproduced; otherwise the wall clock.
   [[nodiscard]] static Instant now();
 
-  /// Looks at the environment again, which now() does only the first time. For tests.
+  /// Makes now() read the environment again, which it otherwise does only once. For tests.
   static void resetForTesting();
 };
 

@@ -9,7 +9,7 @@ std::int64_t orFirst(std::int64_t component, std::int64_t first) {
   return component == kUndefinedComponent ? first : component;
 }
 
-/// Descriptions show 32 bits of each number.
+/// Descriptions show only the low 32 bits of each number.
 std::int32_t low(std::int64_t number) { return static_cast<std::int32_t>(number); }
 
 }  // namespace

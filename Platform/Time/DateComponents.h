@@ -11,7 +11,7 @@ namespace platform {
 /// The value of a component that was never set.
 inline constexpr std::int64_t kUndefinedComponent = std::numeric_limits<std::int64_t>::max();
 
-/// The parts of a date and time, each set or undefined, on a clock that the record does not name.
+/// The parts of a date and time, each set or undefined. In which zone they are meant is up to the user of the record.
 struct DateComponents {
   std::int64_t era = kUndefinedComponent;  ///< 0 before the year 1, 1 since then
   std::int64_t year = kUndefinedComponent;
@@ -26,13 +26,14 @@ struct DateComponents {
   std::int64_t weekdayOrdinal = kUndefinedComponent;
   std::int64_t quarter = kUndefinedComponent;
 
-  /// Year to second as civil time; an undefined component counts as the calendar's first (year 1, January, day 1,
-  /// midnight).
+  /// The components from year to second. An undefined one gets the calendar's first value: year 1, January, day 1,
+  /// midnight. Only year 2026 and hour 8 set: 2026-01-01 08:00:00.
   [[nodiscard]] CivilTime civil() const;
-  /// Takes over year to second; a year before 1 is counted backwards, as calendars print it.
+  /// Sets the components from year to second, except the era. A year before 1 is counted backwards: year 0 (1 BC) is
+  /// set as 1, year -1 as 2.
   void setCivil(const CivilTime& civil);
 
-  /// One line a component, for logs; undefined ones read -1.
+  /// One line for each component, for logs; an undefined one reads -1.
   [[nodiscard]] std::string componentsDescription() const;
   [[nodiscard]] std::string description() const;
 };

@@ -36,14 +36,15 @@ std::int64_t* componentOf(CivilTime& civil, char letter) {
   }
 }
 
-/// A text whose components are the first of their kind, except for the year, and what that took away.
+/// A text in which every component but the year has its smallest value, and the seconds that this took away.
 struct Tamed {
   std::string text;
   std::int64_t seconds;
 };
 
-/// The library rolls some components over, such as 30 February, and refuses others, such as hour 25. It is given a text
-/// that it reads, and the rest is added by the calendar. None when the text has not the pattern's shape.
+/// For texts that the library refuses, such as hour 25 (others, such as 30 February, it rolls over itself). Gives a
+/// text that it accepts, and the difference in seconds: "2026-02-10 25:00:00" gives "2026-01-01 00:00:00" and 40 days
+/// and 25 hours. None when the text does not match the pattern.
 std::optional<Tamed> tamed(std::string_view pattern, std::string_view text) {
   CivilTime civil;
   CivilTime first;
@@ -76,7 +77,7 @@ std::optional<Tamed> tamed(std::string_view pattern, std::string_view text) {
 
 }  // namespace
 
-/// The library formats and reads at a fixed offset: its own zone data may be older than the system's.
+/// The library only ever gets a fixed offset, since its own zone data may be older than the system's.
 struct DateFormatter::Format {
   UErrorCode status = U_ZERO_ERROR;
   std::string_view pattern;
@@ -85,7 +86,8 @@ struct DateFormatter::Format {
 
   Format(std::string_view datePattern, const TimeZone& shownZone)
       : pattern(datePattern), icu(wide(datePattern), icu::Locale::getRoot(), status), zone(shownZone) {
-    // Strict about the text, lenient about what it says: 30 February rolls over as it does everywhere here.
+    // Strict about the text's form, lenient about its values: 30 February rolls over, as it does everywhere in the
+    // program.
     icu.setLenient(false);
     icu.setCalendarLenient(true);
   }
@@ -96,7 +98,8 @@ struct DateFormatter::Format {
     icu.setTimeZone(icu::SimpleTimeZone(static_cast<std::int32_t>(seconds * 1000), ""));
   }
 
-  /// Seconds since 1970, of UTC when the text has an offset, else of the clock; none unless the whole text is read.
+  /// Seconds since 1970: of the instant when the text has an offset, otherwise of the clock reading. None unless the
+  /// whole text matches.
   std::optional<double> read(std::string_view text) {
     setOffset(0);
     const icu::UnicodeString source = wide(text);

@@ -15,14 +15,17 @@ namespace platform {
 class DateFormatter {
  public:
   /// @param pattern must outlive the formatter.
-  /// @param zone whose clocks are shown and, where the pattern has no "Z", read; must outlive the formatter.
+  /// @param zone in which dates are printed; dates are read in it when the pattern has no "Z". Must outlive the
+  /// formatter.
   DateFormatter(std::string_view pattern, const TimeZone& zone);
   ~DateFormatter();
 
   [[nodiscard]] std::string format(Instant instant) const;
-  /// The instant, or none when the text does not begin with a date of the pattern or goes on after it. A component out
-  /// of range rolls over into the next higher one: 30 February is the first or second of March, second 75 the next
-  /// minute's 15th.
+  /// The instant; none unless the whole text matches the pattern. A component that is out of range rolls over into the
+  /// next higher one:
+  ///
+  ///   DateFormatter("yyyy-MM-dd", utc).parseWhole("2026-02-30")                    // 2026-03-02T00:00:00Z
+  ///   DateFormatter("yyyy-MM-dd HH:mm:ss", utc).parseWhole("2026-05-06 08:00:75")  // 2026-05-06T08:01:15Z
   [[nodiscard]] std::optional<Instant> parseWhole(std::string_view text) const;
 
  private:

@@ -9,11 +9,11 @@ namespace platform {
 namespace {
 
 constexpr std::int64_t kDaysPerEra = 146097;              // 400 years
-constexpr std::int64_t kLimit = 400'000'000'000'000'000;  // twelve thousand million years in seconds
+constexpr std::int64_t kLimit = 400'000'000'000'000'000;  // twelve billion years in seconds
 
 constexpr std::int64_t floorDiv(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
 
-/// Days from 1970-01-01 to the first of the month; counts years from March so that leap days come last.
+/// Days from 1970-01-01 to the first of the month. Counts years from March, so that a leap day is the last of its year.
 template <typename Integer>
 Integer daysToMonth(Integer year, std::int64_t month) {
   if (month <= 2) year -= 1;
@@ -23,7 +23,7 @@ Integer daysToMonth(Integer year, std::int64_t month) {
   return era * kDaysPerEra + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
 }
 
-/// The sum of everything, which the type must be able to hold.
+/// The seconds from 1970. Integer must be wide enough for the components.
 template <typename Integer>
 Integer secondsOf(const CivilTime &civil) {
   const Integer monthIndex = static_cast<Integer>(civil.month) - 1;
@@ -34,7 +34,7 @@ Integer secondsOf(const CivilTime &civil) {
          static_cast<Integer>(civil.minute) * kSecondsPerMinute + civil.second;
 }
 
-/// Whether components are as small as real ones are, give or take some powers of ten.
+/// Whether all components are small enough to be added in 64 bits.
 bool isUsual(const CivilTime &civil) {
   constexpr std::int64_t kBound = 1'000'000;
   for (const std::int64_t component : {civil.year, civil.month, civil.day, civil.hour, civil.minute, civil.second}) {
@@ -46,7 +46,7 @@ bool isUsual(const CivilTime &civil) {
 }  // namespace
 
 std::int64_t GregorianCalendar::secondsFromCivil(const CivilTime &civil) {
-  // In wide arithmetic no sum of 64-bit components can overflow, but it is slow.
+  // 128 bits hold any sum of 64-bit components, but are slow.
   if (isUsual(civil)) return secondsOf<std::int64_t>(civil);
   return static_cast<std::int64_t>(std::clamp<Wide>(secondsOf<Wide>(civil), -kLimit, kLimit));
 }

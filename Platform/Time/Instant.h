@@ -9,18 +9,18 @@ inline constexpr std::int64_t kSecondsPerMinute = 60;
 inline constexpr std::int64_t kSecondsPerHour = 3600;
 inline constexpr std::int64_t kSecondsPerDay = 86400;
 
-/// A point in time: seconds since 1970-01-01T00:00:00Z, leap seconds not counted. Never a wall clock: only
-/// TimeZone and GregorianCalendar lead from one to the other.
+/// A point in time: seconds since 1970-01-01T00:00:00Z, leap seconds not counted. Never the reading of a wall clock;
+/// TimeZone converts between the two.
 struct Instant {
   double seconds = 0;
 
-  // NOLINTNEXTLINE(modernize-use-nullptr): taken for a comparison of pointers, by clang-tidy 14
+  // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes this for a comparison of pointers
   friend auto operator<=>(const Instant&, const Instant&) = default;
 };
 
 [[nodiscard]] constexpr Instant operator+(Instant instant, double seconds) { return {instant.seconds + seconds}; }
 [[nodiscard]] constexpr Instant operator-(Instant instant, double seconds) { return {instant.seconds - seconds}; }
-/// Elapsed seconds from the right instant to the left one.
+/// Seconds from `earlier` to `later`.
 [[nodiscard]] constexpr double operator-(Instant later, Instant earlier) { return later.seconds - earlier.seconds; }
 
 }  // namespace platform

@@ -19,13 +19,13 @@ namespace {
 
 constexpr std::int64_t kBlock = 64 * kSecondsPerDay;
 constexpr std::int64_t kSecondsPerEra = 146097 * kSecondsPerDay;  // 400 Gregorian years: weekdays and rules repeat
-constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;         // 1800: before every zone's first clock change
-constexpr std::int64_t kLastRuleSecond = 16'725'225'600;          // 2500: every zone follows its last rule by then
-constexpr std::uint64_t kLargestZoneFile = 1 << 20;               // they have a few thousand bytes
+constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;  // the year 1800, before every zone's first clock change
+constexpr std::int64_t kLastRuleSecond = 16'725'225'600;   // the year 2500, when every zone follows its last rule
+constexpr std::uint64_t kLargestZoneFile = 1 << 20;        // real ones have a few thousand bytes
 constexpr const char* kHostZoneFile = "/etc/localtime";
 
-/// An instant within the years 1800 to 2500 with the same offset. Keeps broken documents' year 999999999 away from the
-/// C library, which counts years in 32 bits.
+/// An instant with the same offset within the years 1800 to 2500. The C library counts years in 32 bits, so it must not
+/// get a broken document's year 999999999.
 std::int64_t foldedIntoRules(std::int64_t utcSeconds) {
   if (utcSeconds < kFirstRuleSecond) return kFirstRuleSecond;
   if (utcSeconds >= kLastRuleSecond) {
@@ -39,7 +39,7 @@ std::int64_t wholeSeconds(Instant instant) {
   return static_cast<std::int64_t>(std::floor(std::clamp(instant.seconds, -kLimit, kLimit)));
 }
 
-/// Lets the C library use another zone for as long as this lives. It knows one at a time, the one in TZ.
+/// Makes the C library use another zone while this object lives. The library knows only one at a time, the one in TZ.
 class ScopedZone {
  public:
   explicit ScopedZone(const std::string& tz) {
@@ -62,7 +62,8 @@ class ScopedZone {
   std::optional<std::string> before_;
 };
 
-/// The name of a zone that is given by the path of its file, or in one of the copies that the zone database has.
+/// The zone's name without the folder of its file, and without "posix/" or "right/", the folders with copies of the
+/// zone database.
 std::string_view shortName(std::string_view name) {
   for (const std::string_view folder : {"/zoneinfo/", "posix/", "right/"}) {
     if (const auto at = name.find(folder); at != std::string_view::npos) name.remove_prefix(at + folder.size());
@@ -75,21 +76,22 @@ std::string hostZoneName() {
   return file ? std::string(shortName(file.get())) : "UTC";
 }
 
-/// Where the C library looks for a zone file of the name.
+/// The path at which the C library looks for the zone file.
 std::string zoneFilePath(const std::string& name) {
   if (name.starts_with('/')) return name;
   const char* folder = std::getenv("TZDIR");
   return appendPathComponent(folder == nullptr || *folder == '\0' ? "/usr/share/zoneinfo" : folder, name);
 }
 
-/// Whether the C library finds a zone file of the name. What else stands there it takes for a rule.
+/// Whether the C library finds a zone file of this name. If it finds another kind of file, it takes the name for a
+/// rule.
 bool isZoneFile(const std::string& name) {
   const auto bytes = readFile(zoneFilePath(name), kLargestZoneFile);
   return bytes && bytes->starts_with("TZif");
 }
 
-/// A name and an offset; the same of daylight-saving time; the dates at which that begins and ends: "JST-9",
-/// "EST5EDT,M3.2.0,M11.1.0". The C library takes any other text for UTC.
+/// Whether the text is a POSIX rule: a name and an offset, perhaps followed by those of daylight-saving time and the
+/// dates at which it begins and ends: "JST-9", "EST5EDT,M3.2.0,M11.1.0". The C library takes any other text for UTC.
 bool isPosixRule(const std::string& text) {
   static const PosixRegularExpression form(
       "^([A-Za-z]{3,}|<[A-Za-z0-9+-]{3,}>)[+-]?[0-9]{1,2}(:[0-9]{1,2}){0,2}"
@@ -98,7 +100,7 @@ bool isPosixRule(const std::string& text) {
   return !form.match(text).empty();
 }
 
-/// What TZ says, or what the host is set to. An empty TZ is UTC.
+/// The value of TZ, or the host's setting. An empty TZ means UTC.
 std::string systemZoneName() {
   const char* environment = std::getenv("TZ");
   if (environment == nullptr) return kHostZoneFile;
@@ -137,7 +139,7 @@ std::vector<std::string> TimeZone::names() {
   std::vector<std::string> names;
   const std::string table = readFile(zoneFilePath("zone1970.tab"), kLargestZoneFile).value_or("");
   for (const std::string_view line : splitAtNewlines(table)) {
-    // Countries, coordinates, the name, perhaps a remark; tabs between them.
+    // A line has countries, coordinates, name, and perhaps a remark, separated by tabs.
     const std::size_t nameAt = line.find('\t', line.find('\t') + 1) + 1;
     if (line.starts_with('#') || nameAt == 0) continue;
     const std::string_view name = line.substr(nameAt);
@@ -150,7 +152,7 @@ std::vector<std::string> TimeZone::names() {
 void TimeZone::resetSystemForTesting() { systemZone().reset(); }
 
 TimeZone::TimeZone(const std::string& name) : tz_(name.starts_with(':') ? name.substr(1) : name) {
-  const bool isHost = tz_ == kHostZoneFile;  // a machine without that file is in UTC
+  const bool isHost = tz_ == kHostZoneFile;  // without that file, the machine's zone is UTC
   isKnown_ = isHost || isZoneFile(tz_) || isPosixRule(tz_);
   if (!isKnown_) tz_ = "UTC";
   name_ = isHost ? hostZoneName() : std::string(shortName(tz_));
@@ -172,7 +174,7 @@ TimeZone::Span TimeZone::spanAt(std::int64_t utcSeconds) const {
   return span;
 }
 
-/// What the C library says of an instant in the zone that is set.
+/// The offset at an instant in the zone that is set at the moment, from the C library.
 TimeZone::Span TimeZone::readingAt(std::int64_t utcSeconds) {
   const time_t time = utcSeconds;
   tm clock{};
@@ -180,7 +182,8 @@ TimeZone::Span TimeZone::readingAt(std::int64_t utcSeconds) {
   return {utcSeconds, utcSeconds, clock.tm_gmtoff, clock.tm_isdst > 0};
 }
 
-/// The spans of a block, from the C library: day by day, and where a day's end differs from its beginning, bisected.
+/// The spans of a block. Compares the offsets at the ends of each day, and where they differ, finds the change by
+/// bisection.
 std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
   const ScopedZone zone(tz_);
   const auto isSame = [](const Span& a, const Span& b) {
@@ -224,14 +227,14 @@ std::int64_t TimeZone::daylightSavingOffset(Instant instant) const {
 }
 
 std::optional<std::int64_t> TimeZone::standardOffset(Span span, bool isForward) const {
-  // Double summer time lies between two stretches of summer time: standard time may be some changes away.
-  constexpr int kMostSpans = 64;  // ten years, at the least
+  // Double summer time is surrounded by summer time, so the nearest standard time may be several changes away.
+  constexpr int kMostSpans = 64;  // at least ten years
   for (int i = 0; i < kMostSpans && span.isDaylightSaving; ++i) span = spanAt(isForward ? span.to : span.from - 1);
   return span.isDaylightSaving ? std::nullopt : std::optional(span.offset);
 }
 
 std::int64_t TimeZone::utcFromCivilSeconds(std::int64_t civilSeconds) const {
-  // Offsets are below a day: every span that may show the reading lies between the day before and the day after.
+  // Offsets are smaller than a day, so only spans between the day before and the day after can show this reading.
   std::optional<std::int64_t> latest;
   std::int64_t offsetBefore = 0;
   for (Span span = spanAt(civilSeconds - kSecondsPerDay);; span = spanAt(span.to)) {

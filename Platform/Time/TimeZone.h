@@ -12,55 +12,55 @@
 
 namespace platform {
 
-/// A time zone with its history of offsets, as the C library reads it from the system's zone data: the bridge between
-/// instants and wall clocks. The C library knows one zone at a time, the one in TZ: zones other than the machine's set
-/// TZ for a moment when they are asked about dates for the first time.
+/// A time zone with its history of offsets, as the C library reads it from the system's zone data. Converts between
+/// instants and wall clocks. The C library knows one zone at a time, the one in TZ, so a zone other than the machine's
+/// sets TZ for a moment when it is first asked about a date.
 ///
 ///   const TimeZone zone("Europe/Berlin");
 ///   zone.civilFromInstant({1301187600})            // 2011-03-27T01:00:00Z: clocks show 03:00:00
-///   zone.instantFromCivil({2011, 3, 27, 2, 30, 0})  // skipped: as if at the offset before, 2011-03-27T01:30:00Z
+///   zone.instantFromCivil({2011, 3, 27, 2, 30, 0})  // skipped: uses the offset before, 2011-03-27T01:30:00Z
 ///   zone.instantFromCivil({2011, 10, 30, 2, 0, 0})  // shown twice: the second time, 2011-10-30T01:00:00Z
 class TimeZone {
  public:
-  /// The machine's zone, TZ respected, captured at the first call. TZ means what it means to the C library: the name of
-  /// a zone file (also with a colon in front), its path, a POSIX rule ("EST5EDT,M3.2.0,M11.1.0"), an empty text for
-  /// UTC. A TZ that is none of these gives one warning line in the log and UTC. Leap seconds are not counted.
+  /// The machine's zone, determined at the first call. TZ is read as the C library does: the name of a zone file (also
+  /// with a colon in front), its path, a POSIX rule ("EST5EDT,M3.2.0,M11.1.0"), or an empty text for UTC. Any other TZ
+  /// gives UTC and one warning in the log. Leap seconds are not counted.
   [[nodiscard]] static const TimeZone& system();
 
   /// UTC, wherever the machine is.
   [[nodiscard]] static const TimeZone& utc();
 
-  /// Makes the zone that of the machine for the rest of the process, also for its log. Before the first date is
-  /// converted: conversions are remembered.
+  /// Makes this zone the machine's for the rest of the process, also for its log. Must be called before the first date
+  /// is converted, since conversions are cached.
   static void setSystem(const std::string& name);
-  /// The names of all zones that the system's zone data distinguishes, in alphabetical order; none without that table.
+  /// The names of all zones in the system's zone table, in alphabetical order; empty when there is no table.
   [[nodiscard]] static std::vector<std::string> names();
 
-  /// Forgets the captured zone, so that the next call of system() looks at the environment again. For tests.
+  /// Makes the next call of system() read the environment again. For tests.
   static void resetSystemForTesting();
 
-  /// @param name as in TZ. An unknown one gives a zone for which isKnown() is false and which is UTC.
+  /// @param name as in TZ. For an unknown one, isKnown() is false and the zone is UTC.
   explicit TimeZone(const std::string& name);
   TimeZone(const TimeZone&) = delete;
   TimeZone& operator=(const TimeZone&) = delete;
 
   [[nodiscard]] bool isKnown() const { return isKnown_; }
-  /// What to call the zone: "Europe/Berlin", also when it was given by a path; a POSIX rule as it stands; "UTC".
+  /// The zone's name: "Europe/Berlin", also when it was given by a path; a POSIX rule unchanged; "UTC".
   [[nodiscard]] const std::string& name() const { return name_; }
 
   /// Whole seconds east of UTC at the instant, daylight-saving time included.
   [[nodiscard]] std::int64_t secondsFromGMT(Instant instant) const;
-  /// The same for a zone that is asked once or twice: it prepares no answers to further questions, which takes as long
-  /// as sixty of these.
+  /// The same, without preparing the surrounding 64 days for further calls, which takes sixty times as long. For a zone
+  /// that is asked only once or twice.
   [[nodiscard]] std::int64_t secondsFromGMTOnce(Instant instant) const;
-  /// Whether the zone data calls the instant daylight-saving time. In some zones that is the winter (Europe/Dublin).
+  /// Whether the zone data calls it daylight-saving time. In Europe/Dublin that is the winter.
   [[nodiscard]] bool isDaylightSavingTime(Instant instant) const;
-  /// The share of daylight-saving time in secondsFromGMT at the instant, in seconds; 0 outside of it. It is counted
-  /// from the standard time before or after it, whichever is nearer in offset: -3600 in Dublin's winter.
+  /// How many of the seconds of secondsFromGMT() are due to daylight-saving time; 0 outside of it. The difference from
+  /// the standard time before or after, whichever is smaller: 3600 in Berlin's summer, -3600 in Dublin's winter.
   [[nodiscard]] std::int64_t daylightSavingOffset(Instant instant) const;
 
-  /// The instant at which the zone's clocks show the civil time. A time that a clock change repeats is the
-  /// later one; one that it skips is taken with the offset before the change.
+  /// The instant at which the zone's clocks show the civil time. Of a time shown twice, the later instant; for a time
+  /// that is skipped, the offset before the change is used.
   [[nodiscard]] Instant instantFromCivil(const CivilTime& civil) const;
   /// The same for seconds from 1970-01-01T00:00:00 on the zone's clocks.
   [[nodiscard]] Instant instantFromCivilSeconds(std::int64_t civilSeconds) const;
@@ -69,7 +69,7 @@ class TimeZone {
   /// The same as seconds from 1970-01-01T00:00:00 on the zone's clocks.
   [[nodiscard]] std::int64_t civilSecondsFromInstant(Instant instant) const;
 
-  /// The first instant of the day that holds the instant: its wall-clock 00:00:00.
+  /// The wall-clock 00:00:00 of the instant's day.
   [[nodiscard]] Instant startOfDay(Instant instant) const;
   /// The day's wall-clock 23:59:59.
   [[nodiscard]] Instant endOfDay(Instant instant) const;
@@ -77,7 +77,7 @@ class TimeZone {
   [[nodiscard]] int weekday(Instant instant) const;
 
  private:
-  /// A stretch of time with one offset: [from, to) in seconds since 1970.
+  /// A stretch of time with one offset, from `from` until before `to`, in seconds since 1970.
   struct Span {
     std::int64_t from = 0;
     std::int64_t to = 0;
@@ -95,10 +95,10 @@ class TimeZone {
   std::string tz_;  ///< what TZ says to have this zone
   std::string name_;
   bool isKnown_ = true;
-  /// The spans of the blocks of 64 days that were asked for so far: asking the C library takes a hundred times as long.
+  /// The spans of each block of 64 days that was needed so far. Asking the C library takes a hundred times as long.
   mutable std::unordered_map<std::size_t, std::vector<Span>> blocks_;
-  /// The last two answers: the next one is mostly one of them (dates of a summer are labelled by what the zone has now,
-  /// in winter).
+  /// The last two answers, since the next is mostly one of them. Two, because a date in summer also asks for the offset
+  /// of now, which may be in winter.
   mutable std::array<Span, 2> lastSpans_{};
 };
 

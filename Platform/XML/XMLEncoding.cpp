@@ -12,8 +12,8 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view kEBCDIC = "IBM037";
 
-/// The encoding that the first bytes show, whatever is declared: "<" or a mark in two or four bytes, or EBCDIC's
-/// letters. Empty when they are ASCII's.
+/// The encoding that the first bytes show, whatever the declaration says: a byte-order mark, a "<" of two or four
+/// bytes, or a "<" of EBCDIC. Empty when they are ASCII.
 std::string shownEncoding(std::string_view bytes) {
   struct Beginning {
     std::string_view bytes;
@@ -41,11 +41,12 @@ DocumentText fromUTF8(std::string_view bytes, bool isGuessed) {
   return {platform::asUTF8(bytes), isGuessed || !platform::isUTF8(bytes)};
 }
 
-/// Decodes what begins with other bytes than ASCII's.
+/// Decodes a document that does not begin in ASCII.
 DocumentText fromShown(std::string_view bytes, std::string encoding) {
   const bool isUnusual = encoding == kEBCDIC;
   if (isUnusual) {
-    // Its variants spell the declaration alike, which says which of them it is.
+    // All variants of EBCDIC spell the declaration alike, so it can be read before the variant is known; it names the
+    // variant.
     const auto beginning = platform::decoded(bytes.substr(0, 200), encoding);
     const auto declared = platform::encodingName(beginning ? declaredEncoding(beginning->text) : "");
     if (declared) encoding = *declared;
@@ -55,13 +56,14 @@ DocumentText fromShown(std::string_view bytes, std::string encoding) {
   return {std::move(decoded->text), isUnusual || !decoded->isExact};
 }
 
-/// Decodes what begins as ASCII does.
+/// Decodes a document that begins in ASCII.
 DocumentText fromDeclared(std::string_view bytes, const std::string& declared) {
   if (meansUTF8(declared)) return fromUTF8(bytes, false);
   const auto encoding = platform::encodingName(declared);
   if (encoding == "UTF-8" || encoding == "US-ASCII") return fromUTF8(bytes, false);
   auto decoded = encoding ? platform::decoded(bytes, *encoding) : std::nullopt;
-  // A declaration is wrong when it cannot be read in the encoding that it names, or when the rest cannot and is UTF-8.
+  // The declaration is wrong when the document cannot even begin in the encoding that it names, or when the document is
+  // valid UTF-8 and not valid in that encoding.
   const bool isWrong =
       !decoded || !decoded->text.starts_with("<?xml") || (!decoded->isExact && platform::isUTF8(bytes));
   if (isWrong) return fromUTF8(bytes, true);

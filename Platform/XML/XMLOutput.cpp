@@ -27,7 +27,7 @@ char* putIndent(char* at, std::size_t depth) {
 
 }  // namespace
 
-/// An element, or a comment, which has no name. Entries are never destroyed: their memory is used anew.
+/// An element; one without a name is a comment. Entries are never destroyed, their memory is reused.
 struct OutputNode::Entry {
   std::string_view name;
   std::string_view markup;  ///< the text, escaped
@@ -35,7 +35,8 @@ struct OutputNode::Entry {
   Entry* last = nullptr;
   Entry* next = nullptr;
   OutputAttribute* attributes = nullptr;
-  bool hasText = false;  ///< also one of which nothing is left
+  bool hasText =
+      false;  ///< true even if every character was invalid and dropped; written `<Name></Name>`, not `<Name />`
 
   void append(Entry* child) {
     (last == nullptr ? first : last->next) = child;
@@ -136,7 +137,7 @@ std::byte* ElementMemory::allocate(std::size_t size) {
   return std::exchange(used_.next, used_.next + size);
 }
 
-/// Goes on in the next block that is large enough.
+/// Continues in the next block that has so much room; makes one when there is none.
 void ElementMemory::useBlockFor(std::size_t size) {
   while (used_.blocks < blocks_.size() && blocks_[used_.blocks].size < size) ++used_.blocks;
   if (used_.blocks == blocks_.size()) {
@@ -151,7 +152,7 @@ void ElementMemory::useBlockFor(std::size_t size) {
 OutputNode::Entry* ElementMemory::newEntry(std::string_view name, std::string_view markup) {
   std::byte* memory = allocate(sizeof(OutputNode::Entry) + markup.size());
   char* text = reinterpret_cast<char*>(memory + sizeof(OutputNode::Entry));
-  if (!markup.empty()) put(text, markup);  // an empty one may be nowhere
+  if (!markup.empty()) put(text, markup);  // an empty view may have a null pointer
   return new (memory) OutputNode::Entry{name, {text, markup.size()}};
 }
 
@@ -198,7 +199,7 @@ void Section::appendChild(std::string_view name, std::string_view text) {
   append(entry, depth_ + 1);
 }
 
-// By value: the element is dropped when it is written.
+// Takes the element by value, so that its memory is free again once it is written.
 void Section::append(Element element) { append(*element.node().entry_, depth_ + 1); }
 
 void Section::appendComment(std::string_view text) {
@@ -269,7 +270,7 @@ void Section::startText(std::size_t size) {
   end_ = next_ + capacity_;
 }
 
-/// What is appended next stands behind what has been written, in a part of its own.
+/// Ends the current part; what is appended next goes into a new one.
 void Section::endText() {
   if (next_ != nullptr) parts_.back().size = static_cast<std::size_t>(next_ - parts_.back().text.get());
   next_ = nullptr;
@@ -302,7 +303,8 @@ void Section::writeUpTo(const Section& part, const Sink& sink) {
   for (; parts_[written_].section.get() != &part; ++written_) writePart(parts_[written_], sink);
   for (std::size_t i = 0; i < written_; ++i) {
     parts_[i].text.reset();
-    if (parts_[i].section) parts_[i].section->parts_.clear();  // others may still hold the section
+    if (parts_[i].section)
+      parts_[i].section->parts_.clear();  // mappers may still point to the section, so it stays, empty
   }
 }
 
@@ -314,7 +316,7 @@ void Section::writePart(const Part& part, const Sink& sink) const {
   }
 }
 
-/// Passes the texts on, and begins the last one anew.
+/// Passes all texts to the sink, then reuses the memory of the last one.
 void Section::writeAhead() {
   if (ahead_ == nullptr) {
     ahead_ = &begin_();

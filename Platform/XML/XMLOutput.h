@@ -9,16 +9,23 @@
 #include <utility>
 #include <vector>
 
-// Building a document that is written. It is not read back, so that it needs no tree: elements in the making are small
-// trees in memory that is used again and again, and a finished one is only its text from then on. Names must be
-// literals, since they are not copied. What cannot be a character in XML is left out of texts.
+// Building a document to be written. Nobody reads it back, so it is no tree: an element is a small tree only while it
+// is being built, and becomes text when it is appended to a section. The memory of these small trees is reused.
+//
+//   Section project("Project", 0);
+//   Section& tasks = project.appendSection("Tasks");
+//   Element task = document.newElement("Task");
+//   task.node().appendChild("Name", "Roof & walls");
+//   tasks.append(std::move(task));     // <Task><Name>Roof &amp; walls</Name></Task>; the element is gone
+//
+// Names are not copied, so they must be literals. Characters that XML does not allow are left out of texts.
 
 namespace xml {
 
 class Element;
 class ElementMemory;
 
-// Of a size that is known later. Unlike a vector, what is made of them begins unfilled.
+// Arrays sized at run time; unlike std::vector they are not zero-filled.
 using Bytes = std::byte[];  // NOLINT(*-avoid-c-arrays)
 using Characters = char[];  // NOLINT(*-avoid-c-arrays)
 
@@ -39,20 +46,20 @@ class OutputNode {
   /// An address that tells this node from every other.
   [[nodiscard]] const void* identity() const { return entry_; }
 
-  // The view stays what it is, so that building is const. Each gives a view of what it made, an empty one when this is
-  // no element.
+  // Building is const, since the view itself does not change. Each operation returns a view of what it made; an empty
+  // view when this is not an element.
 
   OutputNode appendChild(std::string_view name, std::string_view text = {}) const;
-  /// Inserts among the children; an index beyond the last appends.
+  /// Inserts a child in front of the one at the index (0 is the first); appends when the index is beyond the last.
   OutputNode insertChild(std::string_view name, std::string_view text, std::size_t index) const;
   OutputNode appendComment(std::string_view text) const;
   OutputNode insertComment(std::string_view text, std::size_t index) const;
-  /// Puts an element that was made apart, of the same document, behind the children, without a copy.
+  /// Appends an element that was built separately, without copying it. It must belong to the same document.
   OutputNode append(Element element) const;
-  /// Gives the element a text, in front of its children.
+  /// Sets the element's text, which is written in front of its children.
   void setText(std::string_view text) const;
-  /// Gives the attribute the value; makes it, behind the others, when there is none of the name. None leaves an
-  /// existing value alone; a new attribute is then empty.
+  /// Sets the attribute; a new one goes behind the others.
+  /// @param value none leaves an existing value alone, and makes a new attribute empty.
   const OutputAttribute* setAttribute(std::string_view name, std::optional<std::string_view> value) const;
   /// A new element that is a deep copy of this one.
   [[nodiscard]] Element copy() const;
@@ -70,14 +77,14 @@ class OutputNode {
   ElementMemory* memory_ = nullptr;
 };
 
-/// An element in the making, owned by whoever holds this value and dropped with it unless it is appended.
+/// An element being built. Whoever holds this value owns it; unless it is appended, it is dropped with the value.
 class Element {
  public:
   Element(Element&& other) noexcept : node_(std::exchange(other.node_, OutputNode())) {}
   Element& operator=(Element&& other) noexcept;
   ~Element();
 
-  /// The element to build on; valid also after it was appended to another one.
+  /// The view to build on; still valid after the element was appended to another element, but not to a section.
   [[nodiscard]] OutputNode node() const { return node_; }
   operator OutputNode() const { return node_; }
 
@@ -90,10 +97,10 @@ class Element {
   OutputNode node_;
 };
 
-/// The memory of elements in the making, which it must outlive. As soon as none of them has an owner, all of it is used
-/// anew, which is cheaper than to take each apart.
+/// The memory of the elements being built; must outlive them. It is reclaimed as a whole once no element has an owner,
+/// which is cheaper than freeing each of them.
 class ElementMemory {
-  /// How far the memory is used: so many blocks, and what is left of the last of them.
+  /// How much memory is in use: the number of blocks, and the free rest of the last one.
   struct Use {
     std::size_t blocks = 0;
     std::byte* next = nullptr;
@@ -107,8 +114,8 @@ class ElementMemory {
 
   [[nodiscard]] Element newElement(std::string_view name);
 
-  /// While elements have owners for long, the memory of those that come and go within the life of this value is used
-  /// anew at its end. Older ones must not be built on meanwhile.
+  /// When the scope ends, memory of elements created and dropped inside it is reclaimed, even if older elements are
+  /// alive. Do not add to an older element while it is open.
   class Scope {
    public:
     explicit Scope(ElementMemory& memory) : memory_(memory), used_(memory.used_), owners_(memory.owners_) {}
@@ -130,7 +137,7 @@ class ElementMemory {
   void useBlockFor(std::size_t size);
   [[nodiscard]] OutputNode::Entry* newEntry(std::string_view name, std::string_view markup);
   [[nodiscard]] OutputNode::Entry* copied(const OutputNode::Entry& original);
-  /// The markup, copied into this memory.
+  /// A copy of the markup in this memory.
   [[nodiscard]] std::string_view kept(std::string_view markup);
   void dropOwner();
 
@@ -143,11 +150,11 @@ class ElementMemory {
   std::size_t owners_ = 0;
 };
 
-/// Takes a document's text, piece by piece.
+/// Receives a document's text, piece by piece.
 using Sink = std::function<void(std::string_view)>;
 
-/// A large element that is written while it grows: what is appended to it is only its text from then on. It may hold
-/// other sections; everything stands in the order in which it was appended.
+/// A large element, kept as text: what is appended is turned into text at once and cannot be changed afterwards. It may
+/// hold other sections; everything is written in the order in which it was appended.
 class Section {
  public:
   /// @param depth 0 for the root of a document.
@@ -157,19 +164,19 @@ class Section {
   void appendChild(std::string_view name, std::string_view text = {});
   void append(Element element);
   void appendComment(std::string_view text);
-  /// Appends a section, which must be one level deeper; gives it where it is now.
+  /// Appends a section, whose depth must be one more than this one's, and returns it.
   Section& append(std::unique_ptr<Section> section);
   Section& appendSection(std::string_view name) { return append(std::make_unique<Section>(name, depth_ + 1)); }
   /// The section with the name; none when there is none.
   [[nodiscard]] Section* section(std::string_view name) const;
 
-  /// Passes the section's text to the sink, but for what has gone there ahead.
+  /// Passes the section's text to the sink, except what was written ahead (OutputDocument::writeAhead()).
   void write(const Sink& sink) const;
 
  private:
   friend class OutputDocument;
 
-  /// A piece of text, or a section. A text is only appended to, and is never moved.
+  /// A piece of text or a section. A text only grows at its end and is never moved in memory.
   struct Part {
     std::unique_ptr<Characters> text;
     std::size_t size = 0;
@@ -177,7 +184,7 @@ class Section {
   };
 
   void append(const OutputNode::Entry& entry, std::size_t depth);
-  /// Where so many characters can be written; taken() says how far they were.
+  /// Returns where up to `size` characters can be written; taken() is then told where they end.
   [[nodiscard]] char* room(std::size_t size) {
     if (static_cast<std::size_t>(end_ - next_) < size) startText(size);
     return next_;
@@ -187,7 +194,7 @@ class Section {
   void endText();
   void writeHead(const Sink& sink) const;
   void writePart(const Part& part, const Sink& sink) const;
-  /// Passes on and forgets what stands before the section, which is a part of this one.
+  /// Writes, then frees, everything in front of the given part.
   void writeUpTo(const Section& part, const Sink& sink);
   void writeAhead();
   /// The text of a part, which may still grow.
@@ -197,33 +204,38 @@ class Section {
   std::size_t depth_;
   std::string attributes_;
   std::vector<Part> parts_;
-  char* next_ = nullptr;  ///< what is left of the last part, which is a text then
+  char* next_ = nullptr;  ///< free rest of the last part, when that is a text
   char* end_ = nullptr;
   std::size_t capacity_ = 0;  ///< of the last text
 
-  std::function<const Sink&()> begin_;  ///< passes on all that stands before this section, and gives the sink
-  const Sink* ahead_ = nullptr;         ///< where texts go as soon as they are full, once they have begun to
-  bool isBegun_ = false;                ///< the head has been written
-  std::size_t written_ = 0;             ///< so many parts have been written
+  std::function<const Sink&()> begin_;  ///< writes all that stands in front of this section, and returns the sink
+  const Sink* ahead_ = nullptr;         ///< where full texts go; null until the first one has gone
+  bool isBegun_ = false;                ///< the start tag has been written
+  std::size_t written_ = 0;             ///< number of parts already written
 };
 
-/// A document that is written.
+/// A document to be written.
 class OutputDocument {
  public:
-  /// A new element in the making, to be appended to the document or dropped.
+  /// A new element to build, then to append or drop.
   [[nodiscard]] Element newElement(std::string_view name) { return memory_.newElement(name); }
-  /// Of the memory of elements in the making.
+  /// See ElementMemory::Scope.
   [[nodiscard]] ElementMemory::Scope scope() { return ElementMemory::Scope(memory_); }
   Section& setRoot(std::unique_ptr<Section> root);
 
-  /// Lets the document be written while it grows: as soon as the section's text is more than a megabyte or so, it goes
-  /// to the sink, and all that stands before it in the root. From now on, that must not change. A document that stays
-  /// smaller is written by serialize() alone.
-  /// @param section a section of the root. @param sink the one that serialize() will be given; must outlive this.
+  /// Allows the document to be written while it grows, so that a large one is never in memory as a whole: once the
+  /// section's text exceeds about a megabyte, the sink gets the root up to the section, then the section's text. So
+  /// nothing in front of the section may change after this call. A smaller document is written by serialize() alone.
+  ///
+  ///   document.writeAhead(project, tasks, sink);  // nothing is written yet
+  ///   tasks.append(...);                          // after a megabyte: "<Project>...<Tasks><Task>..."
+  ///   document.serialize(sink);                   // the rest: "...</Task></Tasks>...</Project>"
+  /// @param section a section of the root.
+  /// @param sink the same one that serialize() is given; must outlive the document.
   void writeAhead(Section& root, Section& section, const Sink& sink);
 
-  /// The document as well-formed UTF-8 XML, piece by piece: declaration, then the root indented by two blanks a level.
-  /// Of a document that is written ahead: the rest.
+  /// Passes the document to the sink as well-formed UTF-8 XML: the declaration, then the root, indented by two blanks a
+  /// level. When parts were written ahead, only the rest.
   void serialize(const Sink& sink) const;
 
  private:

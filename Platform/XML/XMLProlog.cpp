@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-/// The value of an entity as it replaces references: character references in it are characters already.
+/// The text that replaces references to an entity of this value: character references in it are already replaced.
 std::string replacementText(std::string_view value) {
   std::string text;
   while (!value.empty()) {
@@ -49,14 +49,14 @@ class PrologReader {
     drop(at == std::string_view::npos ? at : at + end.size());
   }
 
-  /// "<?xml ...?>". Without the second question mark it is still one, for programs forget it.
+  /// Skips "<?xml ...?>". Also accepts one that ends in ">" alone, since some programs forget the second question mark.
   bool skipDeclaration() {
     if (!rest_.starts_with("<?xml ")) return false;
     dropThrough(">");
     return true;
   }
 
-  /// False also when it has no end.
+  /// Returns false when the text does not begin with `begin`, or `end` is missing.
   bool skipThrough(std::string_view begin, std::string_view end) {
     if (!rest_.starts_with(begin)) return false;
     const std::size_t at = rest_.find(end, begin.size());
@@ -65,7 +65,8 @@ class PrologReader {
     return true;
   }
 
-  /// What stands between quotes, and drops it with them. When the second one is missing, drops the first alone.
+  /// Takes a quoted text and returns what stands between the quotes. Without a closing quote, takes only the opening
+  /// one.
   std::string_view takeQuoted() {
     const std::size_t close = rest_.find(rest_.front(), 1);
     const std::string_view quoted = close == std::string_view::npos ? "" : rest_.substr(1, close - 1);
@@ -92,7 +93,7 @@ class PrologReader {
     return true;
   }
 
-  /// What stands between the brackets: declarations, comments, references to parameter entities.
+  /// Reads what stands between the brackets: declarations, comments, references to parameter entities.
   void readSubset() {
     while (!rest_.empty() && !startsTag(rest_)) {
       const bool isEnd = rest_.front() == ']';
@@ -115,12 +116,12 @@ class PrologReader {
     const std::string_view name = rest_.substr(0, rest_.find_first_of(" \t\r\n\"'>"));
     drop(name.size());
     skip(kBlanks);
-    // One of parameters has a "%" for its name here, which no reference in the document can have.
+    // For a parameter entity, the name read here is "%", which no reference in the document can have.
     prolog_.entities.try_emplace(std::string(name), isAtQuote() ? replacementText(takeQuoted()) : "");
     dropMarkup();
   }
 
-  /// Drops through the ">" that ends a declaration.
+  /// Skips a declaration, including its ">".
   void dropMarkup() {
     while (!rest_.empty() && rest_.front() != '>') {
       if (isAtQuote()) {

@@ -8,8 +8,8 @@
 
 namespace xml {
 
-/// Replacement texts by the names of the entities that a document declares. That of an external one is empty: nothing
-/// is fetched.
+/// The replacement text of each entity that a document declares, by name. An external entity's is empty: nothing is
+/// fetched.
 using Entities = std::map<std::string, std::string, std::less<>>;
 
 /// What stands in front of a document's root element: byte order mark, declaration, document type, comments, processing
@@ -17,7 +17,7 @@ using Entities = std::map<std::string, std::string, std::less<>>;
 struct Prolog {
   std::size_t length = 0;  ///< in bytes of the text
   bool hasDocumentType = false;
-  bool isMalformed = false;  ///< the document type has no end: the root element seems to stand in it
+  bool isMalformed = false;  ///< the document type has no end, so that the root element seems to be inside it
   Entities entities;         ///< the first declaration of each name counts; parameter entities are left out
 };
 

@@ -9,7 +9,7 @@
 
 namespace xml {
 
-/// A name with a small number that few other names have.
+/// A name with a small number computed from it, so that most different names can be told apart without comparing texts.
 struct Name {
   std::string_view text;
   std::size_t mark = 0;
@@ -24,25 +24,29 @@ struct Name {
   }
 };
 
-/// One path query, taken apart. The forms:
+/// A path query, parsed. The forms:
 ///   type                                              a child
 ///   project/title                                     a path of children
 ///   resource[@id='r1']                                a child with an attribute of that value
 ///   flattened-schedule-day[@date]                     a child with that attribute
 ///   //project/currency-format                         anywhere in the document
 ///   //assignment[@idref='r1' and ../@id='t1']         anywhere, with a test on the parent's attribute
-/// Values are taken as they stand between the outermost quotes, so that a quote may be part of one. The query points
-/// into its text. Mappers write queries as texts, so that none of the constructors is explicit.
+/// A value is everything between the outermost quotes, so it may contain quotes. The query points into the given text,
+/// which must outlive it. Several matches are usual; the operations of MSPCExtensions.h take the last one:
+///
+///   <task><title>Old</title><title>New</title></task>     "title" gives "New", and that there were several
+///
+/// No constructor is explicit, so that mappers can write queries as plain texts.
 class Query {
  public:
-  /// A literal is taken apart when the program is compiled: a mapper asks some thirty questions of each object.
+  /// A literal is parsed at compile time: a mapper asks about thirty queries for each object.
   template <std::size_t N>
   // NOLINTNEXTLINE(cppcoreguidelines-avoid-c-arrays,modernize-avoid-c-arrays): a literal is one
   consteval Query(const char (&text)[N]) : Query(std::string_view(text, N - 1)) {}
   Query(const std::string& text) : Query(std::string_view(text)) {}
   constexpr Query(std::string_view text);
 
-  /// name[@attribute='value'], without its text being put together first.
+  /// The query name[@attribute='value'], without building that text.
   static constexpr Query child(std::string_view name, std::string_view attribute, std::string_view value);
 
   /// Calls visit(node) for each match below the context, in document order.
@@ -51,21 +55,22 @@ class Query {
 
   /// Every match below the context, in document order.
   [[nodiscard]] std::vector<Node> all(Node context) const;
-  /// The last match below the context and whether there were several. A child named by an attribute's value is looked
-  /// up in an index that the document makes at the first such question.
+  /// The last match below the context, and whether there were several. Queries by an attribute's value use an index,
+  /// which the document builds at the first such query.
   [[nodiscard]] Match last(Node context) const;
 
  private:
   constexpr Query() = default;
 
-  /// Splits at the separator: what stands before it, and the rest is left in `text`. The whole text when it is missing.
+  /// Returns what precedes the separator and leaves what follows it in `text`. Without a separator, returns the whole
+  /// text.
   static constexpr std::string_view takeUntil(std::string_view& text, std::string_view separator);
 
   /// Whether the query asks for children by their name alone.
   [[nodiscard]] bool isPlainName() const { return !anywhere_ && parentPath_.empty() && attribute_.empty(); }
   [[nodiscard]] bool holdsFor(Node node) const;
   [[nodiscard]] bool endsPath(Node node) const;
-  /// Whether the query asks for children by an attribute's value, which an index answers.
+  /// Whether the query asks for children by an attribute's value, so that the index can answer it.
   [[nodiscard]] bool isLookup() const {
     return !anywhere_ && parentPath_.empty() && hasValue_ && parentAttribute_.empty();
   }

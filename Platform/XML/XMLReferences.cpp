@@ -13,8 +13,8 @@
 namespace xml {
 namespace {
 
-constexpr std::size_t kMaximumGrowth = 10;  ///< of a document by its entities, in times its size
-constexpr int kMaximumDepth = 20;           ///< of entities in entities
+constexpr std::size_t kMaximumGrowth = 10;  ///< how many times larger its entities may make a document
+constexpr int kMaximumDepth = 20;           ///< how deep entities may be nested in entities
 
 bool isNameStart(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
@@ -33,7 +33,7 @@ std::size_t entityReferenceLength(std::string_view text) {
   return end != text.end() && *end == ';' ? static_cast<std::size_t>(end - text.begin()) + 1 : 0;
 }
 
-/// Writes a document's text anew. Each operation takes what it writes away from the front of the text it is given.
+/// Rewrites a document's text. Each operation removes from the front of the given text what it has rewritten.
 class Mender {
  public:
   Mender(const Entities& entities, std::size_t maximum) : entities_(entities), maximum_(maximum) {}
@@ -59,7 +59,7 @@ class Mender {
     text.remove_prefix(length);
   }
 
-  /// Up to the next reference or markup.
+  /// Rewrites characters up to the next reference or markup.
   void addCharacters(std::string_view& text) {
     for (copy(text, text.find_first_of("<&>")); text.starts_with('>'); copy(text, text.find_first_of("<&>"))) {
       replace(text, 1, "&gt;");
@@ -73,7 +73,7 @@ class Mender {
     result_.isGuessed = true;
   }
 
-  /// Through its ">", or up to another tag when that is missing.
+  /// Rewrites a tag, including its ">"; when that is missing, up to the next tag.
   void addTag(std::string_view& text) {
     copy(text, 1);
     while (result_.problem.empty()) {
@@ -88,7 +88,7 @@ class Mender {
     }
   }
 
-  /// Through the second quote, or up to a tag when that is missing.
+  /// Rewrites an attribute's value, including the closing quote; when that is missing, up to the next tag.
   void addValue(std::string_view& text) {
     const std::array<char, 3> ends = {text.front(), '<', '&'};
     copy(text, 1);
@@ -99,7 +99,8 @@ class Mender {
     }
   }
 
-  /// A replacement text inside a value: its quotes do not end the value, and it holds no tags.
+  /// Rewrites an entity's replacement text inside an attribute's value, where quotes do not end the value and "<"
+  /// begins no tag.
   void addQuoted(std::string_view text) {
     while (!text.empty() && result_.problem.empty()) {
       copy(text, text.find_first_of("\"'<&"));
@@ -111,7 +112,7 @@ class Mender {
     }
   }
 
-  /// A reference to a declared entity is replaced by what `add` makes of the entity's replacement text.
+  /// Rewrites a reference. For a declared entity, calls `add` with its replacement text.
   void addReference(std::string_view& text, Add add) {
     if (const CharacterReference character = characterReferenceAt(text); character.length > 0) {
       if (character.namesCharacter()) return copy(text, character.length);

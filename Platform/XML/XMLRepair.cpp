@@ -15,8 +15,8 @@ namespace {
 
 std::string_view view(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
-/// Writes what the parser reports. A tree of the parser's own would look for namespaces through all elements that are
-/// open, at each element.
+/// Writes the elements and texts that the parser reports. The parser's own tree is not used: at each element it would
+/// search all open elements for namespaces, which takes quadratic time on deep documents.
 class Writer {
  public:
   explicit Writer(xmlParserCtxt& parser) : parser_(parser) {}
@@ -44,7 +44,7 @@ class Writer {
     text_ += escapedText(characters);
   }
 
-  /// The table in which the parser keeps the names does not grow with them: it gets another one when there are many.
+  /// Gives the parser a new table of names when there are many, since its table does not grow and would get slow.
   void renewNames() {
     constexpr int kMany = 10'000;
     if (xmlDictSize(parser_.dict) < kMany) return;
@@ -54,14 +54,14 @@ class Writer {
     parser_.dict = another;
   }
 
-  /// All that was written, with every element ended.
+  /// Everything written so far, with all open elements closed.
   std::string take() {
     while (!open_.empty()) endLast();
     return std::move(text_);
   }
 
  private:
-  /// Ends the elements that the parser has given up without a word, because of a malformed start.
+  /// Closes elements that the parser dropped without reporting their end, because their start tags were malformed.
   void endAbandoned() {
     while (open_.size() > static_cast<std::size_t>(parser_.nameNr)) endLast();
   }
@@ -74,14 +74,14 @@ class Writer {
 
   xmlParserCtxt& parser_;
   std::vector<std::unique_ptr<xmlDict, decltype(&xmlDictFree)>> namesBefore_;
-  std::vector<std::string_view> open_;  ///< names of elements, in one of the tables
+  std::vector<std::string_view> open_;  ///< names of open elements; they point into the tables of names
   std::string text_;
 };
 
 Writer& writerOf(void* parser) { return *static_cast<Writer*>(static_cast<xmlParserCtxt*>(parser)->_private); }
 
-/// What to call, by the parser's older interface: it leaves namespaces alone, which the program has no use for and
-/// which take the parser a time that grows with the square of their number.
+/// The callbacks, in the parser's older interface. That one does not process namespaces, which the program does not
+/// need and which take the parser quadratic time.
 xmlSAXHandler handler() {
   xmlSAXHandler calls{};
   calls.initialized = 1;
@@ -97,13 +97,13 @@ xmlSAXHandler handler() {
   calls.processingInstruction = [](void* parser, const xmlChar* /*name*/, const xmlChar* /*text*/) {
     writerOf(parser).renewNames();
   };
-  // A document type that was not recognized as one, and is still there. The parser would take minutes for some.
+  // Stop at a document type that mendedText() did not recognize and remove: some take the parser minutes.
   calls.internalSubset = [](void* parser, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                             const xmlChar* /*systemId*/) { xmlStopParser(static_cast<xmlParserCtxt*>(parser)); };
   return calls;
 }
 
-/// The most attributes that a tag can have for any parser: values that begin, between one "<" and the next.
+/// An upper bound for the number of attributes of any tag: the most `="` between one "<" and the next.
 std::size_t mostAttributes(std::string_view text) {
   std::size_t most = 0;
   std::size_t count = 0;
@@ -125,9 +125,9 @@ std::optional<std::string> repaired(const std::string& text) {
   const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(
       xmlCreateDocParserCtxt(reinterpret_cast<const xmlChar*>(text.c_str())), &xmlFreeParserCtxt);
   if (!parser) return std::nullopt;
-  // What is behind the parser's limits on depth and size would be lost, so they are off. They are there against
-  // declarations that make much out of little, and no document type comes this far. NOENT: "&amp;" in an attribute is
-  // reported as "&", not as another reference.
+  // HUGE turns the parser's limits on depth and size off: content beyond them would be lost. They guard against
+  // entities that expand without end, and no document type comes this far. NOENT makes it report "&amp;" in an
+  // attribute as "&" rather than as another reference.
   xmlCtxtUseOptions(parser.get(), XML_PARSE_RECOVER | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
                                       XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC | XML_PARSE_NOENT);
   *parser->sax = handler();

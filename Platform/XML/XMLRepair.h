@@ -9,7 +9,7 @@ namespace xml {
 /// well-formed UTF-8. Names stay as written, prefixes included.
 /// @param text the document as mendedText() gives it.
 /// @return none when no element is found, or when a tag seems to have more than 1000 attributes: the parser compares
-/// each with each other.
+/// each pair of them, which would take too long.
 [[nodiscard]] std::optional<std::string> repaired(const std::string& text);
 
 }  // namespace xml

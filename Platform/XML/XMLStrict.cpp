@@ -40,10 +40,10 @@ constexpr auto kNameStarts = std::to_array<Range>({{':', ':'},
                                                    {0xF900, 0xFDCF},
                                                    {0xFDF0, 0xFFFD},
                                                    {0x10000, 0xEFFFF}});
-/// What may follow besides.
+/// The further characters that a name may go on with.
 constexpr auto kNameParts =
     std::to_array<Range>({{'-', '-'}, {'.', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}});
-/// The characters that XML has.
+/// The characters that XML allows.
 constexpr auto kCharacters =
     std::to_array<Range>({{'\t', '\n'}, {'\r', '\r'}, {0x20, 0xD7FF}, {0xE000, 0xFFFD}, {0x10000, 0x10FFFF}});
 
@@ -85,7 +85,7 @@ class Scanner {
     if (depth_ > 0) fail("an element does not end");
   }
 
-  /// Where the first character is that XML does not have; npos when there is none.
+  /// Position of the first character that XML does not allow; npos when there is none.
   static std::size_t firstNonCharacter(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
       const auto byte = static_cast<unsigned char>(text[at]);
@@ -111,7 +111,7 @@ class Scanner {
   [[nodiscard]] char here() const { return at_ < text_.size() ? text_[at_] : '\0'; }
   void skipBlanks() { at_ = std::min(text_.find_first_not_of(kBlanks, at_), text_.size()); }
 
-  /// Goes behind the next occurrence of what ends something.
+  /// Takes the text up to and including the next `end`; fails, naming `what`, when there is none.
   std::string_view takeUntil(std::string_view end, std::string_view what) {
     const std::size_t found = text_.find(end, at_);
     if (found == std::string_view::npos) fail(fmt::format("{} does not end", what));
@@ -162,7 +162,7 @@ class Scanner {
 
   void scanReferences(std::string_view text) const {
     for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
-      // None is longer than this, so that a text of nothing but "&" is not gone through again and again.
+      // No valid reference is longer. Without this limit, a text of "&" alone would take quadratic time.
       constexpr std::size_t kLongest = 64;
       const std::string_view name = text.substr(at + 1, kLongest);
       const std::size_t end = name.find(';');
@@ -240,10 +240,10 @@ class Scanner {
   std::size_t at_ = 0;
   std::size_t depth_ = 0;
   std::size_t roots_ = 0;
-  std::vector<std::string_view> attributes_;  ///< names of the tag's
+  std::vector<std::string_view> attributes_;  ///< the names in the current tag
 };
 
-/// Line ends of every kind are line feeds.
+/// Turns line ends of every kind into line feeds.
 void unifyLineEnds(std::string& text) {
   if (text.find('\r') == std::string::npos) return;
   std::size_t kept = 0;

@@ -5,15 +5,15 @@
 
 namespace xml {
 
-/// Whether every character of the text is one that XML has, in UTF-8.
+/// Whether the text is UTF-8 and every character one that XML allows.
 [[nodiscard]] bool hasOnlyCharacters(std::string_view text);
 
-/// Makes sure that a document can be copied by the tree's parser, which is lenient and writes what it read: that it has
-/// one root, no document type, and nothing but characters, names and references of XML. That end tags fit is left to
-/// the parser. In time that grows with the text.
-/// @param text a whole document in UTF-8, without a byte-order mark. Carriage returns become line feeds, as XML wants
-/// it.
-/// @throws platform::Exception "XMLException" with the reason and the line, also when elements are nested over 256
+/// Checks what the tree's parser, which is lenient and would write the faults out again, does not: that the document
+/// has one root, no document type, and only valid characters, names and references. The parser itself checks that end
+/// tags match. Takes linear time.
+/// @param text a whole document in UTF-8, without a byte-order mark. Its carriage returns become line feeds, as XML
+/// demands.
+/// @throws platform::Exception "XMLException" with the reason and the line; also when elements are nested more than 256
 /// deep.
 void requireCopyable(std::string& text);
 

@@ -44,7 +44,7 @@ void appendUTF8(std::string& to, std::uint32_t character) {
   }
 }
 
-/// Reads UTF-16, of which a pair of surrogates is one character.
+/// Reads UTF-16 character by character; a pair of surrogates is one character.
 class UTF16Reader {
  public:
   UTF16Reader(std::string_view bytes, bool isBigEndian) : bytes_(bytes), isBigEndian_(isBigEndian) {}

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint64_t kEachByte = 0x0101010101010101;
 constexpr std::uint64_t kHighestBits = kEachByte * 0x80;
 
-/// Of eight ASCII bytes: the highest bit of the first that is the character, and perhaps of others behind it.
+/// For eight ASCII bytes: sets the high bit of the first byte equal to c; a borrow may set it in later bytes too.
 constexpr std::uint64_t bytesThatAre(char c, std::uint64_t bytes) {
   return (bytes ^ (kEachByte * static_cast<unsigned char>(c))) - kEachByte;
 }
@@ -22,17 +22,18 @@ constexpr bool isPlain(char c) {
   return static_cast<unsigned char>(c - 0x20) < 0x60 && c != '&' && c != '<' && c != '>';
 }
 
-/// The same for eight at once.
+/// isPlain() for eight characters at once.
 bool arePlain(const char* characters) {
   std::uint64_t bytes = 0;
   std::memcpy(&bytes, characters, sizeof bytes);
-  // A byte's highest bit is set when the byte has it or, less 0x20, borrows it. "<" and ">" differ in one bit alone.
+  // Sets the high bit of each byte below 0x20, by the borrow of the subtraction, and of "&", "<" and ">". "<" and ">"
+  // differ in one bit, so setting that bit in all bytes finds both with one test.
   const std::uint64_t special =
       (bytes - kEachByte * 0x20) | bytesThatAre('&', bytes) | bytesThatAre('>', bytes | (kEachByte * ('<' ^ '>')));
   return ((bytes | special) & kHighestBits) == 0;
 }
 
-/// Appends a character of a text or an attribute.
+/// Appends the character as it stands in a text or an attribute.
 void appendEscaped(std::string& to, char c) {
   switch (c) {
     case '&':
@@ -63,7 +64,8 @@ std::size_t characterLength(std::string_view bytes) {
   return isNoncharacter ? 0 : length;
 }
 
-// Every text that is written comes through here: eight bytes at a time, the last of them perhaps for the second time.
+// Eight bytes at a time, since every text that is written is tested. The last step begins eight bytes before the end,
+// so it may test some bytes twice.
 bool isPlainText(std::string_view text) {
   constexpr std::size_t kStep = sizeof(std::uint64_t);
   if (text.size() < kStep) return std::all_of(text.begin(), text.end(), isPlain);

@@ -21,7 +21,7 @@ namespace {
 
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
 
-/// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
+/// Passes pieces to the sink, with carriage returns as references: a reader would turn bare ones into line feeds.
 class SinkWriter final : public pugi::xml_writer {
  public:
   explicit SinkWriter(const std::function<void(std::string_view)>& sink) : sink_(sink) {}
@@ -157,7 +157,7 @@ std::size_t Node::size() const {
 // Document
 
 Document::Document() : tree_(std::make_unique<Tree>()) {
-  // By itself pugixml leaves out what it has no memory for.
+  // Without this, pugixml silently drops nodes when memory runs out; operator new throws.
   pugi::set_memory_management_functions(&::operator new, &::operator delete);
 }
 

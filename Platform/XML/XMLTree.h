@@ -48,18 +48,18 @@ class Node {
   [[nodiscard]] bool isElement() const;
   /// The name as written, its prefix included; namespaces are not looked at.
   [[nodiscard]] std::string_view name() const;
-  /// The texts of the node and its descendants, one after the other, blanks between them included.
+  /// The texts of the node and its descendants, joined; blanks between the elements are included.
   [[nodiscard]] std::string stringValue() const;
-  /// The same; valid while the document lives.
+  /// The same as a view, valid while the document lives.
   [[nodiscard]] std::string_view stringView() const;
   /// The attribute with exactly this name.
   [[nodiscard]] Attribute attribute(std::string_view name) const;
-  /// Its value; none when there is no such attribute.
+  /// The attribute's value; none when there is no such attribute.
   [[nodiscard]] std::optional<std::string> attributeText(std::string_view name) const;
   [[nodiscard]] Node parent() const;
-  /// The node written as XML, on one line as far as its texts allow.
+  /// The node written as XML without line breaks, except those in its texts.
   [[nodiscard]] std::string markup() const;
-  /// How many bytes the node takes as XML, about: what it costs to read it. Takes time that grows with them.
+  /// About how many bytes the node has as XML, a measure of what it costs to map it. Takes time proportional to them.
   [[nodiscard]] std::size_t size() const;
   /// An address that tells this node from every other.
   [[nodiscard]] const void* identity() const { return node_; }
@@ -80,45 +80,44 @@ struct Match {
 
 struct Reading;
 
-/// An XML document that was read: owns every node in it. Not movable, because views point to it.
+/// An XML document that was read. It owns its nodes, and is not movable because views point to it.
 class Document {
  public:
-  /// A document of nothing; parse() makes those that are read.
+  /// An empty document; read() and parse() make the others.
   Document();
   ~Document();
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  /// Gives the bytes of a document once more; none when they cannot be had any longer.
+  /// Returns the bytes of a document again; an empty text when they are no longer available.
   using Source = std::function<std::string()>;
 
-  /// Reads a document: as it stands when it is well-formed UTF-8, otherwise as far as its encoding can be guessed and
-  /// its markup repaired. Entities that it declares itself are expanded, at most to ten times its size; nothing is
-  /// fetched.
-  /// @param again is asked when the bytes have to be gone through a second time, which may be as long as the document
-  /// lives: reading works inside them and spoils them.
+  /// Reads a document. When it is not well-formed UTF-8, its encoding is guessed and its markup repaired as far as
+  /// possible. Entities that it declares itself are expanded, at most to ten times its size; nothing is fetched.
+  /// @param again called when the original bytes are needed a second time, perhaps long after reading: parsing
+  /// overwrites `bytes`.
   [[nodiscard]] static Reading read(std::string bytes, Source again);
-  /// The same for bytes that stay in memory for it.
+  /// The same, keeping a copy of the bytes in memory.
   [[nodiscard]] static Reading read(std::string bytes);
   /// The document that the bytes hold; none when anything in them has to be guessed or repaired.
   [[nodiscard]] static std::unique_ptr<Document> parse(std::string bytes);
 
-  /// What an excerpt keeps of the root's children that have the name: these of their own children, and the attribute
-  /// when there is one.
+  /// What an excerpt keeps of the root's children of one name: one attribute, and some of their children.
   struct Kept {
     std::string_view name;
     std::string_view attribute;
     std::vector<std::string_view> children;
   };
-  /// A smaller document, in which queries for what is kept find the same. Other attributes are only kept in the
-  /// innermost elements; children of the root without the attribute are left out.
-  /// @return none when a kept child holds more than a text: its blanks could get lost.
+  /// A smaller document, in which queries for what is kept give the same answers. Children of the root that lack the
+  /// attribute are left out. The children that are kept keep all their attributes.
+  /// @return none when a kept child has child nodes: blanks between them could get lost.
   [[nodiscard]] std::unique_ptr<Document> excerpt(const std::vector<Kept>& rows) const;
 
   /// The root element; an empty view when the document has none.
   [[nodiscard]] Node root() const;
 
-  /// The document as well-formed UTF-8 XML, piece by piece: declaration, then the tree indented by two blanks.
+  /// Passes the document to the sink as well-formed UTF-8 XML: the declaration, then the tree indented by two blanks a
+  /// level.
   void serialize(const std::function<void(std::string_view)>& sink) const;
 
  private:
@@ -127,16 +126,16 @@ class Document {
   struct Tree;
 
   [[nodiscard]] static Reading readMended(std::string_view bytes);
-  /// Raises the budget: this was read.
+  /// Adds the document's size to the budget, and returns the reading.
   [[nodiscard]] static Reading asRead(std::unique_ptr<Document> document, bool isGuessed);
 
   std::unique_ptr<Tree> tree_;
 };
 
-/// What reading a document gave.
+/// The result of reading a document.
 struct Reading {
   std::unique_ptr<Document> document;
-  bool isGuessed = false;  ///< whether something in it was guessed or repaired
+  bool isGuessed = false;  ///< something in it was guessed or repaired
   std::string problem;     ///< why there is no document: "line 3: Start-end tags mismatch"; empty when there is one
 };
 

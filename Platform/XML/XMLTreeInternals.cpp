@@ -9,7 +9,8 @@ bool isText(pugi::xml_node node) {
   return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-/// The texts that are nodes; an element's first text is stored in the element.
+/// The texts of all nodes below, joined. Elements count as well, since an element's first text is stored in the
+/// element.
 std::string joinedTexts(pugi::xml_node top) {
   std::string texts;
   for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
@@ -18,7 +19,7 @@ std::string joinedTexts(pugi::xml_node top) {
   return texts;
 }
 
-/// The first node behind the element and all that is in it.
+/// The first node behind the element's end.
 pugi::xml_node nextBehind(pugi::xml_node element) {
   while (element && !element.next_sibling()) element = element.parent();
   return element.next_sibling();
@@ -41,11 +42,12 @@ const std::string& Document::Tree::wholeText(pugi::xml_node top) {
 
 std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
   if (source.empty()) source = again();
-  if (source.size() != bytes.size()) return joinedTexts(top);  // another program has changed the file meanwhile
+  if (source.size() != bytes.size()) return joinedTexts(top);  // another program changed the file meanwhile
   const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
   const pugi::xml_node next = nextBehind(top);
   const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
-  // Parsing ends at what stands behind the element, so that the result is an error.
+  // The part ends before the next node and may include end tags of parents, so parsing reports an error; the element is
+  // complete all the same.
   pugi::xml_document part;
   part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
   return joinedTexts(part.first_child());

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a document holds; for the files of the tree and its queries alone.
+// What a document consists of. Only for the files of the tree and its queries.
 
 #include <array>
 #include <cstdint>
@@ -34,7 +34,7 @@ struct Document::Tree {
   /// An element's only text is kept even when it is blank.
   static constexpr unsigned kLeaveOutBlanks = (kKeepBlanks & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single;
 
-  /// The last of the nodes that a query asks for, and how many there are: 2 stands for several.
+  /// The last node that matches a query, and the number of matches, where 2 stands for several.
   struct Found {
     pugi::xml_node_struct* last = nullptr;
     int count = 0;
@@ -45,8 +45,8 @@ struct Document::Tree {
     }
   };
 
-  /// Children of one node by the value of one attribute. Nearly all questions come in document order, so the value
-  /// behind the last one asked for is tried first: in a large plan each look into the table waits for memory.
+  /// An index of one node's children by the value of one attribute. Lookups mostly follow document order, so the next
+  /// entry is tried first; hashing costs a cache miss on large plans.
   class Lookup {
    public:
     void add(std::string_view value, pugi::xml_node_struct* node) {
@@ -73,7 +73,7 @@ struct Document::Tree {
     std::size_t next_ = 0;
   };
 
-  /// What a lookup is of: the children of a node that have the name, by the attribute.
+  /// Identifies an index: the parent, the children's name and the attribute.
   template <typename Text>
   struct LookupKey {
     const void* parent;
@@ -93,12 +93,12 @@ struct Document::Tree {
     }
   };
 
-  /// The elements below one node by their names. Mappers ask one element for its children one after the other, mostly
-  /// for what is not there.
+  /// One node's child elements, grouped by name. A mapper asks one element for many children in a row, most of which
+  /// are missing, so each answer should not take a walk over all children.
   class ChildTable {
    public:
     [[nodiscard]] bool isOf(const void* parent) const { return parent_ == parent; }
-    /// Whether it takes long to make.
+    /// Whether the table took long to fill, so that it is worth keeping.
     [[nodiscard]] bool isLarge() const { return children_.size() > kFewChildren; }
     void fill(pugi::xml_node parent);
 
@@ -135,7 +135,7 @@ struct Document::Tree {
     struct Group {
       std::string_view name;
       Found found;
-      std::uint8_t previous;  ///< the group before with a mark of the same slot
+      std::uint8_t previous;  ///< the previous group in the same slot
     };
     [[nodiscard]] std::size_t groupOf(const Name& name) const {
       std::size_t group = lasts_[name.mark % kSlots];
@@ -144,32 +144,32 @@ struct Document::Tree {
     }
 
     const void* parent_ = nullptr;
-    std::vector<Child> children_;               ///< in document order
-    std::vector<Group> groups_;                 ///< one for each name, unless there are too many to be worth it
+    std::vector<Child> children_;  ///< in document order
+    std::vector<Group> groups_;    ///< one for each name; incomplete when there are more than kMaximumNames
     std::array<std::uint8_t, kSlots> lasts_{};  ///< the last group of each slot
     bool isGrouped_ = true;
   };
 
-  std::string bytes;  ///< what the parsed nodes' texts point into
+  std::string bytes;  ///< the parsed nodes point into these
   pugi::xml_document document;
   pugi::xml_node root;
 
-  /// Parses the bytes; why they cannot be when they cannot, otherwise empty.
+  /// Parses the text. The result converts to true when it is well-formed, and otherwise says what is wrong.
   [[nodiscard]] pugi::xml_parse_result load(std::string text, unsigned options);
 
-  Source again;        ///< of the bytes, when blanks between elements were left out; none when they were not
-  std::string source;  ///< the bytes as they were, had from it at the first need
-  std::unordered_map<const void*, std::string> wholeTexts;  ///< of elements that were asked, and have nodes in them
+  Source again;        ///< returns the original bytes; set only when blanks between elements were left out
+  std::string source;  ///< the original bytes, fetched when first needed
+  std::unordered_map<const void*, std::string> wholeTexts;  ///< answers of wholeText()
 
-  /// The texts of a node that has others in it.
+  /// The joined texts of a node that has child nodes.
   [[nodiscard]] const std::string& wholeText(pugi::xml_node top);
   [[nodiscard]] std::string textWithBlanks(pugi::xml_node top);
 
-  /// Children of one node by one attribute's value, made at the first question.
+  /// The indexes, each made at the first query for it.
   std::unordered_map<LookupKey<std::string>, Lookup, LookupKeyHash, LookupKeyEqual> lookups;
 
-  /// The tables of the root, of elements with many children, and of the elements asked last: an element and those it
-  /// leads to. Made again for each question, large ones would take a time that grows with the square of their size.
+  /// Tables are kept for the root, for elements with many children, and for the four elements asked last. Filling a
+  /// large one for every query would take quadratic time.
   ChildTable rootTable;
   std::unordered_map<const void*, ChildTable> largeTables;
   std::array<ChildTable, 4> childTables;
