@@ -339,9 +339,10 @@ TEST(Corrections, TakeTheMachinesCurrency) {
   };
   expectCode("a locale", "LANG", "de_DE.UTF-8@euro", "EUR");
   expectCode("a closer one", "LC_MONETARY", "en_GB", "GBP");
-  expectCode("the closest one", "LC_ALL", "C.UTF-8", "USD");
   expectCode("without a country", "LANG", "de", "USD");
   expectCode("no locale", "LANG", "no such locale", "USD");
+  const ScopedVariable pounds("LC_MONETARY", "en_GB");
+  expectCode("the closest one", "LC_ALL", "C.UTF-8", "USD");
   const string pound = "<CurrencySymbol>£</CurrencySymbol><CurrencyCode/>";
   EXPECT_EQ(copied({__LINE__, "pound", pound, "CurrencyCode", ""}), "GBP");
 }
