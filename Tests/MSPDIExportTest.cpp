@@ -229,7 +229,7 @@ TEST(MSPDIExport, ExportsAListInOrder) {
   const std::string good = "### Exporter SUCCEEDED.";
   const std::string none = "Input file not found: None.kvdx";
   for (const Row& row : std::initializer_list<Row>{
-           {"::Plan.kvdx\r\nPlan.kvdx\r\n\r\n", 0, {"    \"Plan.kvdx\"\n", good}, {"::", "\"\"", failed}},
+           {"\xEF\xBB\xBF::Plan.kvdx\r\nPlan.kvdx\r\n\r\n", 0, {"    \"Plan.kvdx\"\n", good}, {"::", "\"\"", failed}},
            {"Plan.kvdx\nNone.kvdx\nPlan2.kvdx\n", 0, {good, none}, {"Plan2.xml", failed}},
            {"None.kvdx\nPlan.kvdx\n", 1, {none}, {good}},
            {"Empty.kvdx\nPlan.kvdx\xE2\x80\xA8", 0, {failed, good}, {}},
