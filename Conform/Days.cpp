@@ -19,7 +19,10 @@
 #include "Conform/WallClock.h"
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/XML/XMLText.h"
+
+using platform::kSecondsPerDay;
 
 namespace conform {
 namespace {

@@ -12,6 +12,7 @@
 #include "Conform/Plan.h"
 #include "Conform/Report.h"
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUsualDateTime.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
@@ -88,7 +89,6 @@ struct Words {
 
 constexpr std::string_view kTaskTypes[] = {"task", "milestone", "group", "hammock"};
 constexpr std::string_view kScheduleTypes[] = {"asap", "alap"};
-constexpr std::string_view kResourceTypes[] = {"Staff", "Equipment", "Material", "Group"};
 constexpr std::string_view kLinkKinds[] = {"FS", "SF", "SS", "FF"};
 
 constexpr Words kTaskType{"type", kTaskTypes, "it is a task"};

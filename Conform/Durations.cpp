@@ -4,11 +4,14 @@
 
 #include <charconv>
 
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
+
 namespace conform {
 namespace {
 
-constexpr std::int64_t kSecondsPerHour = 3600;
-constexpr std::int64_t kSecondsPerMinute = 60;
 /// Sums of that many hours do not overflow.
 constexpr std::int64_t kMaximumPart = 1'000'000'000'000;
 

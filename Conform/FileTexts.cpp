@@ -7,6 +7,11 @@
 #include "Conform/Hours.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerDay;
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
 
 namespace conform {
 namespace {
@@ -54,7 +59,7 @@ std::optional<std::int64_t> takeTimeOfDay(std::string_view& text) {
     second = *digits;
   }
   if (time[0] > 24 || time[1] > 59 || second > 59) return std::nullopt;
-  const std::int64_t seconds = time[0] * 3600 + time[1] * 60 + second;
+  const std::int64_t seconds = time[0] * kSecondsPerHour + time[1] * kSecondsPerMinute + second;
   return seconds > kSecondsPerDay ? std::nullopt : std::optional(seconds);
 }
 
@@ -63,7 +68,7 @@ std::optional<std::int64_t> secondsOfUnit(char unit, bool isTime) {
     case 'D':
       return kSecondsPerDay;
     case 'H':
-      return 3600;
+      return kSecondsPerHour;
     case 'M':
       return isTime ? std::optional<std::int64_t>(60) : std::nullopt;
     case 'S':

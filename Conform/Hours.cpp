@@ -6,6 +6,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerDay;
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
+
 namespace conform {
 
 Hours::Hours(std::int64_t from, std::int64_t to) {
@@ -82,7 +88,8 @@ Hours Hours::inAtMost(std::size_t count) const {
 
 std::string timeOfDayText(std::int64_t second) {
   const std::int64_t inDay = second % kSecondsPerDay;
-  return fmt::format(FMT_COMPILE("{:02}:{:02}:{:02}"), inDay / 3600, inDay / 60 % 60, inDay % 60);
+  return fmt::format(FMT_COMPILE("{:02}:{:02}:{:02}"), inDay / kSecondsPerHour,
+                     inDay % kSecondsPerHour / kSecondsPerMinute, inDay % kSecondsPerMinute);
 }
 
 }  // namespace conform

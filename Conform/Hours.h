@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-namespace conform {
+#include "Platform/Time/Instant.h"
 
-inline constexpr std::int64_t kSecondsPerDay = 86400;
+namespace conform {
 
 /// A stretch of a day in seconds from midnight, the end not included.
 struct Span {
@@ -26,7 +26,7 @@ class Hours {
   /// The spans together. They may overlap, but must lie within the day.
   explicit Hours(std::vector<Span> spans);
   /// From midnight to midnight.
-  static Hours wholeDay() { return {0, kSecondsPerDay}; }
+  static Hours wholeDay() { return {0, platform::kSecondsPerDay}; }
 
   [[nodiscard]] const std::vector<Span>& spans() const { return spans_; }
   [[nodiscard]] bool empty() const { return spans_.empty(); }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "KVMSPCommon/MSPCExtensions.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 
 namespace conform {
 namespace {
@@ -29,10 +30,7 @@ xml::Node Plan::referred(std::string_view kind, xml::Node reference) const {
   return id ? singleObjectForXQuery(scenario_, xml::Query::child(kind, "id", *id)) : xml::Node();
 }
 
-bool Plan::isWritten(const PlanResource& resource) {
-  const std::string type = typeOf(resource.node);
-  return type == "Staff" || type == "Equipment" || type == "Material";
-}
+bool Plan::isWritten(const PlanResource& resource) { return mspdiResourceType(typeOf(resource.node)).has_value(); }
 
 void Plan::walkResources() {
   std::vector<PlanResource> stack;
@@ -43,7 +41,7 @@ void Plan::walkResources() {
     stack.pop_back();
     const std::size_t index = resources_.size();
     resources_.push_back(resource);
-    if (typeOf(resource.node) != "Group") continue;
+    if (typeOf(resource.node) != kGroupResource) continue;
     pushMembers(stack, objectsForXQuery(resource.node, "child-resource"), [&](auto& to, xml::Node reference) {
       if (const xml::Node member = referred("resource", reference)) to.push_back({member, index});
     });

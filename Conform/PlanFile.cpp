@@ -9,14 +9,17 @@
 #include "Conform/FileFields.h"
 #include "Conform/FileTexts.h"
 #include "Conform/WallClock.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerDay;
+using platform::kSecondsPerHour;
 
 namespace conform {
 namespace {
 
 /// Of a working day of which a file says no hours.
-constexpr std::int64_t kHour = 3600;
-constexpr Span kMorning{8 * kHour, 12 * kHour};
-constexpr Span kAfternoon{13 * kHour, 17 * kHour};
+constexpr Span kMorning{8 * kSecondsPerHour, 12 * kSecondsPerHour};
+constexpr Span kAfternoon{13 * kSecondsPerHour, 17 * kSecondsPerHour};
 
 std::string copyOf(pugi::xml_node parent, const char* name) { return std::string(textOf(parent, name)); }
 bool isTrue(pugi::xml_node parent, const char* name) {

@@ -8,6 +8,9 @@
 #include "Conform/WallClock.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerHour;
 
 namespace conform {
 namespace {
@@ -37,8 +40,8 @@ std::string shortened(std::string text) {
 
 /// The week of a plan that says nothing of it.
 std::array<Hours, 8> standardWeek() {
-  constexpr std::int64_t kHour = 3600;
-  const Hours workday(std::vector<Span>{{8 * kHour, 12 * kHour}, {13 * kHour, 17 * kHour}});
+  const Hours workday(
+      std::vector<Span>{{8 * kSecondsPerHour, 12 * kSecondsPerHour}, {13 * kSecondsPerHour, 17 * kSecondsPerHour}});
   std::array<Hours, 8> week;
   for (int day = kMonday; day <= kFriday; ++day) week[static_cast<std::size_t>(day)] = workday;
   return week;

@@ -103,7 +103,8 @@ void PlanZone::gather(std::string_view text) {
   const bool isUTC = (*flags & kMSPCTimeZoneUTC) != 0;
   if (!isUTC) {
     const std::int64_t sign = text[kSignAt] == '-' ? -1 : 1;
-    offset = sign * (std::abs(record.timeZoneHour()) * 3600 + std::abs(record.timeZoneMinute()) * 60);
+    offset = sign * (std::abs(record.timeZoneHour()) * platform::kSecondsPerHour +
+                     std::abs(record.timeZoneMinute()) * platform::kSecondsPerMinute);
   }
   dates_.push_back({seconds - offset, offset, isUTC, 1});
   ++count_;

@@ -11,12 +11,14 @@
 #include "Conform/Elements.h"
 #include "Conform/PlanHours.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerMinute;
 
 namespace conform {
 namespace {
 
 constexpr std::size_t kTopResource = 0;
-constexpr std::int64_t kSecondsPerMinute = 60;
 
 using Week = std::array<Hours, kDaysPerWeek>;
 

@@ -8,6 +8,9 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerDay;
 
 namespace conform {
 namespace {

@@ -6,11 +6,13 @@
 #include "Conform/Hours.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/Time/TimeZone.h"
 
 namespace conform {
 
 using platform::GregorianCalendar;
+using platform::kSecondsPerDay;
 
 std::optional<std::int64_t> wallClock(std::string_view kvdx) {
   if (kvdx.empty()) return std::nullopt;

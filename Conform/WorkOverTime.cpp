@@ -21,7 +21,10 @@
 #include "Conform/WallClock.h"
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/XML/XMLText.h"
+
+using platform::kSecondsPerDay;
 
 namespace conform {
 namespace {

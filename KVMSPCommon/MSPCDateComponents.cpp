@@ -5,16 +5,16 @@
 #include "Platform/Text/Texts.h"
 #include "Platform/Time/Clock.h"
 #include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/Time/TimeZone.h"
 
 using platform::GregorianCalendar;
 using platform::Instant;
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
 using platform::TimeZone;
 
 namespace {
-
-constexpr std::int64_t kSecondsPerHour = 3600;
-constexpr std::int64_t kSecondsPerMinute = 60;
 
 std::int64_t hoursOf(std::int64_t offset) { return offset / kSecondsPerHour; }
 std::int64_t minutesOf(std::int64_t offset) { return offset / kSecondsPerMinute % 60; }

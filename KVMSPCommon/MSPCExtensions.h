@@ -63,6 +63,9 @@ bool boolFromString(std::string_view text, XQueryError* error = nullptr);
 const xml::OutputAttribute* setAttributeWithName(xml::OutputNode element, std::string_view name,
                                                  std::optional<std::string_view> value = std::nullopt);
 
+/// How MSPDI writes a truth value.
+constexpr std::string_view mspdiFlag(bool value) { return value ? "1" : "0"; }
+
 /// A new element that belongs to the context's output document and is not yet part of it.
 xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper,
                              std::optional<std::string_view> value = std::nullopt);

@@ -24,9 +24,9 @@ void addExceptions(std::string& to, const conform::FileCalendar& calendar) {
   const std::size_t count = calendar.exceptions.size();
   add(to, "<details><summary>{} {}</summary><ul>", count, count == 1 ? "exception" : "exceptions");
   for (const conform::FileException& exception : calendar.exceptions) {
-    add(to, "<li>{}", dateText(exception.firstDay * conform::kSecondsPerDay));
+    add(to, "<li>{}", dateText(exception.firstDay * platform::kSecondsPerDay));
     if (exception.lastDay != exception.firstDay)
-      add(to, " to {}", dateText(exception.lastDay * conform::kSecondsPerDay));
+      add(to, " to {}", dateText(exception.lastDay * platform::kSecondsPerDay));
     if (!exception.name.empty()) add(to, " {}", escaped(exception.name));
     add(to, ": {}</li>", timesText(exception.hours));
   }

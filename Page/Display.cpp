@@ -8,6 +8,10 @@
 
 #include "Platform/Text/Texts.h"
 #include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/Instant.h"
+
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
 
 namespace page {
 namespace {
@@ -34,7 +38,9 @@ std::string lagText(const conform::FileLink& link, std::int64_t minutesPerDay) {
   return fmt::format("{}{} min", sign, shortNumber(minutes));
 }
 
-std::string timeText(std::int64_t seconds) { return fmt::format("{:02}:{:02}", seconds / 3600, seconds / 60 % 60); }
+std::string timeText(std::int64_t seconds) {
+  return fmt::format("{:02}:{:02}", seconds / kSecondsPerHour, seconds % kSecondsPerHour / kSecondsPerMinute);
+}
 
 std::optional<double> decimal(const std::string& text) {
   const auto number = platform::scanDouble(text);
@@ -88,7 +94,7 @@ std::string daysText(std::optional<std::int64_t> seconds, std::int64_t minutesPe
 }
 
 std::string hoursText(std::optional<std::int64_t> seconds) {
-  return seconds ? shortNumber(static_cast<double>(*seconds) / 3600) + " h" : "";
+  return seconds ? shortNumber(static_cast<double>(*seconds) / kSecondsPerHour) + " h" : "";
 }
 
 std::string linkText(const conform::FileLink& link, std::int64_t minutesPerDay) {

@@ -13,7 +13,7 @@
 namespace page {
 namespace {
 
-using conform::kSecondsPerDay;
+using platform::kSecondsPerDay;
 
 constexpr double kThinnest = 2;  ///< of a bar, so that it is seen
 constexpr double kUnitsPerTextSize = 16;

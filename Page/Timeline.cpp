@@ -16,8 +16,8 @@ namespace {
 
 using conform::CivilSeconds;
 using conform::dayOf;
-using conform::kSecondsPerDay;
 using platform::GregorianCalendar;
+using platform::kSecondsPerDay;
 
 constexpr double kWidest = 1500;  ///< of a chart, in the chart's units
 constexpr double kWidestDay = 36;

@@ -15,8 +15,8 @@ namespace page {
 namespace {
 
 using conform::firstDayOfYear;
-using conform::kSecondsPerDay;
 using platform::GregorianCalendar;
+using platform::kSecondsPerDay;
 
 constexpr int kDayWidth = 4;
 constexpr int kLabels = 12;  ///< height of the months' names

@@ -14,7 +14,7 @@ using platform::require;
 namespace {
 
 constexpr std::string_view kPlaceholderResourceUID = "-65535";
-constexpr double kSecondsPerMaterialUnit = 3600;
+constexpr double kSecondsPerMaterialUnit = platform::kSecondsPerHour;
 
 std::string resourceIdOf(xml::Node kvdxAssignment) {
   auto id = kvdxAssignment.attributeText("idref");
@@ -23,7 +23,7 @@ std::string resourceIdOf(xml::Node kvdxAssignment) {
 }
 
 void appendProgress(xml::OutputNode assignment, const MSPEScheduledTaskInfo& info) {
-  addChildElementWithName(assignment, "Milestone", info.taskType() == MSPEScheduledTaskInfo::kMilestone ? "1" : "0");
+  addChildElementWithName(assignment, "Milestone", mspdiFlag(info.taskType() == MSPEScheduledTaskInfo::kMilestone));
   const std::int32_t percent = info.percentComplete();
   if (percent > 0) addChildElementWithName(assignment, "PercentWorkComplete", std::to_string(percent));
 }
@@ -51,10 +51,7 @@ MSPEAssignmentMapper::MSPEAssignmentMapper(MSPEMapper& mapper, xml::Node kvdxTas
     const std::string resourceId = resourceIdOf(assignment);
     const auto& type = mapper.projectMapper()->resourceType(assignedResource(resourceId));
     require(type.has_value(), "No type specified for assigned resourse (id='{}').", resourceId);
-    if (*type == "Staff") staffUnits_ += units;
-    if (*type == "Equipment") equipmentUnits_ += units;
-    if (*type == "Material") materialUnits_ += units;
-    if (*type == "Group") groupUnits_ += units;
+    if (const auto place = placeOfResourceType(*type)) unitsOfType_[*place] += units;
   }
   taskInfo_ = &mapper.projectMapper()->scheduledTask(*taskId);
   taskUID_ = mapper.idMapper()->taskUIDFromKvdxId(*taskId);
@@ -69,11 +66,9 @@ xml::Node MSPEAssignmentMapper::assignedResource(const std::string& resourceId) 
 
 double MSPEAssignmentMapper::workOfAssignment(const std::optional<std::string>& resourceType, double units,
                                               double effort) const {
-  if (resourceType == "Material") return units * kSecondsPerMaterialUnit;
-  if (resourceType == "Staff") return shareOf(effort, units, staffUnits_);
-  if (resourceType == "Equipment") return shareOf(effort, units, equipmentUnits_);
-  if (resourceType == "Group") return shareOf(effort, units, groupUnits_);
-  return effort;
+  if (resourceType == kMaterialResource) return units * kSecondsPerMaterialUnit;
+  const auto place = placeOfResourceType(resourceType.value_or(""));
+  return place ? shareOf(effort, units, unitsOfType_[*place]) : effort;
 }
 
 xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvdxAssignment) {
@@ -97,23 +92,15 @@ xml::Element MSPEAssignmentMapper::newAssignmentFromKVDXAssignment(xml::Node kvd
   addChildElementWithName(assignment, "Start", MSPIUtilities::mppToMspdiDateTime(info.startDate()));
   addChildElementWithName(assignment, "Finish", MSPIUtilities::mppToMspdiDateTime(info.endDate()));
 
-  for (std::size_t n = 0; n < mapper().kvdxBaselines().size(); ++n) {
-    const MSPEAssignmentBaselineMapper baselineMapper(static_cast<std::int64_t>(n), mapper());
-    if (auto baseline = baselineMapper.newBaselineFromKvdxAssignment(kvdxAssignment)) {
-      assignment.append(std::move(*baseline));
-    }
-  }
-  if (resourceType == "Material") {
+  appendEachBaseline(assignment, mapper(), [&](std::int64_t n) {
+    return MSPEAssignmentBaselineMapper(n, mapper()).newBaselineFromKvdxAssignment(kvdxAssignment);
+  });
+  if (resourceType == kMaterialResource) {
     const auto start = MSPIUtilities::mppToKvdxDateTime(info.startDate());
     const auto finish = MSPIUtilities::mppToKvdxDateTime(info.endDate());
     auto timephased = MSPETimephasedDataMapper(mapper()).newTimephasedDataFromAssignment(
         kvdxAssignment, resource, orEmpty(start), orEmpty(finish), work);
-    if (timephased) {
-      for (xml::Element& data : *timephased) {
-        insertChildElementWithName(data, "UID", std::to_string(UID_), 0);
-        assignment.append(std::move(data));
-      }
-    }
+    if (timephased) MSPETimephasedDataMapper::appendToAssignment(assignment, UID_, std::move(*timephased));
   }
   return element;
 }

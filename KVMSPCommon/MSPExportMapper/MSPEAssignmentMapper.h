@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEScheduledTaskInfo.h"
 
 /// Writes the `Assignment` elements of one task. The task's effort is shared among its assignments of one resource type
@@ -37,9 +39,6 @@ class MSPEAssignmentMapper final : public MSPEObjectMapperBase {
 
   const MSPEScheduledTaskInfo* taskInfo_ = nullptr;
   std::string taskUID_;
-  double staffUnits_ = 0;
-  double equipmentUnits_ = 0;
-  double materialUnits_ = 0;
-  double groupUnits_ = 0;
+  std::array<double, kResourceTypes.size()> unitsOfType_{};
   std::int64_t UID_ = 0;
 };

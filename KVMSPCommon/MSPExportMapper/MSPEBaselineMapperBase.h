@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
@@ -25,6 +26,16 @@ class MSPEBaselineMapperBase : public MSPEObjectMapperBase {
   std::int64_t baselineNumber_;
   const std::vector<MSPEBaseline>& kvdxBaselines_;
 };
+
+/// Appends the `Baseline` that newBaseline(n) makes of each of the context's baselines, n being its number; none is
+/// made when the baseline lacks the object.
+template <typename NewBaseline>
+void appendEachBaseline(xml::OutputNode to, const MSPEMapper& mapper, NewBaseline newBaseline) {
+  const auto count = static_cast<std::int64_t>(mapper.kvdxBaselines().size());
+  for (std::int64_t n = 0; n < count; ++n) {
+    if (std::optional<xml::Element> baseline = newBaseline(n)) to.append(std::move(*baseline));
+  }
+}
 
 /// Number, Start and Finish (from start-date and end-date), Duration, Work (from effort), FixedCost (static-cost in
 /// hundredths), each but the first only when the baseline's task has the source of it.

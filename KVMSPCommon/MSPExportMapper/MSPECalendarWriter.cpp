@@ -22,8 +22,6 @@ constexpr std::string_view kExceptionDayType = "0";
 /// Far above any real exception; a work week lists every one of its days.
 constexpr std::int64_t kMaximumWorkWeekDays = 100'000;
 
-std::string_view flag(bool value) { return value ? "1" : "0"; }
-
 Period requiredPeriod(const MSPECalendarExceptions& set, std::int64_t index) {
   const auto period = set.exception(index);
   require(period.has_value(), "Failed to get time period from MPP Calendar Exception Info.");
@@ -55,7 +53,7 @@ void addWorkingTimes(xml::OutputNode parent, const MSPECalendarExceptions& set, 
 void addExceptionWeekDay(xml::OutputNode weekDays, const MSPECalendarExceptions& set, std::int64_t index) {
   const xml::OutputNode element = addChildElementWithName(weekDays, "WeekDay");
   addChildElementWithName(element, "DayType", kExceptionDayType);
-  addChildElementWithName(element, "DayWorking", flag(set.overtime()));
+  addChildElementWithName(element, "DayWorking", mspdiFlag(set.overtime()));
   addTimePeriod(element, requiredPeriod(set, index));
   if (set.overtime()) addWorkingTimes(element, set, index);
 }
@@ -70,7 +68,7 @@ void addException(xml::OutputNode exceptions, const MSPECalendarExceptions& set,
   addChildElementWithName(element, "Name",
                           stringByReplacingOccurrencesOfNewline(set.calendarName().value_or("Overtime")));
   addChildElementWithName(element, "Type", "1");
-  addChildElementWithName(element, "DayWorking", flag(set.overtime()));
+  addChildElementWithName(element, "DayWorking", mspdiFlag(set.overtime()));
   if (set.overtime()) addWorkingTimes(element, set, index);
 }
 
@@ -81,7 +79,7 @@ void MSPECalendarMapper::mapScheduleInfo(const MSPEScheduleInfo& info) {
   require(static_cast<bool>(calendar), "Schedule info has no associated calendar object.");
   addChildElementWithName(calendar, "UID", std::to_string(info.calendarUID()));
   addChildElementWithName(calendar, "Name", stringByReplacingOccurrencesOfNewline(info.calendarName()));
-  addChildElementWithName(calendar, "IsBaseCalendar", flag(info.isBaseCalendar()));
+  addChildElementWithName(calendar, "IsBaseCalendar", mspdiFlag(info.isBaseCalendar()));
   if (info.isBaseCalendar()) {
     addChildElementWithName(calendar, "BaseCalendarUID", "-1");
   } else {
@@ -117,7 +115,7 @@ void MSPECalendarMapper::mapWeekDays(const MSPEScheduleInfo& info, xml::OutputNo
     if (!times) continue;
     const xml::OutputNode weekDay = addChildElementWithName(weekDays, "WeekDay");
     addChildElementWithName(weekDay, "DayType", std::to_string(day));
-    addChildElementWithName(weekDay, "DayWorking", flag(!times->empty()));
+    addChildElementWithName(weekDay, "DayWorking", mspdiFlag(!times->empty()));
     if (times->empty()) continue;
     const xml::OutputNode workingTimes = addChildElementWithName(weekDay, "WorkingTimes");
     for (const MSPEWorkingTime& time : *times) addWorkingTime(workingTimes, time);

@@ -9,6 +9,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECurrencyFormatMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEResourceMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETaskMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataMapper.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
@@ -33,15 +34,14 @@ xml::Node objectWithId(xml::Node scenario, std::string_view kind, const std::opt
   return singleObjectForXQuery(scenario, xml::Query::child(kind, "id", *id));
 }
 
-/// Gives the assignment a copy of each element, with the assignment's UID in front.
+/// Gives the assignment a copy of the task's timephased data, if any.
 void appendTimephasedData(xml::OutputNode assignment, std::int64_t assignmentUID,
                           const std::optional<std::vector<xml::Element>>& timephasedDataArray) {
   if (!timephasedDataArray) return;
-  for (const xml::Element& data : *timephasedDataArray) {
-    xml::Element copy = data.node().copy();
-    insertChildElementWithName(copy, "UID", std::to_string(assignmentUID), 0);
-    assignment.append(std::move(copy));
-  }
+  std::vector<xml::Element> copies;
+  copies.reserve(timephasedDataArray->size());
+  for (const xml::Element& data : *timephasedDataArray) copies.push_back(data.node().copy());
+  MSPETimephasedDataMapper::appendToAssignment(assignment, assignmentUID, std::move(copies));
 }
 
 /// A node of a tree, and the group that refers to it; empty for the top.
@@ -134,7 +134,7 @@ void MSPEProjectMapper::appendHeader(xml::Section& project, const std::optional<
   if (const auto title = stringValueForXQuery(mapper().kvdxTOCXmlDoc()->root(), "project/title")) {
     addChildElementWithName(project, "Title", *title);
   }
-  addChildElementWithName(project, "ScheduleFromStart", scheduleFromStart_ ? "1" : "0");
+  addChildElementWithName(project, "ScheduleFromStart", mspdiFlag(scheduleFromStart_));
   mapper().setIdMapper(MSPEIdMapper(topResourceId, topTaskId));
   appendDates(project);
   appendCurrency(project);
@@ -217,7 +217,7 @@ std::optional<MSPEProjectMapper::GroupBequest> MSPEProjectMapper::mapResource(xm
     if (inherited.groupName) addChildElementWithName(*resource, "Group", *inherited.groupName);
     toResources.append(std::move(*resource));
   }
-  if (stringValueForXQuery(kvdxResource, "type", error) != "Group") return std::nullopt;
+  if (stringValueForXQuery(kvdxResource, "type", error) != kGroupResource) return std::nullopt;
   return GroupBequest{groupNameBelow(kvdxResource, static_cast<bool>(parentResource), inherited.groupName),
                       baseCalendarUID};
 }

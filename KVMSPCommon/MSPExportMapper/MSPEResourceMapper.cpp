@@ -2,14 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
-
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPENoteMapper.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEUserDataMapper.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/System/Log.h"
@@ -21,22 +19,8 @@ using platform::require;
 
 namespace {
 
-struct ResourceTypeRow {
-  std::string_view kvdxType;
-  std::string_view type;
-};
-constexpr std::array<ResourceTypeRow, 3> kResourceTypes = {{{"Staff", "1"}, {"Equipment", "1"}, {"Material", "0"}}};
-
 constexpr std::string_view kWorkType = "1";
 constexpr std::string_view kPerHour = "2";
-
-/// MSPDI's resource type; none for resources that are not written.
-std::optional<std::string_view> mspdiType(const std::optional<std::string>& kvdxType) {
-  for (const ResourceTypeRow& row : kResourceTypes) {
-    if (kvdxType && *kvdxType == row.kvdxType) return row.type;
-  }
-  return std::nullopt;
-}
 
 }  // namespace
 
@@ -63,7 +47,7 @@ std::optional<xml::Element> MSPEResourceMapper::newResourceFromKVDXResource(xml:
   resourceCalendarUID_ = mapper().calendarMapper().mapCalendarForResource(kvdxResource, parentResource);
   resourceCalendar_ = mapper().calendarMapper().calendar();
 
-  const auto type = mspdiType(stringValueForXQuery(kvdxResource, "type"));
+  const auto type = mspdiResourceType(stringValueForXQuery(kvdxResource, "type").value_or(""));
   if (!type) {
     appendBaselines({}, kvdxResource);
     return std::nullopt;
@@ -121,12 +105,11 @@ void MSPEResourceMapper::appendCosts(xml::OutputNode resource, xml::Node kvdxRes
 }
 
 void MSPEResourceMapper::appendBaselines(xml::OutputNode resource, xml::Node kvdxResource) const {
-  const auto count = static_cast<std::int64_t>(mapper().kvdxBaselines().size());
+  const std::size_t count = mapper().kvdxBaselines().size();
   if (count == 0) return;
   log("  Mapping {} baselines for Resource ...", count);
   if (!resource) return;
-  for (std::int64_t n = 0; n < count; ++n) {
-    auto baseline = MSPEResourceBaselineMapper(n, mapper()).newBaselineFromKvdxResource(kvdxResource);
-    if (baseline) resource.append(std::move(*baseline));
-  }
+  appendEachBaseline(resource, mapper(), [&](std::int64_t n) {
+    return MSPEResourceBaselineMapper(n, mapper()).newBaselineFromKvdxResource(kvdxResource);
+  });
 }

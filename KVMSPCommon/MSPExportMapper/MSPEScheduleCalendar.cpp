@@ -10,10 +10,13 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/Time/TimeZone.h"
 
 using platform::Instant;
 using platform::kSecondsPerDay;
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
 using platform::require;
 using platform::TimeZone;
 
@@ -36,7 +39,10 @@ std::optional<std::int64_t> spanTime(xml::Node span, const char* name) {
 }
 
 MSPETimePeriod periodBetween(std::int64_t start, std::int64_t end) {
-  return {start / 3600, start % 3600 / 60, start % 60, end / 3600, end % 3600 / 60, end % 60};
+  const auto hours = [](std::int64_t time) { return time / kSecondsPerHour; };
+  const auto minutes = [](std::int64_t time) { return time % kSecondsPerHour / kSecondsPerMinute; };
+  const auto seconds = [](std::int64_t time) { return time % kSecondsPerMinute; };
+  return {hours(start), minutes(start), seconds(start), hours(end), minutes(end), seconds(end)};
 }
 
 }  // namespace

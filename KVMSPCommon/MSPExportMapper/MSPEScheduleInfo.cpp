@@ -7,7 +7,9 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "Platform/Base/Budget.h"
 #include "Platform/System/Exceptions.h"
+#include "Platform/Time/Instant.h"
 
+using platform::kSecondsPerHour;
 using platform::require;
 
 namespace {
@@ -15,7 +17,8 @@ namespace {
 /// The default week's working times of a day.
 MSPEScheduleInfo::WorkingTimes defaultWorkingTimes(std::int32_t dayType) {
   if (dayType == kSunday || dayType == kSaturday) return {};
-  return {MSPEWorkingTime(8 * 3600, 12 * 3600), MSPEWorkingTime(13 * 3600, 17 * 3600)};
+  return {MSPEWorkingTime(8 * kSecondsPerHour, 12 * kSecondsPerHour),
+          MSPEWorkingTime(13 * kSecondsPerHour, 17 * kSecondsPerHour)};
 }
 
 std::string joined(const MSPEScheduleInfo::Exceptions& exceptions) {

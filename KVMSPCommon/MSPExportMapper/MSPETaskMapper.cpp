@@ -60,8 +60,6 @@ constexpr std::int64_t kMiddlePriority = 500;
 constexpr double kSecondsPerTenthOfMinute = 6;
 constexpr std::string_view kPercentLagFormat = "19";
 
-std::string_view flag(bool value) { return value ? "1" : "0"; }
-
 }  // namespace
 
 xml::Element MSPETaskMapper::newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node parentTask) {
@@ -82,7 +80,7 @@ xml::Element MSPETaskMapper::newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node p
   appendSchedule(task, kvdxTask);  // Type to ConstraintDate
   XQueryError error;
   const bool splittable = boolValueForXQuery(kvdxTask, "splittable", &error);
-  addChildElementWithName(task, "LevelingCanSplit", flag(splittable || error));
+  addChildElementWithName(task, "LevelingCanSplit", mspdiFlag(splittable || error));
   addChildElementWithName(task, "IgnoreResourceCalendar", "1");
   MSPENoteMapper(mapper()).appendNotes(task, kvdxTask);
   appendPredecessorLinks(task);
@@ -130,13 +128,13 @@ void MSPETaskMapper::appendSchedule(xml::OutputNode task, xml::Node kvdxTask) {
   if (finish) addChildElementWithName(task, "Finish", *finish);
   addChildElementWithName(task, "Duration", MSPIUtilities::mppToMspdiDuration(info.duration()));
   addChildElementWithName(task, "Work", MSPIUtilities::mppToMspdiDuration(info.effort()));
-  addChildElementWithName(task, "EffortDriven", flag(effortDriven));
+  addChildElementWithName(task, "EffortDriven", mspdiFlag(effortDriven));
   XQueryError error;
   const double cost = floatValueForXQuery(kvdxTask, "static-cost", &error);
   if (!error) addChildElementWithName(task, "FixedCost", platform::fixedPoint(cost * 100, 2));
   addChildElementWithName(task, "Estimated", "0");
-  addChildElementWithName(task, "Milestone", flag(info.taskType() == MSPEScheduledTaskInfo::kMilestone));
-  addChildElementWithName(task, "Summary", flag(info.taskType() == MSPEScheduledTaskInfo::kGroup));
+  addChildElementWithName(task, "Milestone", mspdiFlag(info.taskType() == MSPEScheduledTaskInfo::kMilestone));
+  addChildElementWithName(task, "Summary", mspdiFlag(info.taskType() == MSPEScheduledTaskInfo::kGroup));
   appendCompletion(task);         // PercentComplete, PercentWorkComplete
   appendConstraint(task, start);  // ConstraintType, ConstraintDate
 }
@@ -220,12 +218,10 @@ void MSPETaskMapper::appendPredecessorLinks(xml::OutputNode task) const {
 }
 
 void MSPETaskMapper::appendBaselines(xml::OutputNode task, xml::Node kvdxTask) const {
-  const auto count = static_cast<std::int64_t>(mapper().kvdxBaselines().size());
+  const std::size_t count = mapper().kvdxBaselines().size();
   if (count == 0) return;
   log("  Mapping {} baselines for Task ...", count);
-  for (std::int64_t n = 0; n < count; ++n) {
-    if (auto baseline = MSPETaskBaselineMapper(n, mapper()).newBaselineFromKvdxTask(kvdxTask)) {
-      task.append(std::move(*baseline));
-    }
-  }
+  appendEachBaseline(task, mapper(), [&](std::int64_t n) {
+    return MSPETaskBaselineMapper(n, mapper()).newBaselineFromKvdxTask(kvdxTask);
+  });
 }

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEProjectMapper.h"
+#include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
 #include "KVMSPCommon/MSPExportMapper/MSPETimephasedDataInfo.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
@@ -41,7 +43,7 @@ std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephased
 std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephasedDataFromAssignment(
     xml::Node /*kvdxAssignment*/, xml::Node resource, std::string_view start, std::string_view finish,
     double consumption) const {
-  if (mapper().projectMapper()->resourceType(resource) != "Material") return std::nullopt;
+  if (mapper().projectMapper()->resourceType(resource) != kMaterialResource) return std::nullopt;
   std::vector<xml::Element> data;
   std::vector<bool> workingDays;
   MSPETimephasedDataInfo(start, finish, kNoValue, mapper()).addTimephasedDataToArray(data, &workingDays);
@@ -56,4 +58,12 @@ std::optional<std::vector<xml::Element>> MSPETimephasedDataMapper::newTimephased
     addChildElementWithName(data[i], "Value", workingDays[i] ? value : std::string());
   }
   return data;
+}
+
+void MSPETimephasedDataMapper::appendToAssignment(xml::OutputNode assignment, std::int64_t assignmentUID,
+                                                  std::vector<xml::Element> data) {
+  for (xml::Element& day : data) {
+    insertChildElementWithName(day, "UID", std::to_string(assignmentUID), 0);
+    assignment.append(std::move(day));
+  }
 }

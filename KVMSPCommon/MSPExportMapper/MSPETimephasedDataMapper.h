@@ -7,8 +7,8 @@
 
 #include "KVMSPCommon/MSPExportMapper/MSPEMapper.h"
 
-/// Makes the `TimephasedData` elements of split tasks and of material assignments. Whoever appends them puts the
-/// assignment's UID in front of their children.
+/// Makes the `TimephasedData` elements of split tasks and of material assignments;
+/// appendToAssignment() completes them.
 class MSPETimephasedDataMapper final : public MSPEObjectMapperBase {
  public:
   using MSPEObjectMapperBase::MSPEObjectMapperBase;
@@ -26,6 +26,10 @@ class MSPETimephasedDataMapper final : public MSPEObjectMapperBase {
                                                                                          std::string_view start,
                                                                                          std::string_view finish,
                                                                                          double consumption) const;
+
+  /// Appends the elements to the assignment, each with the assignment's UID in front of its children.
+  static void appendToAssignment(xml::OutputNode assignment, std::int64_t assignmentUID,
+                                 std::vector<xml::Element> data);
 
   /// The number of `child-task` elements of the split task mapped last.
   [[nodiscard]] std::int64_t splitCount() const { return splitCount_; }

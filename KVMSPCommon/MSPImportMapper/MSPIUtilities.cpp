@@ -15,11 +15,14 @@
 #include "Platform/System/URL.h"
 #include "Platform/Text/RegularExpression.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/Time/Instant.h"
 #include "Platform/Time/TimeZone.h"
 #include "Platform/XML/XMLTree.h"
 
 using platform::GregorianCalendar;
 using platform::Instant;
+using platform::kSecondsPerHour;
+using platform::kSecondsPerMinute;
 using platform::orEmpty;
 using platform::PosixRegularExpression;
 using platform::require;
@@ -30,9 +33,6 @@ using platform::TimeZone;
 namespace {
 
 constexpr const char* kMspdiDurationExpression = "PT([[:digit:]]*)H([[:digit:]]*)M([[:digit:]]*)S";
-
-constexpr std::int64_t kSecondsPerHour = 3600;
-constexpr std::int64_t kSecondsPerMinute = 60;
 
 /// Whether a clock reading is in the years 1000 to 9999. Its text reads back as what it was printed from, so that the
 /// text can be left out between two conversions.

@@ -76,13 +76,8 @@ void AtomicFile::append(std::string_view bytes) {
   }
 }
 
-void AtomicFile::write(std::string_view rest) {
-  while (failure_.empty() && !rest.empty()) {
-    const ssize_t written = ::write(file_.get(), rest.data(), rest.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail();
-    if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
-  }
+void AtomicFile::write(std::string_view bytes) {
+  if (failure_.empty() && !writeAll(file_.get(), bytes)) fail();
 }
 
 void AtomicFile::flush() {

@@ -33,7 +33,7 @@ class AtomicFile {
 
  private:
   bool openNamed();
-  void write(std::string_view rest);
+  void write(std::string_view bytes);
   void flush();
   bool sync();
   [[nodiscard]] bool isNameless() const { return temporary_.empty(); }

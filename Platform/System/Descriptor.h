@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -27,5 +28,9 @@ class Descriptor {
  private:
   int number_ = -1;
 };
+
+/// Writes all bytes to an open file.
+/// @return whether that succeeded; otherwise errno says why it did not.
+[[nodiscard]] bool writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace platform

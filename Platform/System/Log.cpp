@@ -3,8 +3,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <ctime>
 #include <iterator>
 #include <string>
@@ -12,6 +12,7 @@
 
 #include "Platform/Base/Budget.h"
 #include "Platform/System/Console.h"
+#include "Platform/Text/Texts.h"
 
 namespace platform {
 namespace {
@@ -35,46 +36,19 @@ const std::string &nameAndProcess() {
   return text;
 }
 
-void append(fmt::memory_buffer &record, std::string_view text) {
-  record.append(text.data(), text.data() + text.size());
-}
-
-constexpr char kLeadOfC1 = '\xC2';  // of U+0080 to U+00BF in UTF-8, the first half of which are control characters
-
 /// A carriage return lets a name write over the line that it stands in. Programs that read the log get it as it is.
 bool isCarriageReturnEscaped() {
   static const bool isTerminal = ::isatty(STDERR_FILENO) == 1;
   return isTerminal;
 }
 
-/// Whether a control character begins there, or may do so.
-bool mayBeginControl(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  if (c == '\r') return isCarriageReturnEscaped();
-  return (byte < ' ' && c != '\n' && c != '\t') || byte == 0x7F || c == kLeadOfC1;
-}
+constexpr std::uint32_t kFirstWideEscape = 0x100;  // U+0085 is "\x85"
 
-/// Appends the character that the text begins with, escaped when it is a control character.
-/// @return how many bytes that were.
-std::size_t appendFirst(fmt::memory_buffer &record, std::string_view text) {
-  const auto byte = [text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0; };
-  const bool isC1 = text.front() == kLeadOfC1 && byte(1) >= 0x80 && byte(1) < 0xA0;
-  if (text.front() == kLeadOfC1 && !isC1) {
-    record.push_back(kLeadOfC1);
-  } else {
-    fmt::format_to(std::back_inserter(record), "\\x{:02x}", byte(isC1 ? 1 : 0));
-  }
-  return isC1 ? 2 : 1;
-}
-
-/// A terminal would obey control characters in the names and texts of a bundle.
-void appendEscaped(fmt::memory_buffer &record, std::string_view text) {
-  while (!text.empty()) {
-    const auto plain = static_cast<std::size_t>(std::find_if(text.begin(), text.end(), mayBeginControl) - text.begin());
-    append(record, text.substr(0, plain));
-    text.remove_prefix(plain);
-    if (!text.empty()) text.remove_prefix(appendFirst(record, text));
-  }
+/// Whether a terminal would obey the character, which may come from the names and texts of a bundle.
+bool isControl(std::uint32_t character) {
+  if (character == '\n' || character == '\t') return false;
+  if (character == '\r') return isCarriageReturnEscaped();
+  return character < ' ' || (character >= 0x7F && character < 0xA0);
 }
 
 char digit(int number) { return static_cast<char>('0' + number); }
@@ -109,17 +83,16 @@ void logRecord(fmt::string_view format, fmt::format_args args) {
   const auto milliseconds = static_cast<int>(now.tv_usec / 1000);
   const std::array<char, 4> fraction = {'.', digit(milliseconds / 100), digit(milliseconds / 10 % 10),
                                         digit(milliseconds % 10)};
-  fmt::memory_buffer record;
-  append(record, localSecond(now.tv_sec));
-  append(record, {fraction.data(), fraction.size()});
-  appendEscaped(record, nameAndProcess());
+  std::string record = localSecond(now.tv_sec);
+  record.append(fraction.data(), fraction.size());
+  appendEscaped(record, nameAndProcess(), isControl, kFirstWideEscape);
   fmt::memory_buffer message;
   fmt::vformat_to(std::back_inserter(message), format, args);
-  appendEscaped(record, {message.data(), message.size()});
+  appendEscaped(record, {message.data(), message.size()}, isControl, kFirstWideEscape);
   record.push_back('\n');
   Budget::spend(kBudgetOfAByte * record.size());
 
-  writeToStandardError({record.data(), record.size()});
+  writeToStandardError(record);
 }
 
 }  // namespace platform

@@ -11,7 +11,8 @@
 #include <csignal>
 #include <cstdio>
 #include <limits>
-#include <string_view>
+
+#include "Platform/System/Descriptor.h"
 
 namespace platform {
 
@@ -50,15 +51,6 @@ void catchUp() {
   if (caughtSignal != 0) std::raise(caughtSignal);
 }
 
-void writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
 std::string readAll(int descriptor) {
   std::string text;
   std::array<char, 4096> block{};
@@ -74,7 +66,7 @@ std::string readAll(int descriptor) {
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // no child goes on when the parent is gone
   catchUp();
   const ChildResult result = work();
-  writeAll(answer, result.said);
+  static_cast<void>(writeAll(answer, result.said));  // a parent that does not read it is gone
   std::fflush(nullptr);
   ::_exit(result.status);
 }

@@ -16,6 +16,7 @@
 #include <memory>
 #include <utility>
 
+#include "Platform/System/Descriptor.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/Text/Texts.h"
 
@@ -76,17 +77,6 @@ class Allowance {
   std::size_t folders_ = 0;
 };
 
-std::optional<std::string> writeAll(int descriptor, const char* bytes, std::size_t size) {
-  while (size > 0) {
-    const ssize_t written = ::write(descriptor, bytes, size);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return std::strerror(errno);
-    bytes += written;
-    size -= static_cast<std::size_t>(written);
-  }
-  return std::nullopt;
-}
-
 /// Makes the folders of the way below a folder that exists. Two bytes of a name make one, so they are counted.
 std::optional<std::string> makeFolders(const std::string& below, std::string_view way, Allowance& allowance) {
   for (std::size_t end = 0; end < way.size(); ++end) {
@@ -103,17 +93,17 @@ std::optional<std::string> makeFolders(const std::string& below, std::string_vie
 
 std::optional<std::string> unpackFile(const Archive& archive, const std::string& path, Allowance& allowance) {
   // A name that stands in the archive twice is refused, as is one that a folder has.
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (descriptor < 0) return std::strerror(errno);
+  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!file.isOpen()) return std::strerror(errno);
   std::optional<std::string> problem;
   std::array<char, kBlockSize> block{};
   while (!problem) {
     const la_ssize_t size = archive_read_data(archive.get(), block.data(), block.size());
     if (size == 0) break;
     problem = size < 0 ? problemOf(archive) : allowance.takeBytes(static_cast<std::uint64_t>(size));
-    if (!problem) problem = writeAll(descriptor, block.data(), static_cast<std::size_t>(size));
+    if (problem) break;
+    if (!writeAll(file.get(), {block.data(), static_cast<std::size_t>(size)})) problem = std::strerror(errno);
   }
-  ::close(descriptor);
   return problem;
 }
 

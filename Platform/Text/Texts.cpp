@@ -68,20 +68,20 @@ bool isBelowOne(std::string_view digits) {
   return point - first + exponent <= 0;
 }
 
-/// Whether a terminal could take the character for a command: to move, to colour, to turn the direction of writing. The
-/// last two are no characters.
+/// Whether a terminal could take the character for a command: to move, to colour, to turn the direction of writing.
+/// U+FFFE, U+FFFF and bytes that are not UTF-8 are no characters, and count as well.
 bool isCommand(std::uint32_t character) {
   const auto isFrom = [character](std::uint32_t first, std::uint32_t last) {
     return character >= first && character <= last;
   };
   return isFrom(0, 0x1F) || isFrom(0x7F, 0x9F) || isFrom(0x2028, 0x202E) || isFrom(0x2066, 0x2069) ||
-         isFrom(0xFFFE, 0xFFFF);
+         isFrom(0xFFFE, 0xFFFF) || character == kNoCharacter;
 }
 
-std::string escaped(std::uint32_t character) {
+std::string escapeOf(std::uint32_t character, bool isWide) {
   if (character == '\n') return "\\n";
   if (character == '\t') return "\\t";
-  return character < 0x80 ? fmt::format("\\x{:02x}", character) : fmt::format("\\u{:04x}", character);
+  return isWide ? fmt::format("\\u{:04x}", character) : fmt::format("\\x{:02x}", character);
 }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -139,19 +139,34 @@ std::vector<std::string_view> splitAtNewlines(std::string_view text) {
   return pieces;
 }
 
+void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std::uint32_t character),
+                   std::uint32_t firstWide) {
+  std::size_t plain = 0;  // so many bytes in front are appended as they are
+  while (plain < text.size()) {
+    if (text[plain] >= ' ' && text[plain] <= '~') {
+      ++plain;
+      continue;
+    }
+    const std::string_view rest = text.substr(plain);
+    const std::size_t length = utf8CharacterLength(rest);
+    const std::uint32_t character = length == 0 ? kNoCharacter : characterCode(rest);
+    const std::size_t size = std::max<std::size_t>(length, 1);
+    if (!isEscaped(character)) {
+      plain += size;
+      continue;
+    }
+    to += text.substr(0, plain);
+    const auto byte = static_cast<unsigned char>(rest[0]);
+    to += length == 0 ? escapeOf(byte, false) : escapeOf(character, character >= firstWide);
+    text.remove_prefix(plain + size);
+    plain = 0;
+  }
+  to += text;
+}
+
 std::string printable(std::string_view text) {
   std::string result;
-  while (!text.empty()) {
-    const std::size_t length = utf8CharacterLength(text);
-    if (length == 0) {
-      result += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[0]));
-    } else if (isCommand(characterCode(text))) {
-      result += escaped(characterCode(text));
-    } else {
-      result += text.substr(0, length);
-    }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-  }
+  appendEscaped(result, text, isCommand);
   return result;
 }
 

@@ -23,6 +23,13 @@ namespace platform {
 /// is one piece. The pieces point into the text.
 [[nodiscard]] std::vector<std::string_view> splitAtNewlines(std::string_view text);
 
+/// The number that appendEscaped() uses for a byte that is not UTF-8.
+inline constexpr std::uint32_t kNoCharacter = 0xFFFFFFFF;
+/// Appends the text, with an escape such as "\n", "\x1b" or "\u202e" in place of each character for which
+/// isEscaped(number) is true. If isEscaped(kNoCharacter) is true, bytes that are not UTF-8 are escaped as well.
+/// @param firstWide the first character that is escaped as "\u0080" and not as "\x80".
+void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std::uint32_t character),
+                   std::uint32_t firstWide = 0x80);
 /// The text on one line that a terminal can be trusted with: control characters, line separators and what is not a
 /// character or UTF-8 as escapes such as "\n", "\x1b" and "\u202e".
 [[nodiscard]] std::string printable(std::string_view text);

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "Platform/Base/Wide.h"
+#include "Platform/Time/Instant.h"
 
 namespace platform {
 namespace {
 
-constexpr std::int64_t kDay = 86400;
 constexpr std::int64_t kDaysPerEra = 146097;              // 400 years
 constexpr std::int64_t kLimit = 400'000'000'000'000'000;  // twelve thousand million years in seconds
 
@@ -30,7 +30,8 @@ Integer secondsOf(const CivilTime &civil) {
   const Integer yearsOver = monthIndex / 12 - (monthIndex % 12 < 0 ? 1 : 0);
   const auto month = static_cast<std::int64_t>(monthIndex - yearsOver * 12) + 1;
   const Integer days = daysToMonth<Integer>(static_cast<Integer>(civil.year) + yearsOver, month) + civil.day - 1;
-  return days * kDay + static_cast<Integer>(civil.hour) * 3600 + static_cast<Integer>(civil.minute) * 60 + civil.second;
+  return days * kSecondsPerDay + static_cast<Integer>(civil.hour) * kSecondsPerHour +
+         static_cast<Integer>(civil.minute) * kSecondsPerMinute + civil.second;
 }
 
 /// Whether components are as small as real ones are, give or take some powers of ten.
@@ -51,9 +52,9 @@ std::int64_t GregorianCalendar::secondsFromCivil(const CivilTime &civil) {
 }
 
 CivilTime GregorianCalendar::civilFromSeconds(std::int64_t seconds) {
-  const std::int64_t clamped = std::clamp(seconds, -kLimit - kDay, kLimit + kDay);
-  const std::int64_t days = floorDiv(clamped, kDay);
-  const std::int64_t rest = clamped - days * kDay;
+  const std::int64_t clamped = std::clamp(seconds, -kLimit - kSecondsPerDay, kLimit + kSecondsPerDay);
+  const std::int64_t days = floorDiv(clamped, kSecondsPerDay);
+  const std::int64_t rest = clamped - days * kSecondsPerDay;
   const std::int64_t z = days + 719468;
   const std::int64_t era = floorDiv(z, kDaysPerEra);
   const std::int64_t dayOfEra = z - era * kDaysPerEra;
@@ -64,20 +65,20 @@ CivilTime GregorianCalendar::civilFromSeconds(std::int64_t seconds) {
   civil.day = dayOfYear - (153 * monthFromMarch + 2) / 5 + 1;
   civil.month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
   civil.year = yearOfEra + era * 400 + (civil.month <= 2 ? 1 : 0);
-  civil.hour = rest / 3600;
+  civil.hour = rest / kSecondsPerHour;
   civil.minute = rest / 60 % 60;
   civil.second = rest % 60;
   return civil;
 }
 
 int GregorianCalendar::weekday(std::int64_t civilSeconds) {
-  const std::int64_t days = floorDiv(civilSeconds, kDay);
+  const std::int64_t days = floorDiv(civilSeconds, kSecondsPerDay);
   const std::int64_t sinceSunday = days + 4;  // 1970-01-01 was a Thursday
   return static_cast<int>(sinceSunday - floorDiv(sinceSunday, 7) * 7) + 1;
 }
 
 std::int64_t GregorianCalendar::secondOfDay(std::int64_t civilSeconds) {
-  return civilSeconds - floorDiv(civilSeconds, kDay) * kDay;
+  return civilSeconds - floorDiv(civilSeconds, kSecondsPerDay) * kSecondsPerDay;
 }
 
 }  // namespace platform

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <compare>
+#include <cstdint>
 
 namespace platform {
 
-inline constexpr double kSecondsPerDay = 86400.0;
+inline constexpr std::int64_t kSecondsPerMinute = 60;
+inline constexpr std::int64_t kSecondsPerHour = 3600;
+inline constexpr std::int64_t kSecondsPerDay = 86400;
 
 /// A point in time: seconds since 1970-01-01T00:00:00Z, leap seconds not counted. Never a wall clock: only
 /// TimeZone and GregorianCalendar lead from one to the other.

@@ -17,12 +17,11 @@
 namespace platform {
 namespace {
 
-constexpr std::int64_t kDay = 86400;
-constexpr std::int64_t kBlock = 64 * kDay;
-constexpr std::int64_t kSecondsPerEra = 146097 * kDay;     // 400 Gregorian years: weekdays and rules repeat
-constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;  // 1800: before every zone's first clock change
-constexpr std::int64_t kLastRuleSecond = 16'725'225'600;   // 2500: every zone follows its last rule by then
-constexpr std::uint64_t kLargestZoneFile = 1 << 20;        // they have a few thousand bytes
+constexpr std::int64_t kBlock = 64 * kSecondsPerDay;
+constexpr std::int64_t kSecondsPerEra = 146097 * kSecondsPerDay;  // 400 Gregorian years: weekdays and rules repeat
+constexpr std::int64_t kFirstRuleSecond = -5'364'662'400;         // 1800: before every zone's first clock change
+constexpr std::int64_t kLastRuleSecond = 16'725'225'600;          // 2500: every zone follows its last rule by then
+constexpr std::uint64_t kLargestZoneFile = 1 << 20;               // they have a few thousand bytes
 constexpr const char* kHostZoneFile = "/etc/localtime";
 
 /// An instant within the years 1800 to 2500 with the same offset. Keeps broken documents' year 999999999 away from the
@@ -188,11 +187,11 @@ std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
     return a.offset == b.offset && a.isDaylightSaving == b.isDaylightSaving;
   };
   std::vector<Span> spans = {readingAt(blockStart)};
-  for (std::int64_t day = blockStart; day < blockStart + kBlock; day += kDay) {
-    const Span next = readingAt(day + kDay);
+  for (std::int64_t day = blockStart; day < blockStart + kBlock; day += kSecondsPerDay) {
+    const Span next = readingAt(day + kSecondsPerDay);
     if (isSame(spans.back(), next)) continue;
     std::int64_t before = day;
-    std::int64_t after = day + kDay;
+    std::int64_t after = day + kSecondsPerDay;
     while (after - before > 1) {
       const std::int64_t middle = before + (after - before) / 2;
       (isSame(readingAt(middle), spans.back()) ? before : after) = middle;
@@ -235,11 +234,11 @@ std::int64_t TimeZone::utcFromCivilSeconds(std::int64_t civilSeconds) const {
   // Offsets are below a day: every span that may show the reading lies between the day before and the day after.
   std::optional<std::int64_t> latest;
   std::int64_t offsetBefore = 0;
-  for (Span span = spanAt(civilSeconds - kDay);; span = spanAt(span.to)) {
+  for (Span span = spanAt(civilSeconds - kSecondsPerDay);; span = spanAt(span.to)) {
     const std::int64_t utc = civilSeconds - span.offset;
     if (span.from <= utc && utc < span.to) latest = utc;
-    if (utc >= span.to || span.from <= civilSeconds - kDay) offsetBefore = span.offset;
-    if (civilSeconds + kDay < span.to) break;
+    if (utc >= span.to || span.from <= civilSeconds - kSecondsPerDay) offsetBefore = span.offset;
+    if (civilSeconds + kSecondsPerDay < span.to) break;
   }
   return latest.value_or(civilSeconds - offsetBefore);
 }
@@ -268,7 +267,7 @@ Instant TimeZone::startOfDay(Instant instant) const {
 
 Instant TimeZone::endOfDay(Instant instant) const {
   const std::int64_t civil = civilSecondsFromInstant(instant);
-  return {static_cast<double>(utcFromCivilSeconds(civil - GregorianCalendar::secondOfDay(civil) + kDay - 1))};
+  return {static_cast<double>(utcFromCivilSeconds(civil - GregorianCalendar::secondOfDay(civil) + kSecondsPerDay - 1))};
 }
 
 int TimeZone::weekday(Instant instant) const { return GregorianCalendar::weekday(civilSecondsFromInstant(instant)); }

@@ -1,7 +1,5 @@
 #include "Platform/XML/XMLQuery.h"
 
-#include <utility>
-
 #include "Platform/XML/XMLTreeInternals.h"
 
 namespace xml {
@@ -82,67 +80,6 @@ Match Query::last(Node context) const {
     forEach(context, [&found](Node node) { found.add(node.node_); });
   }
   return {Node(found.last, found.last != nullptr ? context.document_ : nullptr), found.count};
-}
-
-void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
-  parent_ = parent.internal_object();
-  children_.clear();
-  groups_.clear();
-  lasts_.fill(kNone);
-  isGrouped_ = true;
-  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
-    if (child.type() != pugi::node_element) continue;
-    const Name name(child.name());
-    children_.push_back({name.text, child.internal_object()});
-    if (!isGrouped_) continue;
-    std::size_t group = groupOf(name);
-    if (group == kNone) {
-      group = groups_.size();
-      isGrouped_ = group < kMaximumNames;
-      if (!isGrouped_) continue;
-      groups_.push_back({name.text, {}, std::exchange(lasts_[name.mark % kSlots], static_cast<std::uint8_t>(group))});
-    }
-    groups_[group].found.add(child.internal_object());
-  }
-}
-
-Document::Tree::Found Document::Tree::ChildTable::find(const Name& name) const {
-  if (isGrouped_) {
-    const std::size_t group = groupOf(name);
-    return group == kNone ? Found() : groups_[group].found;
-  }
-  Found found;
-  for (const Child& child : children_) {
-    if (child.name == name.text) found.add(child.node);
-  }
-  return found;
-}
-
-const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node parent) {
-  const void* node = parent.internal_object();
-  for (const ChildTable& table : childTables) {
-    if (table.isOf(node)) return table;
-  }
-  if (parent == root) {
-    if (!rootTable.isOf(node)) rootTable.fill(parent);
-    return rootTable;
-  }
-  if (const auto large = largeTables.find(node); large != largeTables.end()) return large->second;
-  ChildTable& table = childTables[nextChildTable % childTables.size()];
-  table.fill(parent);
-  if (table.isLarge()) return largeTables.emplace(node, std::exchange(table, {})).first->second;
-  ++nextChildTable;
-  return table;
-}
-
-Document::Tree::Lookup& Document::Tree::lookup(pugi::xml_node parent, const Name& name, std::string_view attribute) {
-  const LookupKey<std::string_view> key{parent.internal_object(), name.text, attribute};
-  if (const auto made = lookups.find(key); made != lookups.end()) return made->second;
-  Lookup& lookup = lookups[{key.parent, std::string(key.name), std::string(key.attribute)}];
-  childTableOf(parent).forEach(name, [&](auto* node) {
-    if (const Attribute found = Node(node, nullptr).attribute(attribute)) lookup.add(found.value(), node);
-  });
-  return lookup;
 }
 
 }  // namespace xml

@@ -19,14 +19,6 @@
 namespace xml {
 namespace {
 
-// Nearly all blanks of a plan part elements, and nobody asks for them. As nodes they would be a third of the memory of
-// an export and a twelfth of its instructions, so they are left out and looked up in the source when an element is
-// asked for its text that has other nodes in it. For that to be seen, comments are nodes, too.
-constexpr unsigned kKeepBlanks =
-    pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi;
-/// An element's only text is kept even when it is blank.
-constexpr unsigned kLeaveOutBlanks = (kKeepBlanks & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single;
-
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
 
 /// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
@@ -50,6 +42,10 @@ class SinkWriter final : public pugi::xml_writer {
 
 /// name="value", with the value escaped.
 std::string markupOf(pugi::xml_attribute attribute) {
+  const std::string_view value = attribute.value();
+  if (isPlainText(value) && value.find('"') == std::string_view::npos) {
+    return std::string(attribute.name()).append("=\"").append(value).append("\"");
+  }
   pugi::xml_document scratch;
   pugi::xml_node holder = scratch.append_child("a");
   holder.append_copy(attribute);
@@ -60,25 +56,6 @@ std::string markupOf(pugi::xml_attribute attribute) {
   // <a name="value"/>, with or without a blank before the slash
   text = text.substr(3, text.rfind('"') - 2);
   return text;
-}
-
-bool isText(pugi::xml_node node) {
-  return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
-/// The texts that are nodes; an element's first text is stored in the element.
-std::string joinedTexts(pugi::xml_node top) {
-  std::string texts;
-  for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
-    if (isText(node)) texts += node.value();
-  }
-  return texts;
-}
-
-/// The first node behind the element and all that is in it.
-pugi::xml_node nextBehind(pugi::xml_node element) {
-  while (element && !element.next_sibling()) element = element.parent();
-  return element.next_sibling();
 }
 
 MendedText mendedTextOf(std::string_view bytes) {
@@ -93,6 +70,23 @@ std::string problemOf(const pugi::xml_parse_result& result, std::string_view tex
   if (result.status == pugi::status_no_document_element) return reason;
   const std::string_view before = text.substr(0, static_cast<std::size_t>(result.offset));
   return fmt::format("line {}: {}", 1 + std::count(before.begin(), before.end(), '\n'), reason);
+}
+
+void print(pugi::xml_node node, std::string& to) {
+  const std::function<void(std::string_view)> sink = [&to](std::string_view piece) { to += piece; };
+  SinkWriter writer(sink);
+  node.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+}
+
+/// An element without elements in it. Nearly all are plain, and printing takes ten times as long.
+void appendMarkup(std::string& to, pugi::xml_node node) {
+  const std::string_view name = node.name();
+  const std::string_view text = node.value();
+  if (node.first_attribute() || !isPlainText(text)) {
+    print(node, to);
+  } else {
+    to.append("<").append(name).append(">").append(text).append("</").append(name).append(">");
+  }
 }
 
 }  // namespace
@@ -143,9 +137,7 @@ Node Node::parent() const {
 
 std::string Node::markup() const {
   std::string text;
-  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
-  SinkWriter writer(sink);
-  pugi::xml_node(node_).print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+  print(pugi::xml_node(node_), text);
   return text;
 }
 
@@ -175,7 +167,7 @@ Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
   if (!isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType) return readMended(bytes);
   auto document = std::make_unique<Document>();
-  if (document->tree_->load(std::move(bytes), kLeaveOutBlanks)) {
+  if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
     return asRead(std::move(document), false);
   }
@@ -199,10 +191,10 @@ Reading Document::readMended(std::string_view bytes) {
   const MendedText mended = mendedTextOf(bytes);
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
   auto document = std::make_unique<Document>();
-  const auto result = document->tree_->load(mended.text, kKeepBlanks);
+  const auto result = document->tree_->load(mended.text, Tree::kKeepBlanks);
   if (result) return asRead(std::move(document), mended.isGuessed);
   auto text = repaired(mended.text);
-  if (text && document->tree_->load(std::move(*text), kKeepBlanks)) return asRead(std::move(document), true);
+  if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) return asRead(std::move(document), true);
   return {nullptr, false, problemOf(result, mended.text)};
 }
 
@@ -211,35 +203,8 @@ std::unique_ptr<Document> Document::parse(std::string bytes) {
   return reading.isGuessed ? nullptr : std::move(reading.document);
 }
 
-pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) {
-  bytes = std::move(text);
-  const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
-  root = document.document_element();
-  return result;
-}
-
-const std::string& Document::Tree::wholeText(pugi::xml_node top) {
-  const auto [position, isNew] = wholeTexts.try_emplace(top.internal_object());
-  if (isNew) position->second = again ? textWithBlanks(top) : joinedTexts(top);
-  return position->second;
-}
-
-std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
-  if (source.empty()) source = again();
-  if (source.size() != bytes.size()) return joinedTexts(top);  // another program has changed the file meanwhile
-  const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
-  const pugi::xml_node next = nextBehind(top);
-  const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
-  // Parsing ends at what stands behind the element, so that the result is an error.
-  pugi::xml_document part;
-  part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
-  return joinedTexts(part.first_child());
-}
-
 std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const {
   std::string text = "<r>";
-  const std::function<void(std::string_view)> sink = [&text](std::string_view piece) { text += piece; };
-  SinkWriter writer(sink);
   for (const pugi::xml_node node : tree_->root.children()) {
     const std::string_view name = node.name();
     const auto row = std::find_if(rows.begin(), rows.end(), [name](const Kept& kept) { return kept.name == name; });
@@ -250,13 +215,13 @@ std::unique_ptr<Document> Document::excerpt(const std::vector<Kept>& rows) const
     for (const pugi::xml_node child : node.children()) {
       if (std::find(row->children.begin(), row->children.end(), child.name()) == row->children.end()) continue;
       if (child.first_child()) return nullptr;
-      child.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+      appendMarkup(text, child);
     }
     text.append("</").append(name).append(">");
   }
   text += "</r>";
   auto document = std::make_unique<Document>();
-  return document->tree_->load(std::move(text), kKeepBlanks) ? std::move(document) : nullptr;
+  return document->tree_->load(std::move(text), Tree::kKeepBlanks) ? std::move(document) : nullptr;
 }
 
 Node Document::root() const {

@@ -25,6 +25,15 @@ inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node to
 }
 
 struct Document::Tree {
+  /// How documents are parsed: with every blank kept, or without those between elements. Nearly all blanks of a plan
+  /// are of the second kind, and nobody asks for them. As nodes they would be a third of the memory of an export and a
+  /// twelfth of its instructions, so textWithBlanks() gets them from the source when they are needed: when an element
+  /// with other nodes in it is asked for its text. Comments are nodes so that such an element can be told.
+  static constexpr unsigned kKeepBlanks =
+      pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi;
+  /// An element's only text is kept even when it is blank.
+  static constexpr unsigned kLeaveOutBlanks = (kKeepBlanks & ~pugi::parse_ws_pcdata) | pugi::parse_ws_pcdata_single;
+
   /// The last of the nodes that a query asks for, and how many there are: 2 stands for several.
   struct Found {
     pugi::xml_node_struct* last = nullptr;
@@ -93,7 +102,17 @@ struct Document::Tree {
     [[nodiscard]] bool isLarge() const { return children_.size() > kFewChildren; }
     void fill(pugi::xml_node parent);
 
-    [[nodiscard]] Found find(const Name& name) const;
+    [[nodiscard]] Found find(const Name& name) const {
+      if (isGrouped_) {
+        const std::size_t group = groupOf(name);
+        return group == kNone ? Found() : groups_[group].found;
+      }
+      Found found;
+      for (const Child& child : children_) {
+        if (child.name == name.text) found.add(child.node);
+      }
+      return found;
+    }
     /// Calls visit(node) for the children with the name, in document order.
     template <typename Visit>
     void forEach(const Name& name, Visit visit) const {

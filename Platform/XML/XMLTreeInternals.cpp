@@ -1,0 +1,103 @@
+#include "Platform/XML/XMLTreeInternals.h"
+
+#include <utility>
+
+namespace xml {
+namespace {
+
+bool isText(pugi::xml_node node) {
+  return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
+/// The texts that are nodes; an element's first text is stored in the element.
+std::string joinedTexts(pugi::xml_node top) {
+  std::string texts;
+  for (pugi::xml_node node = top; node; node = nextInDocumentOrder(node, top)) {
+    if (isText(node)) texts += node.value();
+  }
+  return texts;
+}
+
+/// The first node behind the element and all that is in it.
+pugi::xml_node nextBehind(pugi::xml_node element) {
+  while (element && !element.next_sibling()) element = element.parent();
+  return element.next_sibling();
+}
+
+}  // namespace
+
+pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) {
+  bytes = std::move(text);
+  const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
+  root = document.document_element();
+  return result;
+}
+
+const std::string& Document::Tree::wholeText(pugi::xml_node top) {
+  const auto [position, isNew] = wholeTexts.try_emplace(top.internal_object());
+  if (isNew) position->second = again ? textWithBlanks(top) : joinedTexts(top);
+  return position->second;
+}
+
+std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
+  if (source.empty()) source = again();
+  if (source.size() != bytes.size()) return joinedTexts(top);  // another program has changed the file meanwhile
+  const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
+  const pugi::xml_node next = nextBehind(top);
+  const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
+  // Parsing ends at what stands behind the element, so that the result is an error.
+  pugi::xml_document part;
+  part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
+  return joinedTexts(part.first_child());
+}
+
+void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
+  parent_ = parent.internal_object();
+  children_.clear();
+  groups_.clear();
+  lasts_.fill(kNone);
+  isGrouped_ = true;
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling()) {
+    if (child.type() != pugi::node_element) continue;
+    const Name name(child.name());
+    children_.push_back({name.text, child.internal_object()});
+    if (!isGrouped_) continue;
+    std::size_t group = groupOf(name);
+    if (group == kNone) {
+      group = groups_.size();
+      isGrouped_ = group < kMaximumNames;
+      if (!isGrouped_) continue;
+      groups_.push_back({name.text, {}, std::exchange(lasts_[name.mark % kSlots], static_cast<std::uint8_t>(group))});
+    }
+    groups_[group].found.add(child.internal_object());
+  }
+}
+
+const Document::Tree::ChildTable& Document::Tree::childTableOf(pugi::xml_node parent) {
+  const void* node = parent.internal_object();
+  for (const ChildTable& table : childTables) {
+    if (table.isOf(node)) return table;
+  }
+  if (parent == root) {
+    if (!rootTable.isOf(node)) rootTable.fill(parent);
+    return rootTable;
+  }
+  if (const auto large = largeTables.find(node); large != largeTables.end()) return large->second;
+  ChildTable& table = childTables[nextChildTable % childTables.size()];
+  table.fill(parent);
+  if (table.isLarge()) return largeTables.emplace(node, std::exchange(table, {})).first->second;
+  ++nextChildTable;
+  return table;
+}
+
+Document::Tree::Lookup& Document::Tree::lookup(pugi::xml_node parent, const Name& name, std::string_view attribute) {
+  const LookupKey<std::string_view> key{parent.internal_object(), name.text, attribute};
+  if (const auto made = lookups.find(key); made != lookups.end()) return made->second;
+  Lookup& lookup = lookups[{key.parent, std::string(key.name), std::string(key.attribute)}];
+  childTableOf(parent).forEach(name, [&](auto* node) {
+    if (const Attribute found = Node(node, nullptr).attribute(attribute)) lookup.add(found.value(), node);
+  });
+  return lookup;
+}
+
+}  // namespace xml
