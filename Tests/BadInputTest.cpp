@@ -57,12 +57,12 @@ std::string bomb(const std::string& mark) {
 }
 std::string declared(const std::string& encoding) { return "<?xml version='1.0' encoding='" + encoding + "'?>"; }
 
-/// A folder with a bundle B.kvdx of the two documents, and around it what it must not read.
+/// A folder with a bundle B.kvdx of the two documents, and around it what it must not read, be its name ever so like.
 struct Place : Workplace {
   Place(const std::string& plan, const std::string& tableOfContents) {
     makeBundle("B.kvdx", plan, tableOfContents);
-    writeFile(folder / "secret.xml", ::plan("TELLTALE"));
-    fs::create_symlink("../secret.xml", folder / "B.kvdx/link.xml");
+    writeFile(folder / "B.kvdx.xml", ::plan("TELLTALE"));
+    fs::create_symlink("../B.kvdx.xml", folder / "B.kvdx/link.xml");
     fs::create_symlink("/dev/zero", folder / "B.kvdx/device.xml");
     fs::create_symlink("loop.xml", folder / "B.kvdx/loop.xml");
     fs::create_directory(folder / "B.kvdx/folder");
@@ -124,7 +124,7 @@ TEST(BadInput, DocumentsThatAreNoXML) {
 
 TEST(BadInput, DeclarationsAreNotTakenIn) {
   const std::string outside =
-      "<!DOCTYPE scenario SYSTEM 'secret.xml' [<!ENTITY x SYSTEM '../secret.xml'><!ENTITY y SYSTEM 'secret.xml'>]>" +
+      "<!DOCTYPE scenario SYSTEM 'B.kvdx.xml' [<!ENTITY x SYSTEM '../B.kvdx.xml'><!ENTITY y SYSTEM 'B.kvdx.xml'>]>" +
       plan("&x;&y;");
   const std::string attribute = scenario("<task id='t1' x='&m;'>" + task("", "<title>&m;</title>").substr(12));
   const std::string entities = bomb("<!ENTITY") + attribute;
@@ -207,8 +207,8 @@ TEST(BadInput, DocumentsThatCannotBeRead) {
            {".", outside},
            {"..", outside},
            {"/dev/zero", outside},
-           {"../secret.xml", outside},
-           {"folder/../../secret.xml", outside},
+           {"../B.kvdx.xml", outside},
+           {"folder/../../B.kvdx.xml", outside},
            {"link.xml", outside},
            {"device.xml", outside},
            {"loop.xml", "Too many levels of symbolic links"},

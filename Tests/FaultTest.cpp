@@ -118,6 +118,10 @@ TEST(Fault, SystemsThatLackSomething) {
     }
     EXPECT_EQ(place.files(), (Files{"Plan.xml", "Plan-1.xml"}));
   }
+  Place place;
+  place.options.failingCalls = {nameless, noReplace, {kRename, EIO}};
+  place.expect(place.complaints("Plan.kvdx"), 0, unwritten("Plan", "Input/output error"));
+  EXPECT_EQ(place.files(), Files{});
 }
 
 TEST(Fault, NoPermission) {

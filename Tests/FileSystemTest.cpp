@@ -65,6 +65,7 @@ TEST(TextsTest, NumbersAndPieces) {
       {__LINE__, cut, "-1e30", "-2147483648 -9223372036854775808"},
       {__LINE__, apply<&platform::trimmed>, "\xC2\xA0\t a b \xE2\x80\xA9\r\n", "a b"},
       {__LINE__, pieces, "a\nb\vc\fd\r\nx\xC2\x85y\xE2\x80\xA8z\xE2\x80\xA9", "a|b|c|d||x|y|z|"},
+      {__LINE__, apply<&platform::printable>, "a\n\xE2\x81\xA6\xC3\xA9", "a\\n\\u2066\xC3\xA9"},
       {__LINE__, apply<&platform::isUTF8>, "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "true"},
       {__LINE__, apply<&platform::isUTF8>, "\xED\xA0\x80", "false"},
       {__LINE__, apply<&platform::isUTF8>, "1234567\xC3\xA9\xC3", "false"},

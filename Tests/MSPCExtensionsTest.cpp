@@ -30,6 +30,7 @@ TEST(MSPCExtensionsTest, ValuesAndErrors) {
       {__LINE__, x<&boolValueForXQuery>, "><x> YES\n</x>", "true"},
       {__LINE__, x<&boolValueForXQuery>, "><x>no</x><x>True</x>", "true|X2 "},
       {__LINE__, x<&boolValueForXQuery>, "><x>2</x>", "true"},
+      {__LINE__, x<&boolValueForXQuery>, "><x>0</x>", "false"},
       {__LINE__, x<&boolValueForXQuery>, "><x>1.5 </x>", "false|G2 Failed to get boolean value from string: \"1.5 \""},
       {__LINE__, x<&boolAttributeForName>, " y='1'>", "false|X3 Failed to find arrtibute 'x' in element 's'."},
       {__LINE__, flat, "a\r\xE2\x80\xA8x", "a\r x"},

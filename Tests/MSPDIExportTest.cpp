@@ -229,7 +229,7 @@ TEST(MSPDIExport, ExportsAListInOrder) {
   const std::string good = "### Exporter SUCCEEDED.";
   const std::string none = "Input file not found: None.kvdx";
   for (const Row& row : std::initializer_list<Row>{
-           {"::Plan.kvdx\r\nPlan.kvdx\r\n\r\n", 0, {"    \"Plan.kvdx\"\n", good}, {"::", "\"\"", failed}},
+           {"\xEF\xBB\xBF::Plan.kvdx\r\nPlan.kvdx\r\n\r\n", 0, {"    \"Plan.kvdx\"\n", good}, {"::", "\"\"", failed}},
            {"Plan.kvdx\nNone.kvdx\nPlan2.kvdx\n", 0, {good, none}, {"Plan2.xml", failed}},
            {"None.kvdx\nPlan.kvdx\n", 1, {none}, {good}},
            {"Empty.kvdx\nPlan.kvdx\xE2\x80\xA8", 0, {failed, good}, {}},
@@ -263,9 +263,11 @@ TEST(MSPDIExport, LogsInLocalTime) {
     return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(std::time(nullptr) + (5 * 60 + 45) * 60));
   };
   const std::string before = local();
-  const std::string logged = place.start("").end().log.substr(0, before.size());
-  EXPECT_LE(before, logged);
-  EXPECT_LE(logged, local());
+  const std::string log = place.start("--input-list /dev/stdin", "{ sleep 1; echo a; } | \"$@\"").end().log;
+  const auto loggedAt = [&](std::size_t record) { return log.substr(record, before.size()); };
+  EXPECT_LE(before, loggedAt(0));
+  EXPECT_LT(loggedAt(0), loggedAt(log.rfind('\n', log.find("\"a\"")) + 1));
+  EXPECT_LE(loggedAt(0), local());
 }
 
 TEST(MSPDIExport, ReadsTheBundleThatTheFrontWindowShows) {

@@ -1,9 +1,6 @@
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarExceptions.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
-#include "Tests/Support.h"
+#include "Tests/Tables.h"
 
 using platform::Instant;
 using Event = MSPEKvdxEventInfo;
@@ -57,33 +54,29 @@ TEST(MSPECalendarExceptions, SweepsOverTheEvents) {
 }
 
 TEST(MSPECalendarExceptions, ReadsEvents) {
-  const std::string late = "Incoorrect calendar event start (17:00:00) and end (09:00:00) time.";
-  const std::string close = "Calendar event start and end days are too close.";
-  const std::string equal = "Calendar event start and end times may be equal only at midnight (00:00:00).";
-  // Its days and seconds of the day, or the reason of the failure.
-  const std::vector<std::tuple<int, const char*, std::string, std::string, std::string>> rows = {
-      {__LINE__, "UTC", "05-04T00:00:00Z", "05-06T00:00:00Z", "05-04T00:00:00 05-05T23:59:59 0-86399"},
-      {__LINE__, "UTC", "05-08T08:00:00Z", "05-06T12:00:00Z", "05-08T00:00:00 05-06T23:59:59 28800-43200"},
-      {__LINE__, "Europe/Berlin", "05-04T22:30:00Z", "05-05T10:00:00Z", "05-05T00:00:00 05-05T23:59:59 1800-43200"},
-      // A day back is 86400 seconds back, whatever the clocks do on it.
-      {__LINE__, "Europe/Berlin", "03-28", "03-29", "03-28T00:00:00 03-28T22:59:59 0-86399"},
-      {__LINE__, "Europe/Berlin", "10-25", "10-26", "10-25T00:00:00 10-25T23:59:59 0-86399"},
-      {__LINE__, "Europe/Berlin", "10-25", "10-25", "10-25T00:00:00 10-25T00:59:59 0-86399"},
-      {__LINE__, "Europe/Berlin", "03-29", "03-29", close},
-      {__LINE__, "UTC", "05-04T08:00:00Z", "05-06T08:00:00Z", equal},
-      {__LINE__, "UTC", "05-04T17:00:00Z", "05-05T09:00:00Z", late},
+  const std::string raises = "raises Calendar event start and end ";
+  const std::string late = "raises Incoorrect calendar event start (17:00:00) and end (09:00:00) time.";
+  const std::string berlin = "Europe/Berlin";
+  // Of "start end" in 2026: its days and seconds of the day.
+  const auto event = [](std::string_view text) {
+    const std::size_t blank = text.find(' ');
+    const auto document =
+        parsed(fmt::format("<event start='2026-{}' end='2026-{}'/>", text.substr(0, blank), text.substr(blank + 1)));
+    const Event read = Event::initWithKvdxEvent(document->root());
+    const auto day = [](Instant date) { return MSPIUtilities::mppToMspdiDateTime(date).value().substr(5); };
+    return fmt::format("{} {} {}-{}", day(read.fromDate()), day(read.toDate()), read.start(), read.end());
   };
-  for (const auto& [line, zone, start, end, expected] : rows) {
-    SCOPED_TRACE(line);
-    const PinnedZone pinned(zone);
-    const auto document = parsed("<event start='2026-" + start + "' end='2026-" + end + "'/>");
-    std::string read;
-    const std::string failure = failureOf([&] {
-      const Event event = Event::initWithKvdxEvent(document->root());
-      const std::string from = MSPIUtilities::mppToMspdiDateTime(event.fromDate()).value().substr(5);
-      const std::string to = MSPIUtilities::mppToMspdiDateTime(event.toDate()).value().substr(5);
-      read = fmt::format("{} {} {}-{}", from, to, event.start(), event.end());
-    });
-    EXPECT_EQ(read + failure, expected);
-  }
+  expectOutcomes({
+      {__LINE__, event, "05-04T00:00:00Z 05-06T00:00:00Z", "05-04T00:00:00 05-05T23:59:59 0-86399", "UTC"},
+      {__LINE__, event, "05-08T08:00:00Z 05-06T12:00:00Z", "05-08T00:00:00 05-06T23:59:59 28800-43200", "UTC"},
+      {__LINE__, event, "05-04T22:30:00Z 05-05T10:00:00Z", "05-05T00:00:00 05-05T23:59:59 1800-43200", berlin},
+      // A day back is 86400 seconds back, whatever the clocks do on it.
+      {__LINE__, event, "03-28 03-29", "03-28T00:00:00 03-28T22:59:59 0-86399", berlin},
+      {__LINE__, event, "10-25 10-26", "10-25T00:00:00 10-25T23:59:59 0-86399", berlin},
+      {__LINE__, event, "10-25 10-25", "10-25T00:00:00 10-25T00:59:59 0-86399", berlin},
+      {__LINE__, event, "03-29 03-29", raises + "days are too close.", berlin},
+      {__LINE__, event, "05-04T08:00:00Z 05-06T08:00:00Z", raises + "times may be equal only at midnight (00:00:00).",
+       "UTC"},
+      {__LINE__, event, "05-04T17:00:00Z 05-05T09:00:00Z", late, "UTC"},
+  });
 }

@@ -48,6 +48,7 @@ TEST(MSPEScheduleCalendarTest, Advances) {
       {__LINE__, advance<kStandard, false>, "2011-05-03 09:00:00|1", "05-02 17:00 05-03 08:00"},
       // The seven days to search for an edge are used up: the last period is counted once more.
       {__LINE__, advance<kStandard, true>, "2011-05-02 08:00:00|48", "05-10 13:00 05-09 17:00"},
+      {__LINE__, advance<kStandard, true>, "2011-05-02 08:00:00|200", "06-06 13:00 06-03 17:00"},
       {__LINE__, advance<kMondays, true>, "2011-05-02 08:00:00|8", "none 05-09 12:00"},
       {__LINE__, advance<kMondays, true>, "2011-05-02 08:00:00|9", "05-16 09:00 05-16 09:00"},
       {__LINE__, advance<kMondays, false>, "2011-05-02 12:00:00|8", "none 04-25 08:00"},

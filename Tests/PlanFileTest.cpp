@@ -46,46 +46,34 @@ std::string hoursOf(const std::string& calendars) {
 }
 
 TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
-  const std::string monday = weekDay(2, "08-16");
-  const std::string base = calendar(1, -1, monday + weekDay(3, "09-17"),
-                                    "<Exceptions>" + exception("2026-03-02", "2026-03-02", "off") + "</Exceptions>");
+  const auto exceptions = [](const std::string& list) { return "<Exceptions>" + list + "</Exceptions>"; };
+  const std::string monday = weekDay(2, "08-16"), usual = "off 8-16 off off off off off off 8-16 off";
+  const std::string base =
+      calendar(1, -1, monday + weekDay(3, "09-17"), exceptions(exception("2026-03-02", "2026-03-02", "off")));
+  const std::string early = exceptions(exception("2026-03-02", "2026-03-03", "06-07"));
+  const std::string late = exception("2026-03-01", "2026-03-02", "22-00");
+  const std::string off = exception("2026-02-01", "2026-03-03", "off");
+  const std::string inWeek =
+      monday + "<WeekDay><DayType>0</DayType>" + period("2026-03-02", "2026-03-02") + days("off") + "</WeekDay>";
+  const std::string workWeek = "<WorkWeeks><WorkWeek>" + period("2026-03-03", "2026-03-09") + "<WeekDays>" +
+                               weekDay(2, "off") + weekDay(4, "01-02") + "</WeekDays></WorkWeek></WorkWeeks>";
   const struct {
     int line;
     std::string calendars;
     std::string_view expected;
   } rows[] = {
-      {__LINE__, calendar(2, -1, monday, ""), "off 8-16 off off off off off off 8-16 off"},
+      {__LINE__, calendar(2, -1, monday, ""), usual},
       {__LINE__, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
       // The base's exception counts more than the own week, the own exception more than the base's.
       {__LINE__, base + calendar(2, 1, weekDay(2, "10-12"), ""), "off off 9-17 off off off off off 10-12 9-17"},
-      {__LINE__,
-       base + calendar(2, 1, "", "<Exceptions>" + exception("2026-03-02", "2026-03-03", "06-07") + "</Exceptions>"),
-       "off 6-7 6-7 off off off off off 8-16 9-17"},
+      {__LINE__, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
       // The first of two exceptions counts; the end of the day is written as its beginning.
-      {__LINE__,
-       calendar(2, -1, monday,
-                "<Exceptions>" + exception("2026-03-01", "2026-03-02", "22-00") +
-                    exception("2026-02-01", "2026-03-03", "off") + "</Exceptions>"),
-       "22-24 22-24 off off off off off off 8-16 off"},
+      {__LINE__, calendar(2, -1, monday, exceptions(late + off)), "22-24 22-24 off off off off off off 8-16 off"},
       // Without the element Exceptions those among the week days count, with it they are the same said twice.
-      {__LINE__,
-       calendar(
-           2, -1,
-           monday + "<WeekDay><DayType>0</DayType>" + period("2026-03-02", "2026-03-02") + days("off") + "</WeekDay>",
-           ""),
-       "off off off off off off off off 8-16 off"},
-      {__LINE__,
-       calendar(
-           2, -1,
-           monday + "<WeekDay><DayType>0</DayType>" + period("2026-03-02", "2026-03-02") + days("off") + "</WeekDay>",
-           "<Exceptions/>"),
-       "off 8-16 off off off off off off 8-16 off"},
-      {__LINE__,
-       calendar(2, -1, monday,
-                "<WorkWeeks><WorkWeek>" + period("2026-03-03", "2026-03-09") + "<WeekDays>" + weekDay(2, "off") +
-                    weekDay(4, "01-02") + "</WeekDays></WorkWeek></WorkWeeks>"),
-       "off 8-16 off 1-2 off off off off off off"},
-      {__LINE__, calendar(2, 2, monday, ""), "off 8-16 off off off off off off 8-16 off"},
+      {__LINE__, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
+      {__LINE__, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
+      {__LINE__, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},
+      {__LINE__, calendar(2, 2, monday, ""), usual},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.line);

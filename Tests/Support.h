@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/System/Exceptions.h"
 #include "Platform/XML/XMLTree.h"
 
 /// An environment variable set for a test's length; none unsets it.
@@ -44,7 +45,14 @@ std::shared_ptr<xml::Document> parsed(std::string_view text);
 
 /// The reason of the invariant that the action fails; "" when it raises nothing.
 template <typename Action>
-std::string failureOf(Action action);
+std::string failureOf(Action action) {
+  try {
+    action();
+  } catch (const platform::Exception& exception) {
+    return exception.reason();
+  }
+  return "";
+}
 
 /// A folder of its own for a test, removed with all it holds.
 class ScratchFolder {
@@ -66,15 +74,3 @@ class ScratchFolder {
 void writeFile(const std::string& path, std::string_view contents);
 /// Reads a file; fails the test when it cannot.
 std::string contentsOf(const std::string& path);
-
-#include "Platform/System/Exceptions.h"
-
-template <typename Action>
-std::string failureOf(Action action) {
-  try {
-    action();
-  } catch (const platform::Exception& exception) {
-    return exception.reason();
-  }
-  return "";
-}

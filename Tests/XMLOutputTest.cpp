@@ -138,6 +138,7 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
       return made;
     };
     xml::Element waiting = element("waiting", 'w');
+    std::optional<xml::Element> late;  // outlives the scope that it was made in
     for (int round = 0; round < 3; ++round) {
       const auto scope = document.scope();
       xml::Element outer = document.newElement("outer");
@@ -150,10 +151,13 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
       }
       const xml::Element other = element("other", 'o');
       root.append(std::move(outer));
+      if (!late) late = element("late", 'l');
     }
     root.append(std::move(waiting));
+    root.append(std::move(*late));
     const std::string inner = "<outer><inner><t>" + std::string(size, 'i') + "</t></inner></outer>";
-    EXPECT_EQ(parsed(written(document))->root().markup(),
-              "<r>" + inner + inner + inner + "<waiting><t>" + std::string(size, 'w') + "</t></waiting></r>");
+    EXPECT_EQ(parsed(written(document))->root().markup(), "<r>" + inner + inner + inner + "<waiting><t>" +
+                                                              std::string(size, 'w') + "</t></waiting><late><t>" +
+                                                              std::string(size, 'l') + "</t></late></r>");
   }
 }

@@ -97,6 +97,8 @@ TEST(XMLTreeTest, Queries) {
 }
 
 TEST(XMLTreeTest, TextsAreWhole) {
+  std::string many;
+  for (int i = 0; i < 300; ++i) many += fmt::format("<n{}/>", i);
   expectOutcomes({
       {__LINE__, read, "<a> </a>", " "},
       {__LINE__, read, "<a>x<b>y<!-- z --></b>&lt;&#13;<![CDATA[<&]]></a>", "xy<\r<&"},
@@ -110,7 +112,13 @@ TEST(XMLTreeTest, TextsAreWhole) {
       {__LINE__, read, "<a><x><b>1</b> <b>2</b></x><![CDATA[x]]></a>", "1 2"},
       {__LINE__, read, "<a><x><b>1</b> <b>2</b></x> x</a>", "1 2"},
       {__LINE__, read, "<a>Call <b>Ann</b> <i>Lee</c> </a>", "guessed Call Ann Lee "},
+      {__LINE__, read, "<a>" + many + "<x>behind many names</x></a>", "behind many names"},
   });
+}
+
+TEST(XMLTreeTest, SourcesThatChangeMeanwhile) {
+  const auto reading = xml::Document::read("<a><x><b>1</b> <b>2</b></x></a>", [] { return std::string("<a/>"); });
+  EXPECT_EQ(xml::Query("x").last(reading.document->root()).last.stringValue(), "12");
 }
 
 TEST(XMLTreeTest, Excerpts) {

@@ -48,6 +48,9 @@ def prepare():
     bundle(pathlib.Path("-x.kvdx"))
     bundle(pathlib.Path("Paged.kvdx"))
     pathlib.Path("Paged.html").write_text("kept")
+    bundle(pathlib.Path("Full.kvdx"))
+    bundle(pathlib.Path("Full.xml/Other.kvdx"))
+    pathlib.Path("Full-1.xml").touch()
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
     bundle(pathlib.Path("Empty.kvdx"))
     bundle(pathlib.Path("Long.kvdx"), end="soon")
@@ -57,6 +60,7 @@ def prepare():
     for name in "AB":
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
+    pathlib.Path("many/again").symlink_to(".")
     shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
     pathlib.Path(LONGEST + ".xml").touch()
     bundle(pathlib.Path("stored"))
@@ -68,6 +72,7 @@ def prepare():
     inside = {"__TOC.xml": CONTENTS, "P.xml": plan()}
     packed("Flat.kvdx.zip", inside)
     packed("Mailed.kvdx", {f"Other.kvdx/{name}": text for name, text in inside.items()})
+    packed("Pair.kvdx.zip", {f"{letter}.kvdx/P.xml": "" for letter in "AB"})
     packed("Climbing.kvdx.zip", {"../outside.xml": "x", **inside})
     packed("Bomb.kvdx.zip", {"Big.xml": " " * 200_000_000, **inside})
     packed("Deep.kvdx.zip", {f"{'d/' * 21}f": "x", **inside})
@@ -98,6 +103,7 @@ ROWS = [
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
+    (["--overwrite", "Full.kvdx"], 0, "Full-2.xml: ", ["Full-2.xml"]),
     (["--page", "Plan.kvdx"], 0, "Plan.html shows it", ["Plan.html", "Plan.xml"]),
     (["--page", "--check", "Plan.kvdx"], 0, "!shows it", []),
     (["--page", "Paged.kvdx"], 0, "Paged-1.html shows it", ["Paged-1.html", "Paged.xml"]),
@@ -121,6 +127,7 @@ ROWS = [
     (["Plan.kvdx", "Doubtful.kvdx", "-o", "new.xml"], 2, "-o names an existing folder", []),
     (["Flat.kvdx.zip"], 0, "Flat.xml: 2 tasks", ["Flat.xml"]),
     (["Mailed.kvdx"], 0, "Mailed.xml: 2 tasks", ["Mailed.xml"]),
+    (["Pair.kvdx.zip"], 1, "it holds 2 bundles; one is expected", []),
     (["Climbing.kvdx.zip"], 1, "'../outside.xml' leads out of it", []),
     (["Linked.kvdx.zip"], 1, "'P.xml' is neither file nor folder", []),
     (["Bomb.kvdx.zip"], 1, "unpacks to more than 200 times its size", []),
@@ -148,9 +155,9 @@ def run(arguments, stdout=subprocess.PIPE, **more):
 
 
 def judge_json(faults):
-    lines = run(["--json", "--check", "Plan.kvdx", "Doubtful.kvdx", "Empty.kvdx", "absent.kvdx"]).stdout.splitlines()
-    objects = sorted((json.loads(line) for line in lines), key=lambda object: ["P", "D", "E", "a"].index(object["bundle"][0]))
-    if [object["status"] for object in objects] != ["checked", "checked", "failed", "failed"]:
+    lines = run(["--json", "--check", "Plan.kvdx", "Doubtful.kvdx", "Empty.kvdx", "absent.kvdx", "terminal"]).stdout.splitlines()
+    objects = sorted((json.loads(line) for line in lines), key=lambda object: "PDEat".index(object["bundle"][0]))
+    if [object["status"] for object in objects] != ["checked", "checked", "failed", "failed", "checked"]:
         faults.append(f"--json: {lines}")
     elif objects[0]["counts"]["tasks"] != 2 or len(objects[1]["warnings"]) < 2 or objects[2]["output"] is not None:
         faults.append(f"--json says other things: {lines}")

@@ -78,6 +78,7 @@ ODD = {
     "both": (tasks(dates("0001-01-01T00:00:00", "999999999-12-31T00:00:00")), "999999999-12-31"),
     "one wrong date": (tasks(task(1), dates("0001-01-01T00:00:00", "2026-03-04T00:00:00")), "1 dates are before 1900"),
     "finish before start": (tasks(dates("2026-03-04T00:00:00", "2026-03-01T00:00:00")), "2026-03-01"),
+    "a flat plan": (tasks(*map(task, range(1, 1002))), '<tr data-l="0"><td>1001</td>'),
     "levels that jump": (tasks(task(1, 5), task(2, -3), task(3, 10**12), task(4, "x")), "Task 4"),
     "links in a circle": (tasks(task(1, 1, link(2)), task(2, 1, link(1)), task(3, 1, link(3))), "3 FS"),
     "a link to nothing": (tasks(task(1, 1, link(99))), "unknown UID 99 FS"),
@@ -89,6 +90,9 @@ ODD = {
                              "0001-01-01 to 999999999-12-31: off"),
     "an hour that is none": (tasks(dates("2026-03-04T77:00:00", "2026-03-04T24:00:00")), "2026-03-05"),
     "line breaks": (tasks("<Task><Name>a&#13;b&#13;&#10;c</Name></Task>"), ">a\nb\nc<"),
+    "a rate": (START + "<CurrencySymbol>kr</CurrencySymbol><CurrencySymbolPosition>3</CurrencySymbolPosition><Resources>"
+               "<Resource><Name>A</Name><StandardRate>5</StandardRate></Resource></Resources></Project>", "5.00 kr per hour"),
+    "a calendar that says nothing": (START + "<Calendars><Calendar><UID>1</UID></Calendar></Calendars></Project>", "Sun-Sat off"),
     "a repeated element": (START + "<Title>A</Title><Title>B</Title></Project>", "<title>A</title>"),
 }
 # Files and arguments that end in a message: the file, the arguments, the status, and what is said.
@@ -96,7 +100,7 @@ REFUSED = {
     "no XML": ("plan", ["in.xml"], 1, "in.xml cannot be shown: line 1: text stands outside the root"),
     "an empty file": ("", ["in.xml"], 1, "it has no element"),
     "a file cut short": (START, ["in.xml"], 1, "an element does not end"),
-    "another kind": ("<Plan/>", ["in.xml"], 1, "no Microsoft Project XML"),
+    "another kind": (START.replace("Project ", "Plan ").replace(">", "/>"), ["in.xml"], 1, "no Microsoft Project XML"),
     "a document type": ("<!DOCTYPE Project>" + START + "</Project>", ["in.xml"], 1, "DOCTYPE"),
     "no such file": (START + "</Project>", ["absent.xml"], 1, "cannot read .*absent.xml: No such file"),
     "an existing page": (START + "</Project>", ["in.xml", "existing.html"], 1, "existing.html exists"),
