@@ -36,8 +36,8 @@ class LogHook {
   LogHook& operator=(const LogHook&) = delete;
 };
 
-/// Leaves out the name of the operation that raised it. For a date followed by something other than a time, the exporter
-/// raises an empty message.
+/// Leaves out the name of the operation that raised it. For a date followed by something other than a time, the
+/// exporter raises an empty message.
 std::string reasonOf(const platform::Exception& exception) {
   std::string reason =
       exception.reason().empty() ? "a date is followed by something else than a time" : exception.reason();
@@ -54,8 +54,8 @@ std::size_t linksOf(const conform::Copy& copy) {
   return links;
 }
 
-/// The document's bytes, in one piece of the right size. They count in the budget: the tree to be corrected takes several
-/// times as much memory. Without this, a few bytes of a plan could make it take 11 GB.
+/// The document's bytes, in one piece of the right size. They count in the budget: the tree to be corrected takes
+/// several times as much memory. Without this, a few bytes of a plan could make it take 11 GB.
 std::string bytesOf(const xml::OutputDocument& document) {
   std::size_t size = 0;
   document.serialize([&size](std::string_view piece) { size += piece.size(); });
