@@ -32,9 +32,9 @@ std::string calendar(int uid, int base, const std::string& week, const std::stri
 }
 
 /// What the calendar 2 has from Sunday, 2026-03-01, on, for ten days.
-std::string hoursOf(const std::string& calendars) {
-  const auto plan = conform::readPlanFile("<Project xmlns='http://schemas.microsoft.com/project'><Calendars>" +
-                                          calendars + "</Calendars></Project>");
+std::string hoursOf(std::string_view calendars) {
+  const auto plan = conform::readPlanFile(fmt::format(
+      "<Project xmlns='http://schemas.microsoft.com/project'><Calendars>{}</Calendars></Project>", calendars));
   const FileCalendars hours(plan.calendars, *conform::dateTimeSeconds("2026-03-01") / 86400, 10);
   std::string text;
   for (const auto& day : hours.days(hours.find("2").value_or(0))) {
@@ -57,28 +57,22 @@ TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
       monday + "<WeekDay><DayType>0</DayType>" + period("2026-03-02", "2026-03-02") + days("off") + "</WeekDay>";
   const std::string workWeek = "<WorkWeeks><WorkWeek>" + period("2026-03-03", "2026-03-09") + "<WeekDays>" +
                                weekDay(2, "off") + weekDay(4, "01-02") + "</WeekDays></WorkWeek></WorkWeeks>";
-  const struct {
-    int line;
-    std::string calendars;
-    std::string_view expected;
-  } rows[] = {
-      {__LINE__, calendar(2, -1, monday, ""), usual},
-      {__LINE__, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
+  expectOutcomes({
+      {__LINE__, hoursOf, calendar(2, -1, monday, ""), usual},
+      {__LINE__, hoursOf, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
       // The base's exception counts more than the own week, the own exception more than the base's.
-      {__LINE__, base + calendar(2, 1, weekDay(2, "10-12"), ""), "off off 9-17 off off off off off 10-12 9-17"},
-      {__LINE__, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
+      {__LINE__, hoursOf, base + calendar(2, 1, weekDay(2, "10-12"), ""),
+       "off off 9-17 off off off off off 10-12 9-17"},
+      {__LINE__, hoursOf, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
       // The first of two exceptions counts; the end of the day is written as its beginning.
-      {__LINE__, calendar(2, -1, monday, exceptions(late + off)), "22-24 22-24 off off off off off off 8-16 off"},
+      {__LINE__, hoursOf, calendar(2, -1, monday, exceptions(late + off)),
+       "22-24 22-24 off off off off off off 8-16 off"},
       // Without the element Exceptions those among the week days count, with it they are the same said twice.
-      {__LINE__, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
-      {__LINE__, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
-      {__LINE__, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},
-      {__LINE__, calendar(2, 2, monday, ""), usual},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.line);
-    EXPECT_EQ(hoursOf(row.calendars), row.expected);
-  }
+      {__LINE__, hoursOf, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
+      {__LINE__, hoursOf, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
+      {__LINE__, hoursOf, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},
+      {__LINE__, hoursOf, calendar(2, 2, monday, ""), usual},
+  });
 }
 
 constexpr Operation kDateTime = apply<conform::dateTimeSeconds>;

@@ -141,6 +141,7 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
     std::optional<xml::Element> late;  // outlives the scope that it was made in
     for (int round = 0; round < 3; ++round) {
       const auto scope = document.scope();
+      if (!late) late = element("late", 'l');
       xml::Element outer = document.newElement("outer");
       {
         xml::Element inner = element("inner", 'i');
@@ -151,7 +152,6 @@ TEST(XMLOutputTest, ElementsKeepTheirMemory) {
       }
       const xml::Element other = element("other", 'o');
       root.append(std::move(outer));
-      if (!late) late = element("late", 'l');
     }
     root.append(std::move(waiting));
     root.append(std::move(*late));

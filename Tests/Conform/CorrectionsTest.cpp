@@ -45,18 +45,17 @@ string copied(const ValueRow& row) {
   return failure.empty() ? value : failure;
 }
 
+template <typename Get>
+void expectAll(const std::vector<ValueRow>& rows, Get get) {
+  for (const ValueRow& row : rows) {
+    SCOPED_TRACE(fmt::format("{}: {}", row.line, row.about));
+    EXPECT_EQ(get(row), row.expected);
+  }
+}
 void expectSent(const std::vector<ValueRow>& rows, const Options& options = {"Base", "EUR", false}) {
-  for (const ValueRow& row : rows) {
-    SCOPED_TRACE(fmt::format("{}: {}", row.line, row.about));
-    EXPECT_EQ(sent(row, options), row.expected);
-  }
+  expectAll(rows, [&options](const ValueRow& row) { return sent(row, options); });
 }
-void expectCopied(const std::vector<ValueRow>& rows) {
-  for (const ValueRow& row : rows) {
-    SCOPED_TRACE(fmt::format("{}: {}", row.line, row.about));
-    EXPECT_EQ(copied(row), row.expected);
-  }
-}
+void expectCopied(const std::vector<ValueRow>& rows) { expectAll(rows, copied); }
 
 string link(const string& attributes) { return "<prerequisite-task " + attributes + "/>"; }
 string use(const string& resource) { return "<assignment idref='" + resource + "'/>"; }

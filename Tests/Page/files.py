@@ -90,8 +90,8 @@ ODD = {
                              "0001-01-01 to 999999999-12-31: off"),
     "an hour that is none": (tasks(dates("2026-03-04T77:00:00", "2026-03-04T24:00:00")), "2026-03-05"),
     "line breaks": (tasks("<Task><Name>a&#13;b&#13;&#10;c</Name></Task>"), ">a\nb\nc<"),
-    "a rate": (START + "<CurrencySymbol>kr</CurrencySymbol><CurrencySymbolPosition>3</CurrencySymbolPosition><Resources>"
-               "<Resource><Name>A</Name><StandardRate>5</StandardRate></Resource></Resources></Project>", "5.00 kr per hour"),
+    "a rate": (START + "<CurrencySymbol>kr</CurrencySymbol><CurrencySymbolPosition>2</CurrencySymbolPosition><Resources>"
+               "<Resource><Name>A</Name><StandardRate>5</StandardRate></Resource></Resources></Project>", "kr 5.00 per hour"),
     "a calendar that says nothing": (START + "<Calendars><Calendar><UID>1</UID></Calendar></Calendars></Project>", "Sun-Sat off"),
     "a repeated element": (START + "<Title>A</Title><Title>B</Title></Project>", "<title>A</title>"),
 }
