@@ -176,7 +176,7 @@ class Doubts {
     const auto flags = scanUsualDateTime(record, text);
     constexpr MSPCUnitFlags kTime = kMSPCHour;
     if (flags && (*flags & kMSPCTimeZoneUnits) != 0) {
-      if (!isInCalendar(record)) {
+      if (!platform::GregorianCalendar::has(record.civil())) {
         warn("{} '{}' is in no calendar, {} is written", name, text, orEmpty(MSPIUtilities::kvdxToMspdiDateTime(text)));
       }
     } else if (flags && (*flags & kTime) != 0) {
@@ -184,12 +184,6 @@ class Doubts {
     } else {
       tellReading(name, text, MSPIUtilities::kvdxToMspdiDateTime(text));
     }
-  }
-
-  /// Other dates, such as 30 February, roll over.
-  static bool isInCalendar(const MSPCDateComponents& record) {
-    using platform::GregorianCalendar;
-    return GregorianCalendar::civilFromSeconds(GregorianCalendar::secondsFromCivil(record.civil())) == record.civil();
   }
 
   /// Checks a date of an event, which may be without a zone.

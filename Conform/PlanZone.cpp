@@ -98,7 +98,7 @@ void PlanZone::gather(std::string_view text) {
   if (!flags || (*flags & kMSPCTimeZoneUnits) == 0) return;
   constexpr std::size_t kSignAt = 19;
   const std::int64_t seconds = platform::GregorianCalendar::secondsFromCivil(record.civil());
-  if (platform::GregorianCalendar::civilFromSeconds(seconds) != record.civil()) return;
+  if (!platform::GregorianCalendar::has(record.civil())) return;
   std::int64_t offset = 0;
   const bool isUTC = (*flags & kMSPCTimeZoneUTC) != 0;
   if (!isUTC) {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <set>
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
@@ -60,16 +60,17 @@ class BundleReader {
     return document.content;
   }
 
-  /// Reads a compared scenario and keeps only an excerpt, so that it is not in memory together with the plan. Logs
-  /// nothing yet, since the log follows the order of the table of contents.
-  void readCompared(const std::string& fileName, const std::vector<std::string>& plans) {
-    const std::string name = nameInBundle(bundle_, fileName);
-    const bool isPlan = std::any_of(plans.begin(), plans.end(), [&](const std::string& plan) {
-      return pathOf(nameInBundle(bundle_, plan)) == pathOf(name);
-    });
-    if (isPlan || documents_.contains(pathOf(name))) return;
-    ReadDocument& document = read(name);
-    if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
+  /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
+  /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
+  void readCompared(const std::set<std::string>& compared, const std::set<std::string>& plans) {
+    std::set<std::string> planPaths;
+    for (const std::string& plan : plans) planPaths.insert(pathOf(nameInBundle(bundle_, plan)));
+    for (const std::string& fileName : compared) {
+      const std::string name = nameInBundle(bundle_, fileName);
+      if (planPaths.contains(pathOf(name)) || documents_.contains(pathOf(name))) continue;
+      ReadDocument& document = read(name);
+      if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
+    }
   }
 
  private:
@@ -135,14 +136,13 @@ std::vector<Listed> listedScenarios(xml::Node project, xml::Node frontWindow) {
   return list;
 }
 
-void readComparedScenarios(const std::vector<Listed>& list, BundleReader& reader) {
-  std::vector<std::string> plans;
+/// The files of the scenarios with this use, each once.
+std::set<std::string> filesOf(const std::vector<Listed>& list, Listed::Use use) {
+  std::set<std::string> files;
   for (const Listed& listed : list) {
-    if (listed.use == Listed::Use::kPlan) plans.push_back(listed.fileName);
+    if (listed.use == use) files.insert(listed.fileName);
   }
-  for (const Listed& listed : list) {
-    if (listed.use == Listed::Use::kBaseline) reader.readCompared(listed.fileName, plans);
-  }
+  return files;
 }
 
 }  // namespace
@@ -207,7 +207,7 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
 
   // The first window was the front one when the document was last saved.
   const std::vector<Listed> list = listedScenarios(project, windows.front());
-  readComparedScenarios(list, reader);
+  reader.readCompared(filesOf(list, Listed::Use::kBaseline), filesOf(list, Listed::Use::kPlan));
   for (const Listed& listed : list) {
     if (listed.use == Listed::Use::kPlan) {
       contents.plan = reader.documentNamed(listed.fileName);

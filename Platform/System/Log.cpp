@@ -77,7 +77,9 @@ void setLogSink(std::function<void(std::string_view record)> newSink) { sink() =
 
 void logRecord(fmt::string_view format, fmt::format_args args) {
   if (sink()) {
-    sink()(fmt::vformat(format, args));
+    const std::string record = fmt::vformat(format, args);
+    Budget::spend(kBudgetOfAByte * record.size());
+    sink()(record);
     return;
   }
   timeval now{};

@@ -20,6 +20,8 @@ struct CivilTime {
 /// at 32767, and a broken document may say 999999999.
 class GregorianCalendar {
  public:
+  /// Whether the calendar and a clock have such a time: not on 30 February, and not at 24:00.
+  [[nodiscard]] static bool has(const CivilTime& civil) { return civilFromSeconds(secondsFromCivil(civil)) == civil; }
   /// Seconds from 1970-01-01T00:00:00 on the same clock. Components out of range roll over; times beyond about 12
   /// billion years are set to that limit.
   ///

@@ -52,6 +52,10 @@ def prepare():
     bundle(pathlib.Path("Full.xml/Other.kvdx"))
     pathlib.Path("Full-1.xml").touch()
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
+    bundle(pathlib.Path("Wordy.kvdx"))  # its resource's name is logged for each calendar
+    wordy = ("<child-resource idref='r1'/></resource><resource id='r1'><type>Staff</type>"
+             f"<name>{'n' * 100_000}</name><schedule>{'<calendar/>' * 1000}</schedule></resource>")
+    (pathlib.Path("Wordy.kvdx") / "P.xml").write_text(plan().replace("</resource>", wordy, 1))
     bundle(pathlib.Path("Empty.kvdx"))
     bundle(pathlib.Path("Long.kvdx"), end="soon")
     text = (pathlib.Path("Long.kvdx") / "P.xml").read_text()
@@ -98,6 +102,7 @@ ROWS = [
     (["--", "-x.kvdx"], 0, "-x.xml: 2 tasks", ["-x.xml"]),
     (["Doubtful.kvdx"], 0, "task t1 'A': end-date 'soon' is no date, year 1 is written", ["Doubtful.xml"]),
     (["Long.kvdx"], 0, "task t1 'xé{99}\\.\\.\\.': end-date 'soon'", ["Long.xml"]),
+    (["Wordy.kvdx"], 1, "The export grew too large", []),
     (["--strict", "Doubtful.kvdx"], 1, "there are warnings, so nothing is written", []),
     (["Empty.kvdx"], 1, "No 'project' element found in source document.*\n.*Open the plan in Korvella", []),
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
