@@ -23,13 +23,14 @@ namespace {
 class LogHook {
  public:
   LogHook(const std::function<void(std::string_view)>& log, std::vector<std::string>& warnings) {
-    platform::setLogSink([&log, &warnings](std::string_view record) {
+    constexpr std::string_view kMark = "WARNING: ";
+    const auto take = [&log, &warnings, kMark](std::string_view record) {
       if (log) log(record);
-      constexpr std::string_view kMark = "WARNING: ";
       if (!record.starts_with("WARNING: Document ")) return;
       if (record.ends_with('.')) record.remove_suffix(1);
       warnings.emplace_back(record.substr(kMark.size()));
-    });
+    };
+    platform::setLogSink(take, log ? "" : kMark);
   }
   ~LogHook() { platform::setLogSink({}); }
   LogHook(const LogHook&) = delete;

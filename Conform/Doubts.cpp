@@ -34,9 +34,11 @@ enum class Kind : std::uint8_t {
 
 /// A child element of which only one counts.
 struct Field {
-  std::string_view name;
+  xml::Query query;
   Kind kind;
   std::string_view whenTwice = "the last one counts";
+
+  [[nodiscard]] std::string_view name() const { return query.name(); }
 };
 
 constexpr std::string_view kNoneCounts = "none counts";
@@ -159,14 +161,14 @@ class Doubts {
   void checkFields(xml::Node object, std::span<const Field> fields) {
     for (const Field& field : fields) {
       XQueryError error;
-      const xml::Node found = singleObjectForXQuery(object, xml::Query(field.name), &error);
+      const xml::Node found = singleObjectForXQuery(object, field.query, &error);
       if (!found) continue;
-      if (error) warn("there is more than one {}, {}", field.name, field.whenTwice);
-      if (field.kind == Kind::kDate) checkDate(field.name, found.stringValue());
-      if (field.kind == Kind::kTruth) checkTruth(field.name, found.stringValue());
+      if (error) warn("there is more than one {}, {}", field.name(), field.whenTwice);
+      if (field.kind == Kind::kDate) checkDate(field.name(), found.stringView());
+      if (field.kind == Kind::kTruth) checkTruth(field.name(), found.stringView());
       // Rates are copied unchanged, so they are checked differently.
-      if (field.kind == Kind::kNumber && field.name != "cost-per-hour") {
-        checkNumber(field.name, found.stringValue());
+      if (field.kind == Kind::kNumber && field.name() != "cost-per-hour") {
+        checkNumber(field.name(), found.stringView());
       }
     }
   }

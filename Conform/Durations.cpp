@@ -1,6 +1,6 @@
 #include "Conform/Durations.h"
 
-#include <fmt/format.h>
+#include <fmt/compile.h>
 
 #include <charconv>
 
@@ -38,8 +38,8 @@ std::optional<std::int64_t> secondsOf(std::string_view duration) {
 }
 
 std::string durationText(std::int64_t seconds) {
-  return fmt::format("PT{}H{}M{}S", seconds / kSecondsPerHour, seconds % kSecondsPerHour / kSecondsPerMinute,
-                     seconds % kSecondsPerMinute);
+  return fmt::format(FMT_COMPILE("PT{}H{}M{}S"), seconds / kSecondsPerHour,
+                     seconds % kSecondsPerHour / kSecondsPerMinute, seconds % kSecondsPerMinute);
 }
 
 }  // namespace conform

@@ -63,7 +63,7 @@ constexpr std::array<std::string_view, 46> kFirstZones = {
     "Pacific/Honolulu",
 };
 
-constexpr std::array<std::string_view, 11> kTaskDates = {
+constexpr std::array<xml::Query, 11> kTaskDates = {
     "start-date",          "end-date",
     "leveled-start",       "locked-start-date",
     "locked-end-date",     "start-constraint-date",
@@ -76,12 +76,12 @@ constexpr std::array<std::string_view, 11> kTaskDates = {
 
 PlanZone::PlanZone(xml::Node scenario) {
   const auto gatherElement = [&](xml::Node object, const xml::Query& query) {
-    if (const xml::Node date = singleObjectForXQuery(object, query)) gather(date.stringValue());
+    if (const xml::Node date = singleObjectForXQuery(object, query)) gather(date.stringView());
   };
   gatherElement(scenario, "start-date");
   gatherElement(scenario, "end-date");
   for (const xml::Node task : objectsForXQuery(scenario, "task")) {
-    for (const std::string_view name : kTaskDates) gatherElement(task, name);
+    for (const xml::Query& date : kTaskDates) gatherElement(task, date);
   }
   for (const xml::Node resource : objectsForXQuery(scenario, "resource")) {
     for (const xml::Node event : objectsForXQuery(resource, "schedule/calendar/event")) {

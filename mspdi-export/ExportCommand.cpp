@@ -200,10 +200,12 @@ ExportResult ExportCommand::exportFolder(const Bundle& bundle, const std::string
   request.keepDates = arguments_.keepDates;
   request.check = arguments_.check;
   request.strict = arguments_.strict;
-  request.log = [&](std::string_view record) {
-    progress.take(record);
-    if (arguments_.verbose) say("{}", record);
-  };
+  if (bar.isShown() || arguments_.verbose) {
+    request.log = [&](std::string_view record) {
+      progress.take(record);
+      if (arguments_.verbose) say("{}", record);
+    };
+  }
   return exportBundle(request);
 }
 

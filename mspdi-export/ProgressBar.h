@@ -14,6 +14,8 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
+  /// Whether update() shows anything.
+  [[nodiscard]] bool isShown() const { return isShown_; }
   /// @param atOnce whether to show the bar even in the first second, as for several bundles.
   void update(std::size_t done, std::size_t total, const std::string& label, bool atOnce = false);
   /// Clears the line, so that something else can be written.

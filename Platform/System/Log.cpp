@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <ctime>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -26,15 +25,22 @@ std::string &programName() {
   return name;
 }
 
-std::function<void(std::string_view)> &sink() {
-  static std::function<void(std::string_view)> ofTheProcess;
+/// Where the records go instead of standard error, and which of them.
+struct Sink {
+  std::function<void(std::string_view)> take;
+  std::string beginning;
+};
+
+Sink &sink() {
+  static Sink ofTheProcess;
   return ofTheProcess;
 }
 
-/// " MSPDIExport[4711] "
-const std::string &nameAndProcess() {
-  static const std::string text = fmt::format(" {}[{}] ", programName(), getpid());
-  return text;
+void passToSink(fmt::string_view format, fmt::format_args args) {
+  if (!std::string_view(format.data(), format.size()).starts_with(sink().beginning)) return;
+  const std::string record = fmt::vformat(format, args);
+  Budget::spend(kBudgetOfAByte * record.size());
+  sink().take(record);
 }
 
 /// On a terminal, a carriage return in a name would let it overwrite its line. Programs that read the log get it
@@ -55,6 +61,16 @@ bool isControl(std::uint32_t character) {
 
 char digit(int number) { return static_cast<char>('0' + number); }
 
+/// " MSPDIExport[4711] "
+const std::string &nameAndProcess() {
+  static const std::string text = [] {
+    std::string escaped;
+    appendEscaped(escaped, fmt::format(" {}[{}] ", programName(), getpid()), isControl, kFirstWideEscape);
+    return escaped;
+  }();
+  return text;
+}
+
 /// The prefix's date and time to the second. Kept from record to record, since thousands are written in one second.
 const std::string &localSecond(time_t now) {
   static time_t cachedFor = -1;
@@ -73,25 +89,23 @@ const std::string &localSecond(time_t now) {
 
 void setLogProgramName(std::string_view name) { programName() = name; }
 
-void setLogSink(std::function<void(std::string_view record)> newSink) { sink() = std::move(newSink); }
+void setLogSink(std::function<void(std::string_view record)> newSink, std::string_view beginning) {
+  sink() = {std::move(newSink), std::string(beginning)};
+}
 
 void logRecord(fmt::string_view format, fmt::format_args args) {
-  if (sink()) {
-    const std::string record = fmt::vformat(format, args);
-    Budget::spend(kBudgetOfAByte * record.size());
-    sink()(record);
-    return;
-  }
+  if (sink().take) return passToSink(format, args);
   timeval now{};
   gettimeofday(&now, nullptr);
   const auto milliseconds = static_cast<int>(now.tv_usec / 1000);
   const std::array<char, 4> fraction = {'.', digit(milliseconds / 100), digit(milliseconds / 10 % 10),
                                         digit(milliseconds % 10)};
-  std::string record = localSecond(now.tv_sec);
-  record.append(fraction.data(), fraction.size());
-  appendEscaped(record, nameAndProcess(), isControl, kFirstWideEscape);
   fmt::memory_buffer message;
-  fmt::vformat_to(std::back_inserter(message), format, args);
+  fmt::vformat_to(fmt::appender(message), format, args);
+  const std::string &second = localSecond(now.tv_sec);
+  std::string record;
+  record.reserve(second.size() + fraction.size() + nameAndProcess().size() + message.size() + 1);
+  record.append(second).append(fraction.data(), fraction.size()).append(nameAndProcess());
   appendEscaped(record, {message.data(), message.size()}, isControl, kFirstWideEscape);
   record.push_back('\n');
   Budget::spend(kBudgetOfAByte * record.size());

@@ -18,9 +18,11 @@ void setLogProgramName(std::string_view name);
 /// terminal, as "\x0d". A closed or full standard error is ignored.
 void logRecord(fmt::string_view format, fmt::format_args args);
 
-/// Passes every record to the sink, without prefix and final line break, instead of writing it to standard error. For
+/// Passes the records to the sink, without prefix and final line break, instead of writing them to standard error. For
 /// programs that show the log in another way. An empty sink restores standard error.
-void setLogSink(std::function<void(std::string_view record)> sink);
+/// @param beginning the sink gets only the records whose format begins with this. The others are not formatted, since
+/// that takes time and there are thousands of them.
+void setLogSink(std::function<void(std::string_view record)> sink, std::string_view beginning = "");
 
 /// Formats a record as fmt does and writes it.
 template <typename... Args>

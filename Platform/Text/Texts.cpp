@@ -84,6 +84,15 @@ std::string escapeOf(std::uint32_t character, bool isWide) {
   return isWide ? fmt::format("\\u{:04x}", character) : fmt::format("\\x{:02x}", character);
 }
 
+bool isPrintableASCII(char c) { return c >= ' ' && c <= '~'; }
+
+/// Without an early exit, the compiler tests many characters at a time.
+bool isPrintableASCII(std::string_view text) {
+  bool isPrintable = true;
+  for (const char c : text) isPrintable &= isPrintableASCII(c);
+  return isPrintable;
+}
+
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// The character of a byte of at least 0x80 in windows-1252; U+FFFD for the five bytes that have none.
@@ -141,9 +150,13 @@ std::vector<std::string_view> splitAtNewlines(std::string_view text) {
 
 void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std::uint32_t character),
                    std::uint32_t firstWide) {
+  if (isPrintableASCII(text)) {
+    to += text;
+    return;
+  }
   std::size_t plain = 0;  // length of the beginning that needs no escape
   while (plain < text.size()) {
-    if (text[plain] >= ' ' && text[plain] <= '~') {
+    if (isPrintableASCII(text[plain])) {
       ++plain;
       continue;
     }

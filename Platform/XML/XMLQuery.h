@@ -49,6 +49,9 @@ class Query {
   /// The query name[@attribute='value'], without building that text.
   static constexpr Query child(std::string_view name, std::string_view attribute, std::string_view value);
 
+  /// The name of the elements that it asks for, such as "title" of "project/title".
+  [[nodiscard]] constexpr std::string_view name() const { return name_.text; }
+
   /// Calls visit(node) for each match below the context, in document order.
   template <typename Visit>
   void forEach(Node context, Visit visit) const;
