@@ -32,8 +32,8 @@ install(CODE [[
 ]] COMPONENT program)
 install(FILES completions/_MSPDIExport DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/\${MSPDI_ZSH} COMPONENT program)
 
-# Folders keep their places beside the README, so that its links work. Only the bundles of the examples are installed, not
-# files that were exported beside them.
+# Folders keep their places beside the README, so that its links work. Of the examples, only the bundles are installed,
+# not files that were exported beside them.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 install(DIRECTORY docs DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 file(GLOB MSPDI_EXAMPLES CONFIGURE_DEPENDS Examples/*.kvdx)
@@ -45,7 +45,7 @@ set(MSPDI_INCLUDES ${CMAKE_INSTALL_INCLUDEDIR}/mspdi)
 set_target_properties(mspdi PROPERTIES INTERFACE_INCLUDE_DIRECTORIES
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>;$<INSTALL_INTERFACE:${MSPDI_INCLUDES}>")
 set_target_properties(mspdi_conform PROPERTIES EXPORT_NAME conform)
-# Other programs must not get our compiler warnings, and the target for them is not installed.
+# The target mspdi_warnings is not installed, so the installed libraries must not refer to it.
 foreach(library mspdi mspdi_conform)
   get_target_property(MSPDI_LINKED ${library} INTERFACE_LINK_LIBRARIES)
   list(REMOVE_ITEM MSPDI_LINKED "$<LINK_ONLY:mspdi_warnings>")
