@@ -19,10 +19,8 @@ namespace platform {
 /// The text without white space and line breaks (Unicode's, not only ASCII's) at both ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
-/// The pieces between newlines (U+000A to U+000D, U+0085, U+2028, U+2029), which point into the text: "a
-///
-/// b" gives "a", "", "b"; "a\r
-/// b" the same. A text without newlines is one piece.
+/// The pieces between newlines (U+000A to U+000D, U+0085, U+2028, U+2029), which point into the text: "a\n\nb" and
+/// "a\r\nb" both give "a", "", "b". A text without newlines is one piece.
 [[nodiscard]] std::vector<std::string_view> splitAtNewlines(std::string_view text);
 
 /// The number that appendEscaped() uses for a byte that is not UTF-8.
@@ -33,8 +31,8 @@ inline constexpr std::uint32_t kNoCharacter = 0xFFFFFFFF;
 void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std::uint32_t character),
                    std::uint32_t firstWide = 0x80);
 /// The text on one line, safe to show on a terminal: control characters, line separators, marks that turn the direction
-/// of writing, and bytes that are not UTF-8 become escapes such as "
-/// ", "\x1b" and "\u202e".
+/// of writing, and bytes that are not UTF-8 become escapes such as "\n", "\x1b" and
+/// "\u202e".
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// The text for a message that may be repeated thousands of times: when longer than 200 bytes, its beginning (whole
