@@ -1,7 +1,7 @@
 // Times whole runs of the exporter over generated bundles and prints the tables of docs/performance.md. Usage:
 // MSPDIBench EXPORTER FLOOR SEND CONFORM FOLDER [BEFORE BEFORE_SEND]
-// The folder receives bundles and results; SEND and CONFORM are mspdi-export and mspdi-conform, BEFORE and BEFORE_SEND
-// an older exporter and mspdi-export to compare with.
+// Bundles and results are written to the folder. SEND is mspdi-export, CONFORM is mspdi-conform; BEFORE and BEFORE_SEND
+// are older versions of MSPDIExport and mspdi-export to compare with.
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -30,17 +30,17 @@ constexpr std::size_t kManyTasks = 1000;
 constexpr std::array<std::size_t, 3> kTasks = {500, 10'000, 100'000};
 
 struct Usage {
-  double cpu = 0;     ///< seconds; of the floor, without the start of its process
+  double cpu = 0;     ///< seconds; for the floor, without the start of its process
   double wall = 0;    ///< seconds
   double memory = 0;  ///< peak, bytes
-  double start = 0;   ///< of the floor: CPU seconds of the process before it begins
+  double start = 0;   ///< CPU seconds that the floor used before main; 0 for others
 };
 
 double seconds(const timeval &time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
-/// Runs a command to its end, its output thrown away. Ends the benchmark when it fails.
+/// Runs a command until it ends and discards its output. Ends the benchmark when the command fails.
 Usage measured(const std::vector<std::string> &command) {
   const auto before = std::chrono::steady_clock::now();
   const pid_t child = fork();
@@ -65,7 +65,7 @@ Usage measured(const std::vector<std::string> &command) {
   return {seconds(usage.ru_utime) + seconds(usage.ru_stime), wall.count(), static_cast<double>(usage.ru_maxrss) * 1024};
 }
 
-/// The floor measures itself, so that loading the result is not counted.
+/// The floor measures itself, so that loading the finished output is not counted.
 Usage measuredFloor(const std::string &program, const std::string &result, const std::string &out,
                     const std::vector<std::string> &inputs) {
   const std::string command = fmt::format("'{}' '{}' '{}' '{}'", program, result, out, fmt::join(inputs, "' '"));
@@ -94,19 +94,19 @@ double sizeOf(const std::vector<std::string> &files) {
   return size;
 }
 
-/// The programs that are measured, of one version.
+/// The programs of one version.
 struct Version {
   std::string exporter;
   std::string send;  ///< mspdi-export
 };
 
 struct Programs {
-  std::vector<Version> versions;  ///< today's, then perhaps an older one
+  std::vector<Version> versions;  ///< the present one, then the older one if there is one
   std::string conform;
   std::string floor;
 };
 
-/// What one version took for one plan.
+/// The measurements of one version for one plan.
 struct Times {
   Usage exporter;
   Usage send;
@@ -115,14 +115,14 @@ struct Times {
 
 struct Plan {
   std::vector<Times> versions;
-  Usage conform;  ///< of what the exporter wrote
+  Usage conform;  ///< for the exporter's output
   Usage floor;
   Usage xmllint;
   double bytesIn = 0;
   double bytesOut = 0;
 };
 
-/// Runs of one version.
+/// All runs of one version.
 struct Runs {
   std::vector<Usage> exporter;
   std::vector<Usage> send;
@@ -170,7 +170,7 @@ Plan timePlan(const Programs &programs, const std::string &folder, std::size_t t
   return plan;
 }
 
-/// The smallest bundle, in milliseconds.
+/// The wall times for the smallest bundle, in milliseconds.
 struct Smallest {
   std::vector<double> exporters;
   double xmllint = 0;
@@ -195,7 +195,7 @@ Smallest timeSmallest(const Programs &programs, const std::string &folder) {
   return smallest;
 }
 
-/// A row of the table: what it is, its value for a version, and the most that it may be.
+/// A row of the table of goals: its name, its value for a version, and the goal.
 struct Row {
   const char *what;
   std::function<double(std::size_t version)> value;

@@ -1,7 +1,6 @@
-// The least that any exporter must do, with the same XML library: read the bundle's documents and write the finished
-// output. The output is loaded beforehand from the exporter's own result; that load is not counted. Usage: MSPDIFloor
-// RESULT.xml OUT.xml INPUT.xml...   Prints "cpu wall start" in seconds; start is the CPU time of the process before
-// main.
+// Does the least that any exporter must do with the same XML library: reads the bundle's documents and writes the
+// finished output. The output is loaded beforehand from the exporter's result, which is not counted. Usage: MSPDIFloor
+// RESULT.xml OUT.xml INPUT.xml...   Prints "cpu wall start" in seconds; start is the CPU time before main.
 
 #include <sys/resource.h>
 

@@ -1,4 +1,4 @@
-// The parts of an export that a regression can be placed in: conversions, queries, the sweep over calendar events, and
+// Times parts of an export, to find where a regression is: conversions, queries, the sweep over calendar events, and
 // the working-time advance.
 
 #include <benchmark/benchmark.h>
@@ -35,7 +35,7 @@ void mppToMspdiDuration(benchmark::State &state) {
 }
 BENCHMARK(mppToMspdiDuration);
 
-/// A child's text, below an element with as many children as a task has.
+/// Reads the text of a child of an element that has as many children as a task.
 void stringValueForXQueryOfChild(benchmark::State &state) {
   std::string text = "<task>";
   for (int i = 0; i < 20; ++i) text += fmt::format("<field-{0}>{0}</field-{0}>", i);
@@ -44,7 +44,7 @@ void stringValueForXQueryOfChild(benchmark::State &state) {
 }
 BENCHMARK(stringValueForXQueryOfChild);
 
-/// An object by its id, in a scenario of so many.
+/// Finds an object by its id; the argument is the number of objects in the scenario.
 void singleObjectForXQueryById(benchmark::State &state) {
   std::string text = "<scenario>";
   for (int i = 0; i < state.range(0); ++i) text += fmt::format("<task id='t{}'/>", i);
@@ -54,7 +54,7 @@ void singleObjectForXQueryById(benchmark::State &state) {
 }
 BENCHMARK(singleObjectForXQueryById)->Arg(100)->Arg(100'000);
 
-/// A schedule of so many dated days, each with hours of its own; the time is to grow with their number.
+/// Maps dated days, each with other hours than the one before. The time should be proportional to their number.
 void mapEvents(benchmark::State &state) {
   std::vector<MSPEKvdxEventInfo> events;
   for (int i = 0; i < state.range(0); ++i) {

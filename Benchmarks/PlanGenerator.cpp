@@ -29,7 +29,7 @@ std::string dayText(std::int64_t seconds) {
   return fmt::format("{:04d}-{:02d}-{:02d}", civil.year, civil.month, civil.day);
 }
 
-/// The n-th working day's date.
+/// The date of the n-th working day.
 std::string workingDay(std::size_t n) {
   return dayText(kFirstDay + static_cast<std::int64_t>(n / 5 * 7 + n % 5) * kDay);
 }
@@ -133,7 +133,7 @@ void appendTask(Out out, std::size_t n, std::size_t previous, std::size_t people
   fmt::format_to(out, "  </task>\n");
 }
 
-/// Phases of groups of tasks; every id is its number's, groups in front of their tasks.
+/// A scenario of phases that contain groups of tasks. Ids are numbered in document order, each group before its tasks.
 std::string scenario(std::size_t tasks, bool isBaseline) {
   constexpr std::size_t kGroupSize = kTasksPerGroup + 1;
   constexpr std::size_t kPhaseSize = kGroupsPerPhase * kGroupSize + 1;

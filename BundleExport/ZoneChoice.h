@@ -13,6 +13,6 @@ struct ZoneChoice {
 
 /// Chooses the zone and makes it the process's zone: the requested one; otherwise this machine's zone if all dates of
 /// the plan have its offsets; otherwise the first zone that fits all dates; otherwise this machine's, with a warning.
-/// @param scenario the plan. @param requested as in TZ; "machine" for this machine's zone; empty to let the plan tell.
+/// @param scenario the plan. @param requested as in TZ; "machine" for this machine's zone; empty to use the plan's.
 /// @throws platform::Exception with a reason for people when the requested zone is unknown.
 [[nodiscard]] ZoneChoice chooseZone(xml::Node scenario, const std::string& requested);

@@ -11,10 +11,10 @@
 
 namespace conform {
 
-/// What the user decides.
+/// The choices of the user.
 struct Options {
   std::string baseName;    ///< names a project without a title: the file's name without its extension, any bytes
-  std::string currency;    ///< ISO 4217 code for a symbol that tells none; empty when not given
+  std::string currency;    ///< ISO 4217 code for a symbol that does not determine one; empty when not given
   bool keepDates = false;  ///< schedule every task by hand, so that no reader moves it
 };
 

@@ -54,7 +54,7 @@ std::vector<const Item*> withoutNumber(const Copy& copy, const std::vector<Item>
   return later;
 }
 
-/// Gives each item a number of its own.
+/// Gives each item a number that no other one has.
 Renamed renumber(Copy& copy, const std::vector<Item>& items, const char* what) {
   Numbers numbers;
   const std::vector<const Item*> unnumbered = withoutNumber(copy, items, numbers);

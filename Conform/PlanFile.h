@@ -18,14 +18,14 @@ using WorkingHours = std::vector<Span>;
 /// A calendar's hours of Sunday to Saturday; none for a day that it does not define.
 using WeekHours = std::array<std::optional<WorkingHours>, 7>;
 
-/// A stretch of days with hours of their own; days are counted from 1970-01-01, and the last is included.
+/// An exception: the hours of all days from the first to the last. Days are counted from 1970-01-01.
 struct FileException {
   std::int64_t firstDay = 0;
   std::int64_t lastDay = 0;
   std::string name;
   WorkingHours hours;
 };
-/// A week with hours of its own during some days, the last included.
+/// A work week: the hours of each weekday, on the days from the first to the last.
 struct FileWorkWeek {
   std::int64_t firstDay = 0;
   std::int64_t lastDay = 0;

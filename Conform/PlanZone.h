@@ -10,15 +10,16 @@
 
 namespace conform {
 
-/// The zones in which a plan's dates were written. Korvella writes each date with the offset that the author's clock
-/// had then, so that the offsets of a plan tell its zone, or a few zones that all show the same times for these dates.
+/// Finds the zone in which a plan's dates were written. Korvella writes each date with the offset that the author's
+/// zone had at that date. So the offsets of a plan leave only one zone, or a few that show the same times for these
+/// dates.
 ///
 ///   <start-date>2026-02-06T08:30:00-05:00</start-date> and <end-date>2026-10-08T17:30:00-04:00</end-date>
 ///   fit America/New_York, and not America/Bogota, which has -05:00 all year.
 class PlanZone {
  public:
   /// Gathers the dates of a plan that have a time and an offset or "Z": texts of elements, and attributes. Dates that
-  /// no calendar has, such as 30 February, tell nothing.
+  /// no calendar has, such as 30 February, are ignored.
   explicit PlanZone(xml::Node scenario);
 
   /// Takes dates with "Z" as instants of any zone, not as those of one whose offset was 0 then. For plans that no zone

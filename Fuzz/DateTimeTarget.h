@@ -27,7 +27,7 @@ std::string fuzzOutcome(Operation operation) {
   }
 }
 
-/// Zones with offsets of whole, half and quarter hours, in both hemispheres, and one that changed its clocks at
+/// Zones with offsets of whole, half and quarter hours in both hemispheres, and one that changed its clocks at
 /// midnight.
 inline constexpr std::array<const char*, 6> kFuzzZones = {
     "UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "America/Sao_Paulo"};
@@ -57,13 +57,13 @@ inline void checkScan(std::string_view text) {
   check(scanned == general, "scan: " + scanned + "\nexpression: " + general);
 }
 
-/// Checks that printing an instant and reading it back gives the instant, if its offset can be written: in whole
-/// minutes, and not negative with minutes.
+/// Checks that printing an instant and reading it back gives the same instant. Skips offsets that do not survive this:
+/// those with seconds, and negative ones with minutes.
 inline void checkInstant(double seconds) {
   const platform::Instant instant{std::trunc(seconds)};
   const std::int64_t offset = platform::TimeZone::system().secondsFromGMT(instant);
   if (offset % 60 != 0 || (offset < 0 && offset % 3600 != 0)) return;
-  if (std::abs(seconds) > 6e10) return;  // such years are written in another form than they are read
+  if (std::abs(seconds) > 6e10) return;  // the text of such years cannot be read back
   if (seconds < -6e10 / 2) return;
   const auto text = MSPIUtilities::mppToKvdxDateTime(instant);
   const auto back = MSPIUtilities::kvdxToMppDateTime(*text);
@@ -119,13 +119,13 @@ inline void callWithAnother(std::string_view text, std::string_view other) {
     return 0;
   });
   callAny([&] { return U::isWorkingDay(text, nullptr); });
-  // An advance goes day by day, up to about 10,000 years. That is correct, but too slow to be tried often.
+  // An advance steps day by day for up to about 10,000 years: correct, but too slow to try often.
   if (std::abs(platform::doubleValue(other)) >= 1e9) return;
   callAny([&] { return U::isoDateTime(text, other, true, nullptr); });
   callAny([&] { return U::isoDateTime(text, other, false, nullptr); });
 }
 
-/// The converter by date patterns. Not called for several lines, with which it ends the process on purpose.
+/// Calls the converter by date patterns. Skips texts of several lines, for which it ends the process on purpose.
 inline void callConverter(std::string_view text) {
   using C = MSPCDateTimeConverter;
   if (platform::splitAtNewlines(text).size() > 1) return;
@@ -139,9 +139,9 @@ inline void callConverter(std::string_view text) {
   }
 }
 
-/// The input chooses a zone and the functions to call, followed by a text and, after a bar, another text. Only some
-/// functions are called for each input, since most conversions compile expressions, which takes far longer than
-/// anything else.
+/// The first bytes of the input choose a zone and the functions to call; then come a text and, after a bar, another
+/// text. Only some functions are called for each input, because most conversions compile expressions, which takes far
+/// longer than anything else.
 inline void fuzzDateTime(std::string_view input) {
   if (input.empty()) return;
   const auto choice = static_cast<unsigned char>(input[0]);

@@ -55,7 +55,7 @@ inline void checkTexts(std::string_view text) {
   check(platform::trimmed(trimmed) == trimmed, "trimmed once");
 }
 
-/// Runs the driver on a list of bundles. None of them exists, so nothing is written and the status is a failure.
+/// Runs MSPDIExport on a list of bundles that do not exist. It must write nothing and fail.
 inline void runWithList(std::string_view list) {
   const int descriptor = memfd_create("list", MFD_CLOEXEC);
   if (descriptor < 0 || write(descriptor, list.data(), list.size()) != static_cast<ssize_t>(list.size())) return;

@@ -14,8 +14,7 @@
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLTree.h"
 
-/// Separates the documents of one input: the plan, the table of contents, then the baselines. XML does not allow this
-/// character.
+/// Separates the documents of an input: plan, table of contents, baselines. XML does not allow this character.
 inline constexpr char kDocumentSeparator = '\x1E';
 
 /// Reads a document as the exporter does.
@@ -23,7 +22,7 @@ inline std::shared_ptr<xml::Document> fuzzDocument(std::string_view bytes) {
   return xml::Document::read(std::string(bytes)).document;
 }
 
-/// The text with all empty elements in the same one of the two spellings.
+/// The text with all empty elements written in the same way.
 inline std::string withShortEmptyElements(std::string text) {
   for (std::size_t at = text.find("></"); at != std::string::npos; at = text.find("></", at)) {
     text.replace(at, text.find('>', at + 1) + 1 - at, " />");

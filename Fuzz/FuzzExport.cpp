@@ -12,7 +12,7 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
 
 namespace {
 
-/// Texts that fields of a plan may contain, and some that they should not.
+/// Valid and invalid texts for the fields of a plan.
 constexpr std::array kValues = {"",
                                 "0",
                                 "1",
@@ -98,7 +98,7 @@ std::vector<Range> valuesOf(const std::string& text) {
   return ranges;
 }
 
-/// The element at the position, roughly: from a tag to the next end tag of its name.
+/// Roughly the element at the position: from its start tag to the next end tag of the same name.
 Range elementAt(const std::string& text, std::size_t at) {
   const std::size_t begin = text.find('<', at);
   if (begin == std::string::npos) return {0, 0};
@@ -116,7 +116,7 @@ Range elementAt(const std::string& text, std::size_t at) {
 }  // namespace
 
 /// Half of the mutations keep the document well-formed: they replace a value, or repeat, move or remove an element. The
-/// other half is the fuzzer's own.
+/// others are the default mutations of libFuzzer.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maximum,
                                                unsigned seed) {
   std::minstd_rand random(seed);

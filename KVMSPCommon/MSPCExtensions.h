@@ -91,7 +91,7 @@ xml::OutputNode addComment(xml::OutputNode element, std::optional<std::string_vi
 xml::OutputNode insertComment(xml::OutputNode element, std::optional<std::string_view> text, std::int32_t atIndex);
 
 /// The text with one kind of line break replaced by blanks: of the kinds below, the last in this order that occurs in
-/// the text. The other kinds stay, since the exact file must not change: "a\r
-/// b" gives "a\r b". "&#x0D;" "&#x0d;" "&#x2028;" "&#x0A;" "&#x0a;" "&#x2029;" (unless the text begins with
-/// "<![CDATA["), U+000D, U+2028, U+000A, U+2029.
+/// the text. The other kinds stay, since the exact file must not change: "a\r\nb" gives "a\r b". The kinds are "&#x0D;"
+/// "&#x0d;" "&#x2028;" "&#x0A;" "&#x0a;" "&#x2029;" (these six not when the text begins with "<![CDATA["), U+000D,
+/// U+2028, U+000A, U+2029.
 std::string stringByReplacingOccurrencesOfNewline(std::string_view text);

@@ -1,6 +1,7 @@
-# Makes a C++ file of the page's skeleton, style sheet and script, which are edited as files of their own:
-#   cmake -D FOLDER=mspdi-page -D OUTPUT=PageFiles.cpp -P EmbedPage.cmake
-# The page's policy lets a browser take this style sheet and this script alone, which it tells by their hashes.
+# Writes a C++ file that contains the page's skeleton, style sheet and script:
+#   cmake -D FOLDER=Page -D OUTPUT=PageFiles.cpp -P EmbedPage.cmake
+# Also computes the hashes of style sheet and script. The page's content policy lists them, so that a browser uses no
+# others.
 
 # The SHA-256 of a text, in base64.
 function(hash_of text result)
@@ -17,7 +18,7 @@ function(hash_of text result)
     string(SUBSTRING ${alphabet} ${low} 1 second)
     string(APPEND base64 ${first}${second})
   endforeach()
-  # The two digits too many became one character too many.
+  # Remove the last character, which comes from the two digits added above.
   string(SUBSTRING ${base64} 0 43 base64)
   set(${result} "${base64}=" PARENT_SCOPE)
 endfunction()
@@ -30,7 +31,7 @@ hash_of("${script}" script_hash)
 foreach(part style_hash script_hash style script)
   string(REPLACE "{{${part}}}" "${${part}}" skeleton "${skeleton}")
 endforeach()
-# A literal has a length that compilers must take; pieces next to each other are one.
+# Compilers limit the length of a literal; adjacent literals are joined.
 string(LENGTH "${skeleton}" length)
 set(pieces "")
 set(at 0)

@@ -1,5 +1,5 @@
-# What an installation and the two Debian packages hold: the component "program" is for those who export, "library" for
-# those who write a program that exports.
+# The contents of an installation and of the two Debian packages. The component "program" has the commands, "library" is
+# for programs that export bundles themselves.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -9,7 +9,7 @@ set(MSPDI_DOCUMENTS ${CMAKE_INSTALL_DATAROOTDIR}/doc/${MSPDI_PACKAGE})
 # --- The program ---
 install(TARGETS MSPDIExport mspdi-export mspdi-conform mspdi-page COMPONENT program)
 install(PROGRAMS scripts/export-all DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME mspdi-export-all COMPONENT program)
-# Compressed as Debian has them, while configuring: no target needs to be built for them.
+# Man pages are compressed, as Debian requires, during configuration, so that no target is needed for them.
 find_program(MSPDI_GZIP gzip REQUIRED)
 function(mspdi_compress file compressed)
   execute_process(COMMAND ${MSPDI_GZIP} -9n INPUT_FILE ${file} OUTPUT_FILE ${compressed} COMMAND_ERROR_IS_FATAL ANY)
@@ -23,7 +23,7 @@ foreach(command MSPDIExport mspdi-export mspdi-export-all mspdi-conform mspdi-pa
   install(FILES completions/${command}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME ${command} COMPONENT program)
 endforeach()
-# Debian's zsh looks for completions of packages, which live in /usr, in a folder of its own.
+# Debian's zsh has a separate folder for completions of packages, which are installed in /usr.
 install(CODE [[
   set(MSPDI_ZSH site-functions)
   if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS /etc/debian_version)
@@ -32,8 +32,8 @@ install(CODE [[
 ]] COMPONENT program)
 install(FILES completions/_MSPDIExport DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/\${MSPDI_ZSH} COMPONENT program)
 
-# The folders keep their places beside the README, whose links then hold. Of the examples the bundles, not what was
-# exported beside them.
+# Folders keep their places beside the README, so that its links work. Of the examples, only the bundles are installed,
+# not files that were exported beside them.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 install(DIRECTORY docs DESTINATION ${MSPDI_DOCUMENTS} COMPONENT program)
 file(GLOB MSPDI_EXAMPLES CONFIGURE_DEPENDS Examples/*.kvdx)
@@ -45,7 +45,7 @@ set(MSPDI_INCLUDES ${CMAKE_INSTALL_INCLUDEDIR}/mspdi)
 set_target_properties(mspdi PROPERTIES INTERFACE_INCLUDE_DIRECTORIES
   "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>;$<INSTALL_INTERFACE:${MSPDI_INCLUDES}>")
 set_target_properties(mspdi_conform PROPERTIES EXPORT_NAME conform)
-# The warnings are of no use outside the source tree.
+# The target mspdi_warnings is not installed, so the installed libraries must not refer to it.
 foreach(library mspdi mspdi_conform)
   get_target_property(MSPDI_LINKED ${library} INTERFACE_LINK_LIBRARIES)
   list(REMOVE_ITEM MSPDI_LINKED "$<LINK_ONLY:mspdi_warnings>")
@@ -53,7 +53,7 @@ foreach(library mspdi mspdi_conform)
 endforeach()
 install(TARGETS mspdi mspdi_conform EXPORT mspdiTargets ARCHIVE COMPONENT library)
 
-# What an export of a bundle needs; the mappers and corrections below it stay private.
+# The headers that a program needs to export a bundle; those of mappers and corrections are private.
 foreach(header
     BundleExport/BundleExport.h
     KVMSPCommon/MSPExportMapper/MSPEBaseline.h
@@ -106,7 +106,7 @@ Project XML file that one sends. MSPDIExport writes the exact one, without the
 corrections for those who open it; mspdi-export-all writes either for many
 bundles at a time, mspdi-conform corrects an exact file later, and mspdi-page
 shows any of them as a page in a browser.")
-# mspdi-export-all runs the exports through GNU parallel; shlibdeps knows nothing of scripts.
+# mspdi-export-all needs GNU parallel; shlibdeps finds only the dependencies of programs, not of scripts.
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libmspdi-dev)
@@ -117,7 +117,7 @@ programs that export a Korvella document bundle themselves.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
   "libarchive-dev, libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
 
-# What Debian wants of each package.
+# Debian requires a changelog and a copyright file in each package.
 string(TIMESTAMP MSPDI_NOW "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(MSPDI_PACKAGES ${CPACK_DEBIAN_PROGRAM_PACKAGE_NAME} ${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME})
 foreach(component package IN ZIP_LISTS CPACK_COMPONENTS_ALL MSPDI_PACKAGES)

@@ -1,4 +1,4 @@
-# bash completion of MSPDIExport: bundles first, then the folders that may hold some.
+# bash completion of MSPDIExport: bundles, then folders that may contain bundles.
 
 _mspdiexport() {
   local current=${COMP_WORDS[COMP_CWORD]} file

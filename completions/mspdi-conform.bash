@@ -1,4 +1,4 @@
-# bash completion of mspdi-conform: its option, else an exported file, then the copy.
+# bash completion of mspdi-conform: its option, or an exported file, then the copy.
 
 _mspdi_conform() {
   local current=${COMP_WORDS[COMP_CWORD]}

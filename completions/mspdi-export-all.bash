@@ -1,10 +1,10 @@
-# bash completion of mspdi-export-all: options, else bundles first, then folders.
+# bash completion of mspdi-export-all: options, or bundles, then folders.
 
 _mspdi_export_all() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} file
   local -a folders=() bundles=()
   COMPREPLY=()
-  # "--log=DIR" comes as three words.
+  # bash passes "--log=DIR" as three words.
   [[ $current != = ]] || current=
   [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   case $previous in

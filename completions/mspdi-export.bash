@@ -1,10 +1,10 @@
-# bash completion of mspdi-export: options, else bundles first, then the folders that may hold some.
+# bash completion of mspdi-export: options, or bundles, then folders that may contain bundles.
 
 _mspdi_export() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} file
   local -a folders=() bundles=()
   COMPREPLY=()
-  # "--output=DIR" comes as three words.
+  # bash passes "--output=DIR" as three words.
   [[ $current != = ]] || current=
   [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   if [[ $current == -* ]]; then

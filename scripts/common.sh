@@ -1,15 +1,15 @@
 # shellcheck shell=bash disable=SC2034
-# What the scripts share: the packages that building needs, and how a preset is built. Sourced by bash.
+# Shared by the scripts: the packages that building needs, and building a preset. Sourced by bash.
 
 set -euo pipefail
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# Everything that building needs on Debian 12, Ubuntu 24.04 or a later one, and what testing needs besides.
+# What building needs on Debian 12, Ubuntu 24.04 or later, and what testing needs in addition.
 PACKAGES=(build-essential cmake ninja-build libarchive-dev libcli11-dev libfmt-dev libgmock-dev libgtest-dev libicu-dev
   libpugixml-dev libtomlplusplus-dev libxml2-dev tzdata)
 TEST_PACKAGES=(libxml2-utils parallel planner-data python3 xsltproc)
 
-# What some tests look at pages with; Ubuntu has no such package, and they are skipped there.
+# Some tests look at pages in Chromium. Ubuntu has no such package; those tests are skipped there.
 BROWSER_PACKAGES=(chromium fonts-dejavu-core)
 
 as_root() {
@@ -23,7 +23,7 @@ as_root() {
   fi
 }
 
-# Installs those of the packages that are missing.
+# Installs the given packages if they are missing.
 ensure_packages() {
   local missing=() package
   for package in "$@"; do
@@ -35,7 +35,7 @@ ensure_packages() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# Installs those of the packages that the system offers, and names the others.
+# Installs the given packages if the system offers them, and prints the names of those that it does not offer.
 ensure_offered_packages() {
   local package
   for package in "$@"; do
@@ -45,7 +45,7 @@ ensure_offered_packages() {
   done
 }
 
-# Shows how far a command is when there is a terminal to show it on. Elsewhere it is quiet unless the command fails.
+# Runs a command, with its output on a terminal. Without a terminal, its output is shown only if it fails.
 show_progress() {
   local output
   if [ -t 2 ]; then

@@ -6,7 +6,7 @@
 /// The date in an attribute of a calendar's event or day.
 /// @param attribute its name; the value is in kvdx form, wall-clock time of the system zone when it has no zone.
 /// Missing components count as year 1, January, day 1, midnight, as in every other date.
-/// @throws InvariantFailure when the attribute is missing or empty: a deviation without its days has no meaning.
+/// @throws InvariantFailure when the attribute is missing or empty: an exception without its days has no meaning.
 platform::Instant calendarDate(xml::Node element, const char* attribute);
 
 /// Must be called before days are counted one by one from the date or up to it.

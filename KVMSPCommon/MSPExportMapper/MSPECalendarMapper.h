@@ -13,7 +13,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPEWeekdays.h"
 #include "Platform/Base/IdHash.h"
 
-/// Turns the schedules of the resource tree, each of which says only what differs from its parent's, into MSPDI's two
+/// Turns the schedules of the resource tree, each of which has only what differs from its parent's, into MSPDI's two
 /// levels: base calendars, and resource calendars that name one. Reads a schedule for each resource while resources are
 /// mapped; writes all calendars when every resource is known.
 class MSPECalendarMapper final : public MSPEObjectMapperBase {

@@ -78,7 +78,7 @@ class MSPEMapper {
   static std::int64_t nextResourceID();
   static std::int64_t nextAssignmentUID();
   static std::int64_t nextCalendarUID();
-  /// Lets the counters begin anew, as in a new process. For tests.
+  /// Resets the counters to their values in a new process. For tests.
   static void resetCountersForTesting();
 
  private:

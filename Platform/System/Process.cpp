@@ -66,7 +66,7 @@ std::string readAll(int descriptor) {
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends the child when the parent dies
   catchUp();
   const ChildResult result = work();
-  static_cast<void>(writeAll(answer, result.said));  // a parent that does not read it is gone
+  static_cast<void>(writeAll(answer, result.said));  // fails only if the parent is gone, which then needs no answer
   std::fflush(nullptr);
   ::_exit(result.status);
 }

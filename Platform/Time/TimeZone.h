@@ -92,7 +92,7 @@ class TimeZone {
   [[nodiscard]] std::optional<std::int64_t> standardOffset(Span span, bool isForward) const;
   [[nodiscard]] std::int64_t utcFromCivilSeconds(std::int64_t civilSeconds) const;
 
-  std::string tz_;  ///< what TZ says to have this zone
+  std::string tz_;  ///< the value of TZ that selects this zone
   std::string name_;
   bool isKnown_ = true;
   /// The spans of each block of 64 days that was needed so far. Asking the C library takes a hundred times as long.

@@ -11,8 +11,8 @@ struct DocumentText {
   bool isGuessed = false;  ///< the encoding is unusual or unknown, or some bytes are not valid in it
 };
 
-/// The encoding that a document's declaration names, in lower case; empty when it names none that could be read, or
-/// when a mark says that the document is UTF-8.
+/// The encoding that a document's declaration names, in lower case; empty when no name can be read, or when a
+/// byte-order mark shows that the document is UTF-8.
 /// @param bytes in an encoding in which ASCII characters have their ASCII bytes.
 [[nodiscard]] std::string declaredEncoding(std::string_view bytes);
 

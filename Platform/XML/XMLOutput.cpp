@@ -137,7 +137,7 @@ std::byte* ElementMemory::allocate(std::size_t size) {
   return std::exchange(used_.next, used_.next + size);
 }
 
-/// Continues in the next block that has so much room; makes one when there is none.
+/// Continues in the next block that is large enough; makes one when there is none.
 void ElementMemory::useBlockFor(std::size_t size) {
   while (used_.blocks < blocks_.size() && blocks_[used_.blocks].size < size) ++used_.blocks;
   if (used_.blocks == blocks_.size()) {

@@ -35,15 +35,15 @@ struct OutputAttribute {
   OutputAttribute* next = nullptr;
 };
 
-/// A borrowed view of an element (or a comment) in the making: small, copied by value, valid while what it belongs to
-/// has an owner. A view may be empty: building on one does nothing.
+/// A borrowed view of an element or comment that is being built: small, copied by value, valid while an Element owns
+/// the small tree that it is in. A view may be empty: building on one does nothing.
 class OutputNode {
  public:
   OutputNode() = default;
   explicit operator bool() const { return entry_ != nullptr; }
 
   [[nodiscard]] bool isElement() const;
-  /// An address that tells this node from every other.
+  /// An address that identifies the node.
   [[nodiscard]] const void* identity() const { return entry_; }
 
   // Building is const, since the view itself does not change. Each operation returns a view of what it made; an empty

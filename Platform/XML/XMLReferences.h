@@ -34,7 +34,7 @@ struct CharacterReference {
 /// A document's text without document type and entities, so that all parsers read it alike.
 struct MendedText {
   std::string text;
-  bool isGuessed = false;  ///< whether something in it was no XML
+  bool isGuessed = false;  ///< whether something in it was not valid XML
   std::string problem;     ///< why its entities cannot be expanded; empty when they can
 };
 

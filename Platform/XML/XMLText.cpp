@@ -33,7 +33,7 @@ bool arePlain(const char* characters) {
   return ((bytes | special) & kHighestBits) == 0;
 }
 
-/// Appends the character as it stands in a text or an attribute.
+/// Appends the character as it is written in a text or an attribute.
 void appendEscaped(std::string& to, char c) {
   switch (c) {
     case '&':

@@ -59,9 +59,10 @@ class Node {
   [[nodiscard]] Node parent() const;
   /// The node written as XML without line breaks, except those in its texts.
   [[nodiscard]] std::string markup() const;
-  /// About how many bytes the node has as XML, a measure of what it costs to map it. Takes time proportional to them.
+  /// About how many bytes the node has as XML, as an estimate of the cost of mapping it. Takes time proportional to
+  /// them.
   [[nodiscard]] std::size_t size() const;
-  /// An address that tells this node from every other.
+  /// An address that identifies the node.
   [[nodiscard]] const void* identity() const { return node_; }
 
  private:

@@ -25,10 +25,10 @@ inline pugi::xml_node nextInDocumentOrder(pugi::xml_node node, pugi::xml_node to
 }
 
 struct Document::Tree {
-  /// How documents are parsed: with every blank kept, or without those between elements. Nearly all blanks of a plan
-  /// are of the second kind, and nobody asks for them. As nodes they would be a third of the memory of an export and a
-  /// twelfth of its instructions, so textWithBlanks() gets them from the source when they are needed: when an element
-  /// with other nodes in it is asked for its text. Comments are nodes so that such an element can be told.
+  /// How documents are parsed: with all blanks, or without those between elements. Nearly all blanks of a plan are
+  /// between elements and never needed; as nodes they would take a third of the memory of an export and a twelfth of
+  /// its instructions. Only the text of an element that contains other nodes needs them; textWithBlanks() then gets
+  /// them from the source. Comments are kept as nodes so that such an element can be recognized.
   static constexpr unsigned kKeepBlanks =
       pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata | pugi::parse_comments | pugi::parse_pi;
   /// An element's only text is kept even when it is blank.

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Corrects one plan with both commands and judges what they write:
+# Corrects one plan with both commands and checks the results:
 #   check.sh PROGRAMS BUNDLE.kvdx             PROGRAMS is the folder of the three programs
 #   check.sh PROGRAMS GENERATOR TASKS         generates the bundle first
-#   check.sh PROGRAMS EXACT.xml EXPECTED.log  for a file without a bundle, with what is to be said of it
+#   check.sh PROGRAMS EXACT.xml EXPECTED.log  for a file without a bundle, with the expected warnings
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 programs=$1
@@ -15,7 +15,7 @@ fail() {
   exit 1
 }
 
-# stable FILE: correcting it once more changes nothing, and there is nothing to say.
+# stable FILE: correcting the file again must change nothing and warn of nothing.
 stable() {
   rm -f "$folder/again.xml"
   "$programs/mspdi-conform" "$1" "$folder/again.xml" 2>"$folder/said again" || fail "$(cat "$folder/said again")"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What the commands refuse, that nothing is left behind then, and where they write: commands.sh PROGRAMS
+# Tests what the commands refuse, that they then leave nothing behind, and where they write: commands.sh PROGRAMS
 set -euo pipefail
 conform=$1/mspdi-conform send=$1/mspdi-export
 folder=$(mktemp -d)
@@ -12,7 +12,7 @@ bad() {
   echo "$1"
   failures=$((failures + 1))
 }
-# ends WHAT STATUS MESSAGE COMMAND...: what it says holds the message; when it fails, there are the same files as before.
+# ends WHAT STATUS MESSAGE COMMAND...: the output must contain the message; a failure must not add or remove files.
 ends() {
   local what=$1 expected=$2 message=$3 status=0 before said
   before=$(find . | sort)
@@ -59,7 +59,7 @@ ends "a name that is no text"        0 ""                                    "$c
 ends "a document type in a text"     0 ""                                    "$conform" quoted.xml quoted-out.xml
 [ "$(cat existing.xml)" = kept ] || bad "an existing file was changed"
 
-# The base name of the file names a project without a title.
+# A project without a title is named after the file.
 umask 027
 "$conform" "My 100%25 'own' \"plan\".xml" "./50%41.xml" 2>/dev/null
 grep -qF "<Name>My 100%25 'own' \"plan\"</Name>" "50%41.xml" || bad "$(cat "50%41.xml")"
@@ -70,7 +70,7 @@ for encoding in UTF-8 UTF-16 UTF-16LE UTF-16BE; do
   "$conform" encoded.xml "$encoding.xml" 2>/dev/null && cmp UTF-8.xml "$encoding.xml" || bad "reads $encoding otherwise"
 done
 
-# Elements that no order names, comments and processing instructions are kept, also beside the root.
+# Elements that the published orders lack, comments and processing instructions are kept, even outside the root.
 more='<Hyperlink>kept</Hyperlink><!--kept--><?kept?>'
 cat >more.xml <<END
 <!--kept--><?kept?>$head$more
@@ -120,7 +120,7 @@ ends "no XML as output"              1 "neither an existing folder nor"       "$
 ends "an output inside of a bundle"  1 "would lie inside of the bundle"      "$send" Plan.kvdx -o Plan.kvdx/out.xml
 ends "a bundle inside of a bundle"   1 "would lie inside of the bundle"      "$send" inner.kvdx/Plan.kvdx
 
-# No file is replaced, wherever it is written.
+# No existing file is replaced, wherever the output goes.
 rm plan.xml
 ends "beside the bundle"             0 "Plan.xml: 1 task, "                   "$send" Plan.kvdx
 ends "the next number"               0 "Plan-1.xml: 1 task, "                 "$send" Plan.kvdx/

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Judges what the calendars and the work over time of exported files say, against the bundle.
+"""Compares the calendars and the work over time of exported files with the bundle.
 
     days_judge.py [--exact] EXACT PROGRAM ZONE BUNDLE...
-    days_judge.py [--exact] EXACT PROGRAM golden FOLDER             the plans of the golden cases, examples among them
+    days_judge.py [--exact] EXACT PROGRAM golden FOLDER             the plans of the golden cases and examples
     days_judge.py [--exact] EXACT PROGRAM generated FIRST COUNT     plans of days_plans.py, with the numbers from FIRST
 
-EXACT is MSPDIExport, PROGRAM mspdi-export. --exact only counts on how many days of a resource the hours of EXACT's file
-and of PROGRAM's differ from the plan's.
+EXACT is MSPDIExport, PROGRAM mspdi-export. --exact only counts the days of resources on which the hours in each
+program's file differ from those of the plan.
 """
 import collections
 import datetime
@@ -45,7 +45,7 @@ def duration_of(value):
 
 
 def hours_of(element):
-    """A reader's hours: working times in order; one that ends at midnight ends the day."""
+    """The hours as a reader sees them: working times in order; an end at midnight is the end of the day."""
     hours = 0
     for time in element.iterfind("WorkingTimes/WorkingTime"):
         hours |= mask(second_of(text(time, "FromTime")), second_of(text(time, "ToTime")) or DAY)
@@ -53,7 +53,7 @@ def hours_of(element):
 
 
 class Calendar:
-    """A calendar of the file, as its readers take it."""
+    """A calendar of the file, as readers interpret it."""
 
     def __init__(self, element, by_uid):
         self.element, self.by_uid = element, by_uid
@@ -73,12 +73,12 @@ class Calendar:
 
     @functools.cached_property
     def chain(self):
-        """The calendar, its base and so on up."""
+        """The calendar, its base, the base of that and so on."""
         base = self.by_uid.get(text(self.element, "BaseCalendarUID"))
         return [self, *(base.chain if base else [])]
 
     def hours(self, date, chain):
-        """The hours by this calendar's chain, of which a part may be left out."""
+        """The hours of a date: an exception of a calendar in "chain", otherwise the nearest week."""
         for calendar in chain:
             if date in calendar.dates:
                 return calendar.dates[date]
@@ -107,7 +107,7 @@ class Judge:
             self.faults.append(f"{self.where}: {what} {' '.join(str(detail) for detail in details)}")
 
     def dates(self):
-        """All dates of the plan and of a year beyond; of a long time the days around the changes and every 97th."""
+        """All dates of the plan and the year after; in a long plan only the days around changes and every 97th day."""
         changed = {date for level in self.plan.levels for date in level.dates}
         tasks = [moment // DAY for task in self.plan.tasks for moment in self.plan.stretch(task)]
         first, final = min(tasks + list(changed)), min(max(tasks + list(changed)) + 366, datetime.date.max.toordinal())
@@ -118,7 +118,7 @@ class Judge:
         return sorted(date for date in near | set(range(first, final, 97)) if first <= date <= final)
 
     def differing_days(self):
-        """For each day of a resource on which the file's hours are not the plan's: resource and date."""
+        """The days on which the file's hours differ from the plan's: resource, date, expected hours, found hours."""
         dates = self.dates()
         for number, calendar in enumerate(self.file.calendars):
             hours, _ = self.plan.rule(number)
@@ -171,7 +171,7 @@ class Judge:
             self.expect(text(exception, "Name") == expected, "name in", name, text(exception, "Name"), expected)
 
     def working_days(self, resource, start, end):
-        """First second, last second and working seconds of each day between."""
+        """First second, last second and working seconds of each working day from start to end."""
         days = []
         for date in range(start // DAY, (end - 1) // DAY + 1):
             part = spans(self.plan.rule(resource)[0](date) & mask(start - date * DAY, end - date * DAY))
@@ -180,7 +180,7 @@ class Judge:
         return days or [(start, end, 1)]
 
     def expected_work(self, assignment, task, source, work):
-        """Start, finish and exact share of each day."""
+        """Start, finish and exact share of the work for each day."""
         resource = self.plan.number_of(source)
         start, finish = (moment_of(text(assignment, tag)) for tag in ("Start", "Finish"))
         pieces = self.plan.pieces(task) or ([(start, finish, 1)] if start < finish else [])
@@ -218,7 +218,7 @@ class Judge:
             expected, roundings = collections.Counter(), collections.Counter()
             for start, finish, share in self.expected_work(after, task, source, work):
                 expected[start, finish] += share
-                roundings[start, finish] += 2  # of a piece's share, and of the day's
+                roundings[start, finish] += 2  # one for the piece's share, one for the day's
             for day in {*expected, *days}:
                 self.expect(abs(expected[day] - days[day]) <= roundings[day], "work on", day, float(expected[day]), days[day])
 
@@ -258,7 +258,7 @@ def judge(programs, zone, bundle, counting):
 
 
 def golden(folder):
-    """Zone and bundle of each golden case that has a document."""
+    """Zone and bundle of each golden case that has an expected document."""
     for case in sorted(path.parent for path in folder.glob("*/expected.xml")):
         settings = dict(line.split("=", 1) for line in (case / "case").read_text().splitlines())
         elsewhere = folder.parent.parent / settings["bundle"] if "bundle" in settings else None

@@ -1,5 +1,5 @@
-"""Plans made at random, each from its number: nested groups with schedules of both formats, overlapping time off and
-overtime, dates with and without a zone near changes of the clocks, split tasks and materials."""
+"""Random plans; the same number always gives the same plan. They have nested groups with schedules of both forms,
+overlapping time off and overtime, dates with and without an offset near clock changes, split tasks and materials."""
 import datetime
 import random
 import zoneinfo
@@ -16,7 +16,7 @@ class Generator:
         self.zone = zoneinfo.ZoneInfo(zone)
         self.number = number
         self.resources, self.tasks = [], []
-        # Some weeks around a change of the clocks, in one half of the world or the other, or the end of February.
+        # A few weeks around a clock change in either hemisphere, or around the end of February.
         self.first = datetime.date.fromisoformat(self.random.choice((
             "2024-02-12", "2024-08-25", "2024-10-15", "2025-03-01", "2025-08-25", "2026-03-20", "2026-08-25")))
         days = [self.first + datetime.timedelta(days=step) for step in range(45)]
@@ -32,12 +32,12 @@ class Generator:
 
     def second(self):
         if self.chance(0.2):
-            return self.random.choice((5400, 7200, 9000))  # what clocks skip or repeat
+            return self.random.choice((5400, 7200, 9000))  # times that clock changes skip or repeat
         unit = self.random.choice((3600, 3600, 1800, 60, 1))
         return self.random.randrange(0, 86400, unit)
 
     def written(self, date, second, zoneless=True):
-        """The clock reading in one of the forms that plans have."""
+        """The clock reading as text: with the zone's offset, in UTC or, if allowed, without an offset."""
         reading = datetime.datetime.combine(date, datetime.time()) + datetime.timedelta(seconds=second)
         kind = self.random.randrange(3 if zoneless else 2)
         if kind == 2:
@@ -48,7 +48,7 @@ class Generator:
         return utc.astimezone(self.zone).isoformat()
 
     def seen(self, text):
-        """The clock reading that the exporter sees."""
+        """The clock reading that the exporter gets from the text."""
         moment = datetime.datetime.fromisoformat(text)
         if moment.tzinfo is None:
             moment = moment.replace(tzinfo=self.zone)
@@ -67,7 +67,7 @@ class Generator:
             start, finish = (self.written(*at) for at in
                              ((date, begin), (date + datetime.timedelta(days=length), end)))
             first, final = self.seen(start), self.seen(finish)
-            # The exporter refuses what ends, by the clock, before it starts.
+            # The exporter refuses events whose clock reading at the end is before that at the start.
             if first.time() < final.time() or first.time() == final.time() == datetime.time() and first < final:
                 name = f' name="{self.random.choice("AB")}"' if self.chance(0.3) else ""
                 return f'<event start="{start}" end="{finish}"{name}/>'
@@ -130,7 +130,7 @@ class Generator:
         return identifier
 
     def work(self):
-        """A task with assignments, half of the time in pieces."""
+        """A task with assignments; half of the tasks are split."""
         count = self.random.randrange(3)
         members = self.random.sample(range(1, len(self.resources)), min(count, len(self.resources) - 1))
         inside = "".join(f'<assignment idref="r{number}" units="{self.random.choice(("1", "0.5", "2.25", "20"))}"/>'

@@ -1,7 +1,7 @@
-"""The hours of a plan's resources on every date, from the bundle, by the rule that Conform/PlanHours.h states.
+"""The hours of a plan's resources on every date, computed from the bundle by the rule in Conform/PlanHours.h.
 
-A day's hours are one number whose bits are the day's seconds; dates are looked at one by one. The program works on
-spans of time and stretches of dates, so that both would have to be wrong in the same way.
+The hours of a day are a number with one bit for each second, and dates are computed one by one. The exporter computes
+with spans of time and ranges of dates instead, so the two are unlikely to have the same fault.
 """
 import datetime
 import re
@@ -12,7 +12,7 @@ from functools import lru_cache
 
 DAY = 86400
 WHOLE = (1 << DAY) - 1
-NAMES = ("monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "sunday")  # as datetime counts them
+NAMES = ("monday", "tuesday", "wednesday", "thursday", "friday", "saturday", "sunday")  # in the order of datetime
 DATE = re.compile(r"(\d+)-(\d+)-(\d+)(?:T(\d+):(\d+):(\d+)(?:(Z)|([+-]\d\d):(\d\d))?)?$")
 
 
@@ -20,13 +20,13 @@ POOL = {}
 
 
 def interned(hours):
-    """The same object for equal hours: each takes ten kilobytes."""
+    """Returns the same object for equal hours, which saves memory: each takes ten kilobytes."""
     return POOL.setdefault(hours, hours)
 
 
 @lru_cache(maxsize=None)
 def mask(start, end):
-    """The seconds from start to end, as far as they are in the day."""
+    """The seconds from start to end that are in the day, one bit for each."""
     start, end = max(start, 0), min(end, DAY)
     return (1 << end) - (1 << start) if start < end else 0
 
@@ -46,7 +46,7 @@ def spans(hours):
 
 @lru_cache(maxsize=512)
 def in_five(hours):
-    """The hours without their smallest gaps, so that no more than five spans are left."""
+    """The hours with the smallest gaps filled, so that at most five spans are left."""
     found = spans(hours)
     gaps = sorted((b[0] - a[1], a[1], b[0]) for a, b in zip(found, found[1:]))
     for _, start, end in gaps[:max(len(gaps) - 4, 0)]:
@@ -116,7 +116,7 @@ class Level:
 
 
 class Plan:
-    """The resources and tasks that are exported, in the order of the export."""
+    """The exported resources and tasks, in the order of the export."""
 
     def __init__(self, bundle, zone):
         self.zone = zoneinfo.ZoneInfo(zone)
@@ -152,7 +152,7 @@ class Plan:
         return len(self.resources) - 1
 
     def clock(self, written):
-        """Ordinal of the date and second of the day on the zone's clocks; its first moment counts as midnight."""
+        """Ordinal of the date and second of the day in the zone; the first moment of a day counts as midnight."""
         parts = DATE.match(written)
         year, month, day, *time = (int(part or 0) for part in parts.groups()[:6])
         moment = datetime.datetime(year, month, day, *time)
@@ -167,7 +167,7 @@ class Plan:
         return utc.replace(tzinfo=datetime.timezone.utc).astimezone(self.zone).replace(tzinfo=None)
 
     def chain(self, resource):
-        """From the plan down to the resource."""
+        """The resources whose schedules count: from the top resource down to this one."""
         chain = []
         while resource is not None:
             chain.insert(0, resource)
@@ -181,7 +181,7 @@ class Plan:
         return mask(8 * 3600, 12 * 3600) | mask(13 * 3600, 17 * 3600) if weekday < 5 else 0
 
     def rule(self, resource):
-        """A function that gives the hours of a date, and one that gives the names of the sets that hold on it."""
+        """Two functions: one returns the hours of a date, one the names of the event sets that cover the dates."""
         if resource not in self.rules:
             self.rules[resource] = self.make_rule(resource)
         return self.rules[resource]
@@ -210,7 +210,7 @@ class Plan:
         return start[0] * DAY + start[1], end[0] * DAY + end[1]
 
     def pieces(self, task):
-        """Start, end and effort of the pieces of a split task that have any length."""
+        """Start, end and effort of the pieces of a split task, without pieces of no length."""
         found = []
         for reference in task.findall("child-task") if task.find("split") is not None else []:
             piece = self.by_id["task"].get(reference.get("idref"))

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Judges a corrected file by the exact one that it comes from, without the project's code:
+"""Compares a corrected file with the exact one, without the project's code:
     judge.py EXACT.xml CORRECTED.xml [BUNDLE]
-Its children stand in the published order (orders.txt); its identifiers, references and fields (fields.txt) are sound;
-and nothing of the exact file is lost or changed but what the corrections are for. With the bundle, which mspdi-export
-has, progress and priorities follow from the plan. What calendars and TimephasedData say is judged elsewhere."""
+Children must be in the published order (orders.txt), and identifiers, references and fields (fields.txt) valid. The
+corrections must not lose or change anything else of the exact file. With the bundle, as for files of mspdi-export,
+progress and priorities must be those of the plan. days_judge.py checks calendars and TimephasedData."""
 import collections
 import fractions
 import pathlib
@@ -121,9 +121,9 @@ def judge_alone(root):
         check(len(set(days)) == len(days), "weekdays of a work week:", days)
 
 
-# --- Against the exact file ---
+# --- Compared with the exact file ---
 
-CHANGED = {  # what may differ; what follows from the plan is judged below
+CHANGED = {  # elements that may differ; those that follow from the plan are checked below
     "Project": {"Name", "CurrencyCode"},
     "Task": {"UID", "Name", "Priority", "PercentComplete", "PercentWorkComplete", "IgnoreResourceCalendar"},
     "Resource": {"UID", "Name", "StandardRateFormat"},
@@ -140,7 +140,7 @@ def leaves(element, left_out):
 
 
 def is_held(task):
-    """Whether --keep-dates holds the task where it is."""
+    """Whether the task is scheduled by hand on its dates, as with --keep-dates."""
     return all(text(task, name) == text(task, "Manual" + name) for name in ("Start", "Finish", "Duration"))
 
 
@@ -154,8 +154,8 @@ def judge_kept(exact, corrected, has_bundle):
 
 
 def values_by_alias(root, kind):
-    """For each object its values as (alias, value). A number's definitions belong to the objects that use it, in their
-    order; an only one to all of them."""
+    """The values of each object as (alias, value). If a number has one definition, all objects that use the number have
+    that alias; if it has several, they belong to those objects in order."""
     queues = collections.defaultdict(list)
     for definition in objects(root, "ExtendedAttribute"):
         queues[text(definition, "FieldID")].append(text(definition, "Alias"))
@@ -200,12 +200,12 @@ def judge_against(exact, corrected, has_bundle):
     judge_kept(exact, corrected, has_bundle)
     for kind in ("Task", "Resource", "Assignment", "Calendar"):
         before, now = objects(exact, kind), objects(corrected, kind)
-        if kind == "Calendar":  # of two with one number the second may be left out
+        if kind == "Calendar":  # of two with the same UID, the second may be left out
             before = list({text(calendar, "UID"): calendar for calendar in before}.values())
         check(len(before) == len(now), len(before), kind, "are now", len(now))
         for old, new in zip(before, now):
             judge_kept(old, new, has_bundle)
-            # With the bundle, the hours of calendars and assignments are written anew.
+            # With the bundle, the hours of calendars and assignments are replaced.
             for parts in ("Baseline",) if has_bundle else ("Baseline", "TimephasedData", "Exceptions/Exception"):
                 old_parts, new_parts = (sorted(thing.findall(parts), key=lambda part: text(part, "TimePeriod/FromDate"))
                                         for thing in (old, new))
@@ -222,7 +222,7 @@ def judge_against(exact, corrected, has_bundle):
         check(text(new, "StandardRateFormat") == ("8" if material else text(old, "StandardRateFormat")), "rate")
 
 
-# --- Against the bundle ---
+# --- Compared with the bundle ---
 
 
 def scenario(bundle):
@@ -267,7 +267,7 @@ def judge_plan(exact, corrected, bundle):
     ratios, priorities = {}, set()
     for old, new in zip(objects(exact, "Task"), objects(corrected, "Task")):
         uid = text(old, "UID")
-        if uid == "":  # one that the exporter has no number for
+        if uid == "":  # the id has no number, so the task cannot be found
             continue
         source = sources[top if uid == "0" else "t" + uid]
         ratio = ratios[text(new, "UID")] = ratio_of(source)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""What mspdi-export says and leaves behind: command.py PROGRAM EXAMPLES. A row: arguments, status, a pattern that standard
-error holds, the files that are new. "!" before a pattern: it must not be there."""
+"""Tests the messages and files of mspdi-export: command.py PROGRAM EXAMPLES. A row has the arguments, the status, a
+pattern that must be in standard error (after "!", must not be), and the new files."""
 import contextlib
 import json
 import os
@@ -22,7 +22,7 @@ CONTENTS = "<t><project><scenario id='s' filename='P.xml'/></project><window><ed
 TASK = ("<task id='{0}'><title>A</title>{1}<start-date>2026-02-06T08:30:00-05:00</start-date>"
         "<end-date>{2}</end-date><duration>0</duration></task>")
 
-LONGEST = "n" * 250  # with a number it is too long
+LONGEST = "n" * 250  # too long for a file name once a number is appended
 
 
 def plan(end="2026-07-06T08:30:00-04:00", title="A"):
@@ -52,7 +52,7 @@ def prepare():
     bundle(pathlib.Path("Full.xml/Other.kvdx"))
     pathlib.Path("Full-1.xml").touch()
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
-    bundle(pathlib.Path("Wordy.kvdx"))  # its resource's name is logged for each calendar
+    bundle(pathlib.Path("Wordy.kvdx"))  # the log repeats its resource's name for each calendar
     wordy = ("<child-resource idref='r1'/></resource><resource id='r1'><type>Staff</type>"
              f"<name>{'n' * 100_000}</name><schedule>{'<calendar/>' * 1000}</schedule></resource>")
     (pathlib.Path("Wordy.kvdx") / "P.xml").write_text(plan().replace("</resource>", wordy, 1))
@@ -90,7 +90,7 @@ def prepare():
 
 SUMMARY = r"Plan.xml: 2 tasks, 0 links, 0 resources, 1 assignment, 1 calendar, 0 baselines; 0 warnings \(\d"
 ROWS = [
-    # arguments, status, what is said, what is new
+    # arguments, status, pattern, new files
     (["Plan.kvdx"], 0, SUMMARY, ["Plan.xml"]),
     (["Plan.kvdx"], 0, "Dates are those of America/New_York, where the plan was made \\(this machine: UTC\\)", ["Plan.xml"]),
     (["-q", "Plan.kvdx"], 0, "^$", ["Plan.xml"]),
@@ -172,9 +172,9 @@ def judge_json(faults):
 
 
 def judge_lack_of_memory(faults):
-    """Some megabytes are too few even for the start of the process; one step more, and the file is whole."""
+    """Runs with more and more memory, until one run succeeds. Until then, no run may crash or leave a file."""
     if "/build/asan/" in PROGRAM:
-        return  # the sanitizer reserves terabytes
+        return  # the address sanitizer reserves terabytes of addresses
     bundle(pathlib.Path("Large.kvdx"), title="A" * 5_000_000)
     said = ""
     for kilobytes in range(40_000, 200_000, 5_000):
@@ -193,7 +193,8 @@ def unpacked_folders():
 
 
 def judge_ends(faults):
-    """Whoever is ended, the folder that a packed bundle is unpacked into goes. A full pipe holds the child up."""
+    """The folder of a packed bundle is removed, whether a signal ends the parent or the child. A full pipe blocks the
+    child, so that the signal arrives during the export."""
     for victim, number, status in (("parent", signal.SIGTERM, -signal.SIGTERM), ("parent", signal.SIGHUP, -signal.SIGHUP),
                                    ("child", signal.SIGKILL, 1)):
         readable, writable = os.pipe()
@@ -223,7 +224,7 @@ def judge_streams(faults):
     process = start(["--check", "many", "terminal"], stderr=its_end)
     os.close(its_end)
     shown = b""
-    with contextlib.suppress(OSError):  # the end of a terminal
+    with contextlib.suppress(OSError):  # reading raises at the end of a terminal
         while piece := os.read(terminal, 4096):
             shown += piece
     process.wait(60)

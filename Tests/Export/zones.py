@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""An export on a machine in UTC gives byte for byte what one in the plan's own zone gives: zones.py PROGRAM EXAMPLES, for
-the examples and for plans made at random in twelve zones. The tasks of those start when the clocks there say so."""
+"""An export on a machine in UTC must give the same bytes as one on a machine in the plan's zone: zones.py PROGRAM
+EXAMPLES. Uses the examples and random plans in twelve zones; in those, each start must be the plan's clock reading."""
 import datetime
 import os
 import pathlib
@@ -53,7 +53,7 @@ def export(bundle, zone, out):
 
 
 def starts(bundle, document):
-    """What the tasks' texts and the written document have."""
+    """The clock readings of the starts in the plan, and the starts in the document."""
     texts = re.findall("'t[0-9]+'><title>.*?<start-date>(.{19})", (bundle / "P.xml").read_text())
     tasks = document.decode().split("<Tasks>")[1].split("</Tasks>")[0]
     return texts, re.findall("<Name>T[0-9]+</Name>.*?<Start>(.*?)</Start>", tasks, re.S)

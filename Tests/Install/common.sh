@@ -1,4 +1,4 @@
-# What the scripts of this folder share. Sourced by bash.
+# Shared by the scripts of this folder. Sourced by bash.
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
 scratch=$(mktemp -d)

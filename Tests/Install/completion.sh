@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What bash offers, for words typed in a folder of three bundles, two folders and two files: completion.sh PREFIX
+# Tests what bash completes in a folder of three bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform mspdi-page; do
   # shellcheck disable=SC1090
@@ -9,7 +9,7 @@ cd "$scratch"
 mkdir 'An old plan' Plan.kvdx 'Work Plan.KVDX' Xtra
 touch list.txt Plan.xml Sent.kvdx.zip
 
-# offers EXPECTED WORD...: the offers for the last of the words, parted by "|".
+# offers EXPECTED WORD...: EXPECTED has the completions of the last word, separated by "|".
 offers() {
   local expected=$1 function
   shift

@@ -17,7 +17,7 @@ expect_same 'dots, one for each but the top task' 126 "$(tr -dc . <<<"$(grep '^\
 "$prefix/bin/mspdi-export" -q -o "$scratch/program.xml" "$examples/House Renovation.kvdx"
 cmp "$scratch/program.xml" "$scratch/embedded.xml"
 
-# A plan without a title gets the program's.
+# A plan without a title gets the title that the program passes.
 cp -r "$examples/House Renovation.kvdx" "$scratch/Untitled.kvdx"
 sed -i 's|<title>House Renovation, .*</title>||' "$scratch/Untitled.kvdx/"*.xml
 "$embedding" "$scratch/Untitled.kvdx" "$scratch/untitled.xml" >/dev/null 2>&1

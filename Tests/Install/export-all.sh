@@ -7,7 +7,7 @@ export_all=$bin/mspdi-export-all
 export XDG_CONFIG_HOME=$scratch TZ=UTC
 cd "$scratch"
 
-# make_bundle FOLDER TITLE: a plan of one task. Without a process of its own, for there are many.
+# make_bundle FOLDER TITLE: writes a plan of one task. Starts no process, because there are many bundles.
 make_bundle() {
   printf '%s\n' '<table-of-contents><project><scenario id="s1" filename="Plan.xml" name="Plan"/></project>' \
     '<window><editing-scenario>s1</editing-scenario></window></table-of-contents>' >"$1/__TOC.xml"
@@ -18,7 +18,7 @@ make_bundle() {
     '<duration>14400</duration><effort>14400</effort></task></scenario>' >"$1/Plan.xml"
 }
 
-# run STATUS ARGUMENT...: leaves both outputs in $counts and the file "errors".
+# run STATUS ARGUMENT...: standard output is then in $counts, standard error in the file "errors".
 run() {
   local expected=$1 status=0
   shift
@@ -32,7 +32,7 @@ refused() {
   grep -q -- "$1" errors || fail "'$1' is not in: $(cat errors)"
 }
 
-# install_stub NAME LINE...: the commands in the folder "stub", with one that is a bash script of these lines.
+# install_stub NAME LINE...: copies the commands to the folder "stub", one of them replaced by a script of these lines.
 install_stub() {
   mkdir -p stub
   cp -n "$bin"/* stub/
@@ -50,7 +50,7 @@ thousand_bundles_arrive_each_with_its_own_plan() {
   done
   run 0 --output arrived --log many-log many
   expect_same counts '1000 of 1000 bundles exported, 0 failed, 0 not run' "$counts"
-  # Where /sys is missing, parallel's lscpu complains.
+  # Without /sys, lscpu, which parallel runs, prints warnings.
   expect_same errors '' "$(grep -v ^lscpu: errors)"
   expected=$(printf '%s\n' folder-{01..20}/Plan-{01..50} | sed 's|.*|&.xml:<Name>Task of &.kvdx</Name>|')
   expect_same outputs "$expected" "$(cd arrived && grep -ro '<Name>Task of .*</Name>' | LC_ALL=C sort)"
@@ -74,7 +74,7 @@ failed_bundles_are_told_and_resumed() {
   run 0 --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
-  # What was exported is not exported again, under a number.
+  # Bundles that were exported are not exported again under a numbered name.
   expect_same 'outputs' "$(printf '%s\n' Broken.xml "it's north/Plan.xml" south/Plan.xml)" "$(files_below some)"
 }
 
@@ -88,7 +88,7 @@ conforming_copies_are_made_beside_the_exports() {
   sed -i 's|</type></resource>|</type><child-resource idref="r1"/></resource>|
           s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' \
     plans/Bolts.kvdx/Plan.xml
-  # A line as the exporter's log has it, before a failure.
+  # A plan's text that imitates a line of the exporter's log, in a bundle whose copy fails.
   echo mine >thesis
   sed "s|Nuts, bolts|\&#10;2026-05-04 08:00:00.000 MSPDIExport[1] Output: '$scratch/thesis'|" \
     plans/Bolts.kvdx/Plan.xml >plans/Unlucky.kvdx/Plan.xml
@@ -100,13 +100,13 @@ conforming_copies_are_made_beside_the_exports() {
   expect_same 'told as failed' "Failed: $scratch/plans/Unlucky.kvdx"$'\n'"Failed: $scratch/plans/$long.kvdx" \
     "$(grep ^Failed errors)"
   grep -q '    out of memory' errors || fail "the log of the failed copy is missing"
-  # Plans come in order of their names, so Bolts is number 1.
+  # Plans are numbered in the order of their names, so Bolts is number 1.
   grep -q '"Nuts, bolts" is now "Nuts; bolts"' conform-log/1.log || fail "$(cat conform-log/1.log)"
   expect_same 'an old copy' old "$(cat 'plans/Old (conforming).xml')"
   run 2 --log conform-log --resume --conform
   run 1 --log conform-log --resume
   expect_same counts '3 of 4 bundles exported, 1 failed, 0 not run' "$counts"
-  # Exports stay when their copies fail, and are not made again.
+  # An export whose copy failed stays, and is not made again.
   expect_same outputs "$(printf '%s\n' {Bolts,Old,Unlucky,"$long"}'.xml' {Bolts,Old,Unlucky}' (conforming).xml' \
     'Old (conforming)-1.xml' | LC_ALL=C sort)" "$(files_below plans)"
   expect_same 'copies of the new exports' $'Bolts (conforming).xml\nOld (conforming)-1.xml\nUnlucky (conforming).xml' \
@@ -116,7 +116,7 @@ conforming_copies_are_made_beside_the_exports() {
 
 any_name_is_exported() {
   local name number=0
-  # shellcheck disable=SC1003,SC2016 # meant as they stand
+  # shellcheck disable=SC1003,SC2016 # not expanded on purpose
   local names=("it's" 'quo"te' '*' '[a-z]' '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\'
     '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
     $'7\t:\t1\t1\t0\t0\t0\t0\tas\n8\t:\t1\t1\t0\t0\t0\t0\tin the job log')
@@ -151,8 +151,8 @@ older_files_stay_unless_the_settings_replace_them() {
   expect_same 'new file' 1 "$(grep -c '<Name>new</Name>' plans/Plan.xml)"
 }
 
-# What the exporter warns of is printed by bundle, without a log folder, too. Bundles that are packed are exported,
-# other files that are named like bundles are named.
+# Warnings are printed for each bundle, even without a log folder. Packed bundles are exported; other files with the name
+# of a bundle are reported.
 warnings_and_what_is_passed_over_are_told() {
   mkdir -p plans/Doubtful.kvdx plans/Good.kvdx
   make_bundle plans/Doubtful.kvdx Task
@@ -180,7 +180,7 @@ warnings_and_what_is_passed_over_are_told() {
   return 0
 }
 
-# await FILE PROCESS
+# await FILE PROCESS: waits until the file exists; fails if the process ends before.
 await() {
   until [ -e "$1" ]; do
     kill -0 "$2" 2>/dev/null || fail "ended before $1 was there: $(cat errors)"
@@ -188,18 +188,18 @@ await() {
   done
 }
 
-# A run is ended when its first file has its name already, but is not in the job log yet.
+# The run is ended at a moment when the first file has its final name but is not in the job log yet.
 ended_runs_are_resumed_alone_and_make_nothing_twice() {
   local end signal group status tries
-  # Stands for rm, with which a job removes the other name of a file.
+  # Replaces rm, which a job uses to remove the temporary name of a file, and hangs there.
   install_stub rm "/bin/rm \"\$@\"" "[[ \"\$*\" =~ /1-[^/]*/.*\\.xml\$ ]] || exit 0" "echo >'$scratch/hangs'" \
     'exec setpriv --pdeathsig TERM sleep 1000'
   mkdir -p plans/{First,Second}.kvdx
   make_bundle plans/First.kvdx First
   make_bundle plans/Second.kvdx Second
-  set -m # else the signal INT is ignored in the background
+  set -m # without it, background jobs ignore SIGINT
   for end in TERM INT KILL KILL,-; do
-    IFS=, read -r signal group <<<"$end" # "-": with all processes but the jobs
+    IFS=, read -r signal group <<<"$end" # "-": the signal goes to all processes except the jobs
     PATH=$scratch/stub:$PATH "$export_all" --jobs 1 --log "log-$end" --output "out-$end" plans >counts 2>errors &
     await hangs $!
     refused 'is under way' --log "log-$end" --resume
@@ -209,7 +209,7 @@ ended_runs_are_resumed_alone_and_make_nothing_twice() {
     expect_same 'status of the ended run' $((128 + $(kill -l "$signal"))) "$status"
     tries=0
     until "$export_all" --log "log-$end" --resume >counts 2>errors || [ $? -ne 2 ] || [ $((tries++)) -eq 300 ]; do
-      sleep 0.1 # the other processes of a killed run are about to end, too
+      sleep 0.1 # the other processes of a killed run need a moment to end
     done
     expect_same 'resumed run' '2 of 2 bundles exported, 0 failed, 0 not run' "$(cat counts)"
     expect_same outputs $'First.xml\nSecond.xml' "$(ls -A "out-$end")"
@@ -233,7 +233,7 @@ names_that_the_log_cannot_show_as_they_are() {
   done
   run 0 odd
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
-  # Neither the log of one that fails nor the progress shows what a terminal obeys.
+  # Neither the log of a failed export nor the progress prints control characters to the terminal.
   echo nonsense >odd/$'esc\x1b\xc2\x9b.kvdx'/__TOC.xml
   run 1 --exact odd
   expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
@@ -243,14 +243,14 @@ names_that_the_log_cannot_show_as_they_are() {
 }
 
 other_machines_are_reached_by_ssh() {
-  # Stands for ssh, called as "ssh MACHINE -- COMMAND": notes the machine and runs the command here, in another zone.
+  # Replaces ssh, called as "ssh MACHINE -- COMMAND": records the machine and runs the command here, in another zone.
   printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' 'TZ=UTC exec sh -c "$*"' >ssh-stand-in
   chmod +x ssh-stand-in
   mkdir -p remote/{1,2,3,4}/Plan.kvdx
   for bundle in remote/*/*.kvdx; do
     make_bundle "$bundle" "$bundle"
   done
-  # Without a login shell, as services are run.
+  # No login shell, as for services.
   SHELL=/usr/sbin/nologin PARALLEL_SSH=$scratch/ssh-stand-in TZ=Asia/Tokyo \
     run 0 --exact --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
   expect_same machines $'alpha\nbeta' "$(cut -f2 remote-log/joblog | grep -v Host | sort -u)"

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Installs into an empty folder and compares what is there with expected-files: files.sh CMAKE BUILD PREFIX LIBDIR
+# Installs into an empty folder and compares the installed files with expected-files: files.sh CMAKE BUILD PREFIX LIBDIR
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 cmake=$1 build=$2 prefix=$3 library_folder=$4
 documents=share/doc/mspdi-export
 
 rm -rf "$prefix"
 "$cmake" --install "$build" --prefix "$prefix" >/dev/null
-# The build type is part of one name. The documents grow: they are compared with the tree below.
+# The name of one file contains the build type. The documents are compared with the tree below, so that new ones need no
+# new row.
 actual=$(cd "$prefix" && find . -type f -printf '%m %P\n' | grep -v " $documents/docs/" |
   sed -e "s| $library_folder/| LIBDIR/|" -e 's|mspdiTargets-[a-z]*\.cmake|mspdiTargets-CONFIG.cmake|' |
   LC_ALL=C sort -k2)

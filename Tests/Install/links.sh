@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Relative links of the documents in these folders must lead to a file in the folder, and to a heading that is there:
+# Relative links in the documents of these folders must lead to a file in the same folder, and to an existing heading:
 #   links.sh FOLDER...
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-# leads_somewhere FOLDER DOCUMENT LINK: a heading is named in lower case, with "-" for a blank.
+# leads_somewhere FOLDER DOCUMENT LINK: links write headings in lower case, with "-" for a blank.
 leads_somewhere() {
   local target=$2
   [[ $3 == '#'* ]] || target=$(dirname "$2")/${3%%#*}

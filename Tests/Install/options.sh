@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# The options that each installed command tells with --help, those of its man page and those of its completions must be
-# the same: options.sh PREFIX
+# For each installed command, the options in --help, the man page and the completions must be the same:
+#   options.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 prefix=$1
 
-# The options in a text, one a line.
+# Prints the options in a text, one on each line.
 options_in() {
   grep -oE '(^|[][ ,(/|])(--[a-z][a-z-]+|-[a-z]\b)' | sed 's/^[^-]*//' | LC_ALL=C sort -u || true
 }
@@ -12,7 +12,8 @@ long_ones() {
   grep '^--' <<<"$1" || true
 }
 
-# MSPDIExport has no --help: it tells its usage when nothing is named. Not every help names the option that asks for it.
+# MSPDIExport has no --help: without arguments, it prints its usage. Some usages do not list --help and -h, so these are
+# added.
 told_by() {
   local help
   if help=$("$prefix/bin/$1" --help 2>/dev/null); then
@@ -22,7 +23,7 @@ told_by() {
     "$prefix/bin/$1" 2>&1 || true
   fi
 }
-# The tags of the section "OPTIONS".
+# The option names in the section "OPTIONS".
 in_man_page() {
   zcat "$prefix/share/man/man1/$1.1.gz" |
     awk '/^\.SH/ { inside = /OPTIONS/ } inside && isTag { print } { isTag = /^\.T[PQ]/ }' | sed 's/\\-/-/g; s/"//g'
@@ -34,7 +35,7 @@ offered_by_bash() {
   "$(complete -p "$1" | sed 's/.*-F \([^ ]*\) .*/\1/')" || true
   printf '%s\n' "${COMPREPLY[@]}"
 }
-# What stands behind the command's name where several share a file.
+# If several commands share a file, only the part for this command.
 offered_by_zsh() {
   local file
   file=$(grep -lE "^#compdef.* $1( |$)" "$prefix"/share/zsh/*/*) || return 0

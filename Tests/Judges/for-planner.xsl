@@ -1,6 +1,6 @@
 <?xml version="1.0" encoding="UTF-8"?>
-<!-- A copy of an exported document with what GNOME Planner's import cannot do without: OutlineNumber, by which it nests
-     tasks, and a LinkLag in every link. -->
+<!-- Copies an exported document and adds what GNOME Planner's import needs: OutlineNumber, by which it nests tasks, and
+     a LinkLag in every link. -->
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
                 xmlns:ms="http://schemas.microsoft.com/project" xmlns="http://schemas.microsoft.com/project">
   <xsl:template match="@*|node()">

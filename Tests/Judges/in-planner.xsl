@@ -1,5 +1,5 @@
 <?xml version="1.0" encoding="UTF-8"?>
-<!-- What a GNOME Planner document holds, in the lines of in-source.xsl. -->
+<!-- Prints the contents of a GNOME Planner document as the lines of in-source.xsl. -->
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
   <xsl:output method="text"/>
   <xsl:key name="task" match="task" use="@id"/>
@@ -52,7 +52,7 @@
     <xsl:value-of select="concat('/', normalize-space(@name))"/>
   </xsl:template>
 
-  <!-- 20260112T083000Z, which Planner's import means as wall-clock time, as 2026-01-12T08:30:00. -->
+  <!-- Prints 20260112T083000Z as 2026-01-12T08:30:00; in spite of the Z, Planner's import writes wall-clock time. -->
   <xsl:template match="@*" mode="date">
     <xsl:value-of select="concat(substring(., 1, 4), '-', substring(., 5, 2), '-', substring(., 7, 2), 'T',
                                  substring(., 10, 2), ':', substring(., 12, 2), ':', substring(., 14, 2))"/>

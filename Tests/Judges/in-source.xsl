@@ -1,7 +1,7 @@
 <?xml version="1.0" encoding="UTF-8"?>
-<!-- What a plan of a Korvella bundle holds, as far as GNOME Planner can take it: a line for each task (below the top
-     one, named by its path of titles), resource, link and assignment. in-planner.xsl writes the same lines from the
-     other end. Date-times must be in the zone of the export. -->
+<!-- Prints the contents of a Korvella plan that GNOME Planner can import: a line for each task (except the top one;
+     named by its path of titles), resource, link and assignment. in-planner.xsl prints the same lines from Planner's
+     document. Date-times in the plan must be in the zone of the export. -->
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
                 xmlns:k="http://www.korvella.example/namespace/Korvella/v2">
   <xsl:output method="text"/>
@@ -9,7 +9,7 @@
   <xsl:param name="corrected" select="0"/>
   <xsl:key name="task" match="k:task" use="@id"/>
   <xsl:key name="resource" match="k:resource" use="@id"/>
-  <!-- The task that a child-task element refers to has this element as its place in the tree. -->
+  <!-- Finds the child-task element that refers to a task, and so the place of the task in the tree. -->
   <xsl:key name="place" match="k:task[k:type = 'group']/k:child-task" use="@idref"/>
 
   <xsl:template match="/k:scenario">

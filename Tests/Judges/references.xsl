@@ -1,6 +1,6 @@
 <?xml version="1.0" encoding="UTF-8"?>
-<!-- A line for each identifier of an exported document that is there twice, and for each that names nothing. An
-     assignment may name one of the groups (" 1 5 "), which are not written as resources. -->
+<!-- Prints a line for each repeated identifier of an exported document, and for each reference that leads to nothing.
+     An assignment may refer to one of the groups (" 1 5 "), which are not written as resources. -->
 <xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform"
                 xmlns:ms="http://schemas.microsoft.com/project">
   <xsl:output method="text"/>
@@ -19,14 +19,14 @@
     <xsl:for-each select="ms:CalendarUID|ms:Resources/*/ms:CalendarUID|ms:Calendars/*/ms:BaseCalendarUID[. != -1]">
       <xsl:if test="not(key('uid', concat('Calendar ', .)))"><xsl:call-template name="dangling"/></xsl:if>
     </xsl:for-each>
-    <!-- A link to oneself, and a base calendar that is no base. -->
+    <!-- Links of a task to itself, and base calendars that are not marked as a base. -->
     <xsl:for-each select="ms:Tasks/*/ms:PredecessorLink/ms:PredecessorUID[. = ../../ms:UID]">
       <xsl:call-template name="dangling"/>
     </xsl:for-each>
     <xsl:for-each select="ms:Calendars/*/ms:BaseCalendarUID[key('uid', concat('Calendar ', .))/ms:IsBaseCalendar = 0]">
       <xsl:call-template name="dangling"/>
     </xsl:for-each>
-    <!-- -65535 stands for no resource. -->
+    <!-- -65535 means no resource. -->
     <xsl:for-each select="ms:Assignments/*/ms:ResourceUID[. != -65535 and not(contains($groups, concat(' ', ., ' ')))]">
       <xsl:if test="not(key('uid', concat('Resource ', .)))"><xsl:call-template name="dangling"/></xsl:if>
     </xsl:for-each>

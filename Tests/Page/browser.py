@@ -1,4 +1,4 @@
-"""A Chromium without a window, driven through a pipe: the standard library is enough."""
+"""A Chromium without a window, controlled through a pipe, with the standard library alone."""
 
 import base64
 import json
@@ -17,7 +17,7 @@ def find_program():
 
 
 class Browser:
-    """One page at a time. Gathers what the page asks of the network, and errors on its console."""
+    """Shows one page at a time. Collects the page's network requests and the errors on its console."""
 
     def __init__(self, width=1600, height=1000):
         self.folder = tempfile.TemporaryDirectory()
@@ -26,7 +26,7 @@ class Browser:
         self.answers, write_answers = os.pipe()
 
         def connect():
-            # Out of the way first: one of the two may be 3 or 4 itself.
+            # Move the pipes to high descriptors first: one of them may already be 3 or 4.
             read, write = os.dup(read_commands), os.dup(write_answers)
             os.dup2(read, 3)
             os.dup2(write, 4)
@@ -53,7 +53,7 @@ class Browser:
         return self
 
     def __exit__(self, *_):
-        # Its child processes go on writing into the folder for a moment when it is killed.
+        # When Chromium is killed, its child processes go on writing into the folder for a moment.
         self.session = None
         self.call("Browser.close")
         self.process.wait()
@@ -93,19 +93,19 @@ class Browser:
             time.sleep(0.02)
 
     def complaints(self):
-        """What the console says, what a script raised, what was blocked."""
+        """Console messages, script errors and blocked requests."""
         self.value("0")
         wanted = ("Log.entryAdded", "Runtime.exceptionThrown", "Runtime.consoleAPICalled", "Network.loadingFailed")
         return [event for event in self.events if event.get("method") in wanted]
 
     def requests(self):
-        """The addresses that the page asked for, the page's own left out."""
+        """The addresses that the page requested, except its own."""
         sent = [event["params"]["request"]["url"] for event in self.events
                 if event.get("method") == "Network.requestWillBeSent"]
         return sent[1:]
 
     def value(self, expression):
-        """What a script's expression gives in the page."""
+        """The value of a JavaScript expression in the page."""
         result = self.call("Runtime.evaluate", expression=expression, returnByValue=True, awaitPromise=True)
         if "exceptionDetails" in result:
             raise RuntimeError(result["exceptionDetails"]["exception"].get("description"))

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Pages of exported files, of odd ones and of none, without a browser: files.py PROGRAM SOURCE_FOLDER"""
+"""Tests pages of exported, unusual and unusable files without a browser: files.py PROGRAM SOURCE_FOLDER"""
 
 import os
 import pathlib
@@ -69,7 +69,7 @@ BASES = "".join(f"<Calendar><UID>{i}</UID><BaseCalendarUID>{1 - i}</BaseCalendar
 LONG = ("<Calendar><UID>1</UID><Exceptions><Exception><DayWorking>0</DayWorking><TimePeriod><FromDate>0001-01-01T00:00:00"
         "</FromDate><ToDate>999999999-12-31T00:00:00</ToDate></TimePeriod></Exception></Exceptions></Calendar>")
 
-# Files that end in a page, and what stands in it.
+# Files for which a page is made, and texts that it must contain.
 ODD = {
     "nothing": (START + "</Project>", "<title>Plan</title>"),
     "no dates": (tasks(dates("", "soon")), "dated"),
@@ -95,7 +95,7 @@ ODD = {
     "a calendar that says nothing": (START + "<Calendars><Calendar><UID>1</UID></Calendar></Calendars></Project>", "Sun-Sat off"),
     "a repeated element": (START + "<Title>A</Title><Title>B</Title></Project>", "<title>A</title>"),
 }
-# Files and arguments that end in a message: the file, the arguments, the status, and what is said.
+# Files and arguments that are refused: the file, the arguments, the status and the message.
 REFUSED = {
     "no XML": ("plan", ["in.xml"], 1, "in.xml cannot be shown: line 1: text stands outside the root"),
     "an empty file": ("", ["in.xml"], 1, "it has no element"),
@@ -147,7 +147,7 @@ with tempfile.TemporaryDirectory() as folder:
         check_odd(what, contents, shown)
     for what, row in REFUSED.items():
         check_refused(what, *row)
-    # By default the page lies beside the file, and has the next free name.
+    # By default the page is beside the file and has the first free name.
     pathlib.Path("in.xml").write_text(START + "</Project>")
     for name in ("in.html", "in-1.html", "in-2.html"):
         run("in.xml")

@@ -1,4 +1,4 @@
-"""What a Microsoft Project XML file says, and what a page shows, each read by the standard library alone."""
+"""Reads the plan from a Microsoft Project XML file, and from a page, with the standard library alone."""
 
 import datetime
 import re
@@ -8,7 +8,7 @@ NAMESPACE = "{http://schemas.microsoft.com/project}"
 
 
 def text(element, name):
-    """The text of a child; a page has line feeds for carriage returns."""
+    """The text of a child, with line feeds instead of carriage returns, as on a page."""
     return (element.findtext(NAMESPACE + name) or "").replace("\r\n", "\n").replace("\r", "\n")
 
 
@@ -45,7 +45,7 @@ def shown_link(link, numbers):
 
 
 def expected_rows(path):
-    """A row's cells as texts, the resources and the chart left out."""
+    """The texts that a task's row must have, without resources and chart."""
     _, elements = tasks(path)
     numbers = {text(task, "UID"): text(task, "ID") for task in elements}
     rows = []
@@ -91,13 +91,13 @@ def days_off(path, first, last):
 
 
 def page_tree(path):
-    """The page, which is well-formed XML, too."""
+    """Parses the page, which must be well-formed XML."""
     with open(path, encoding="utf-8") as file:
         return ElementTree.fromstring(file.read().removeprefix("<!DOCTYPE html>"))
 
 
 def page_rows(page):
-    """The table's rows: texts of the cells in front of the chart, without the signs that lead to notes."""
+    """The table's rows: texts of the cells before the chart, without the signs that open notes."""
     rows = []
     for row in page.findall(".//table[@id='plan']/tbody/tr"):
         for cell in row:
@@ -108,7 +108,7 @@ def page_rows(page):
 
 
 def expected_details(path):
-    """Of each task with notes or custom fields: its notes, and the fields with their names."""
+    """For each task with notes or custom fields: its notes, and the fields with their names."""
     root, elements = tasks(path)
     definitions = {}
     for definition in root.findall(f"{NAMESPACE}ExtendedAttributes/{NAMESPACE}ExtendedAttribute"):

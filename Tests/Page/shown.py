@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What a browser makes of pages: shown.py PROGRAM SOURCE_FOLDER. Exit status 77 says that there is no Chromium."""
+"""Tests how a browser shows pages: shown.py PROGRAM SOURCE_FOLDER. Exit status 77 means that there is no Chromium."""
 
 import os
 import pathlib
@@ -20,7 +20,7 @@ failures = 0
 HOSTILE = ["<script>alert(1)</script>", "\"onload=\"alert(1)", "'><img src=x onerror=alert(1)>", "</title></svg><b>",
            "</style><style>*{display:none}", "{{rows}} &lt;i&gt; &amp;amp;", "]]><!--", "http://127.0.0.1:9/ ${alert(1)}"]
 
-# Of each visible bar: its row's number and places in the chart; and what the chart says of its ends.
+# The visible bars with their row numbers and positions in the chart; the positions of months, today and shaded days.
 BARS = """(() => {
   const head = document.querySelector(".head").getBoundingClientRect();
   const back = document.querySelector(".back");
@@ -65,7 +65,7 @@ def open_page(window, path):
 
 
 def check_bars(window, path):
-    """The dates of bars by their place, against the file; the places of months against their names."""
+    """Compares the positions of bars with the dates in the file, and the positions of months with their names."""
     _, tasks = plan.tasks(path)
     by_number = {plan.text(task, "ID"): task for task in tasks}
     title = window.value("document.querySelector('.head title').textContent")
@@ -123,7 +123,7 @@ def check_folding(window, path):
 
 
 def check_alignment(window):
-    """Rows stand where the table's head says, and bars in the middle of rows of one height."""
+    """Rows are aligned with the table's head and all have the same height, with bars in the middle."""
     boxes = window.value("""Array.from(document.querySelectorAll("#plan tr")).slice(0, 30).map((row) =>
       [Math.round(row.cells[9].getBoundingClientRect().left), Math.round(row.getBoundingClientRect().height)])""")
     expect("left edges of the chart", 1, len({left for left, _ in boxes}))
@@ -142,7 +142,7 @@ def check_note(window, path):
 
 
 def check_hostile(window):
-    """Texts of the plan are texts, wherever they stand."""
+    """Texts of the plan are shown as texts everywhere, never used as markup."""
     escaped = [text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;") for text in HOSTILE]
     texts = "".join(f"<Task><UID>{i}</UID><ID>{text}</ID><Name>{text}</Name><OutlineLevel>{i % 2}</OutlineLevel>"
                     f"<Start>2026-03-02T08:00:00</Start><Notes>{text}</Notes><ExtendedAttribute><FieldID>1</FieldID>"
@@ -182,7 +182,7 @@ def check_hostile(window):
 
 
 def check_large(window):
-    """Over a thousand rows are folded at first, and all can be unfolded."""
+    """A page of more than a thousand rows is folded at first, and all rows can be unfolded."""
     rows = "".join(f"<Task><UID>{i}</UID><Name>Task {i}</Name><OutlineLevel>{0 if i % 40 == 0 else 1}</OutlineLevel>"
                    f"<Start>2026-03-02T08:00:00</Start></Task>" for i in range(2000))
     pathlib.Path("large.xml").write_text(
