@@ -67,7 +67,7 @@ xml::Node MSPEAssignmentMapper::assignedResource(const std::string& resourceId) 
 double MSPEAssignmentMapper::workOfAssignment(const std::optional<std::string>& resourceType, double units,
                                               double effort) const {
   if (resourceType == kMaterialResource) return units * kSecondsPerMaterialUnit;
-  const auto place = placeOfResourceType(resourceType.value_or(""));
+  const auto place = placeOfResourceType(platform::orEmpty(resourceType));
   return place ? shareOf(effort, units, unitsOfType_[*place]) : effort;
 }
 
