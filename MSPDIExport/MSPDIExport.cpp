@@ -116,7 +116,9 @@ std::vector<std::string> MSPDIExport::entriesOfListFile(const std::string& listP
   // memory.
   constexpr std::uint64_t kLargestList = std::uint64_t{16} << 20;
   const auto text = platform::readStream(listPath, kLargestList);
-  if (!text || !platform::isUTF8(*text)) fileError("Input list file could not be read or empty: " + listPath);
+  // No path has a NUL: the system would take what is in front of it for the path, and perhaps delete that.
+  const bool isText = text && platform::isUTF8(*text) && text->find('\0') == std::string::npos;
+  if (!isText) fileError("Input list file could not be read or empty: " + listPath);
   std::vector<std::string> entries;
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   std::string_view lines(*text);

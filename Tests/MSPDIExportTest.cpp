@@ -35,6 +35,7 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
   const Place place;
   writeFile(place.folder / "empty.txt", "");
   writeFile(place.folder / "latin1.txt", "Caf\xE9.kvdx\n");
+  writeFile(place.folder / "nul.txt", std::string("folder\0.kvdx\n", 13));
   const std::string list = "### Export files from the list:\n";
   const auto single = [](const std::string& name) { return "### Export single file: \"" + name + "\"\n"; };
   const std::string located = single("Plan.kvdx") + "### Export from URL: 'file://@DIR@/Plan.kvdx/'\n";
@@ -54,6 +55,7 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
            {"--input-list", list + argument + "No input list found in command line.\n"},
            {"--input-list none", list + noList + "not found or it is a directory: none\n"},
            {"--input-list latin1.txt", list + noList + "file could not be read or empty: latin1.txt\n"},
+           {"--input-list nul.txt", list + noList + "file could not be read or empty: nul.txt\n"},
            {"--input-list folder", list + noList + "not found or it is a directory: folder\n"},
            {"--input-list /dev/zero", list + noList + "file could not be read or empty: /dev/zero\n"},
            {"--input-list empty.txt", list},
