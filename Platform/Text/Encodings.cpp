@@ -27,8 +27,8 @@ std::int32_t convert(UConverter* converter, std::string_view bytes, std::string&
 
 /// The decoded bytes; none when the converter stops with an error.
 std::optional<std::string> converted(UConverter* converter, std::string_view bytes) {
-  // A byte becomes at most three.
-  if (bytes.size() > std::numeric_limits<std::int32_t>::max() / 3) return std::nullopt;
+  // A byte becomes at most four, and the converter counts with 32 bits.
+  if (bytes.size() > std::numeric_limits<std::int32_t>::max() / 4) return std::nullopt;
   std::string text;
   UErrorCode status = U_ZERO_ERROR;
   const std::int32_t length = convert(converter, bytes, text, status);

@@ -167,9 +167,10 @@ Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
   if (!isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType) return readMended(bytes);
   auto document = std::make_unique<Document>();
+  const std::size_t size = bytes.size();
   if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
-    return asRead(std::move(document), false);
+    return asRead(std::move(document), size, false);
   }
   document.reset();
   Reading reading = readMended(again());
@@ -177,8 +178,8 @@ Reading Document::read(std::string bytes, Source again) {
   return reading;
 }
 
-Reading Document::asRead(std::unique_ptr<Document> document, bool isGuessed) {
-  platform::Budget::raise(document->tree_->bytes.size());
+Reading Document::asRead(std::unique_ptr<Document> document, std::size_t size, bool isGuessed) {
+  platform::Budget::raise(size);
   return {std::move(document), isGuessed, ""};
 }
 
@@ -192,9 +193,11 @@ Reading Document::readMended(std::string_view bytes) {
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
   auto document = std::make_unique<Document>();
   const auto result = document->tree_->load(mended.text, Tree::kKeepBlanks);
-  if (result) return asRead(std::move(document), mended.isGuessed);
+  if (result) return asRead(std::move(document), bytes.size(), mended.isGuessed);
   auto text = repaired(mended.text);
-  if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) return asRead(std::move(document), true);
+  if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) {
+    return asRead(std::move(document), bytes.size(), true);
+  }
   return {nullptr, false, problemOf(result, mended.text)};
 }
 
