@@ -21,9 +21,7 @@ constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
 
 /// Takes over a file just created, and gives it the permissions of any new file (mkostemp makes a private one).
 Descriptor newFile(int number) {
-  Descriptor file(number);
-  // If a standard stream was closed, the file may have got its number, and the log would be written into the file.
-  if (file.isOpen() && number <= STDERR_FILENO) file = Descriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  Descriptor file = Descriptor::besideStandardStreams(number);
   const mode_t mask = ::umask(0);
   ::umask(mask);
   if (file.isOpen()) ::fchmod(file.get(), 0666 & ~mask);

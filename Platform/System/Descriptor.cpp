@@ -1,5 +1,6 @@
 #include "Platform/System/Descriptor.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -8,6 +9,12 @@ namespace platform {
 
 Descriptor::~Descriptor() {
   if (isOpen()) ::close(number_);
+}
+
+Descriptor Descriptor::besideStandardStreams(int number) {
+  Descriptor file(number);
+  if (file.isOpen() && number <= STDERR_FILENO) return Descriptor(::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  return file;
 }
 
 std::string Descriptor::link() const { return "/proc/self/fd/" + std::to_string(number_); }

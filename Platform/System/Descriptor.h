@@ -19,6 +19,10 @@ class Descriptor {
     return *this;
   }
 
+  /// The same, but never under the number of a standard stream that is closed: messages of this program would be
+  /// written into the file.
+  [[nodiscard]] static Descriptor besideStandardStreams(int number);
+
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
   /// A path that leads to the open file even when that has no name: "/proc/self/fd/3". Works only where /proc is

@@ -29,7 +29,8 @@ void reportWriteErrors() {
 
 namespace {
 
-constexpr std::array kEndings = {SIGHUP, SIGINT, SIGTERM};
+/// Signals that end a process and that it can handle first.
+constexpr std::array kEndings = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU};
 
 volatile std::sig_atomic_t caughtSignal = 0;
 volatile std::sig_atomic_t childUnderWay = 0;
@@ -84,18 +85,22 @@ DeferredEnd::~DeferredEnd() { catchUp(); }
 ChildResult runInChild(const std::function<ChildResult()>& work) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {1, "failed: no process could be started"};
+  // A parent that ignored it passes this on, and then waitpid() cannot tell how a child ended.
+  std::signal(SIGCHLD, SIG_DFL);
+  const Descriptor reader = Descriptor::besideStandardStreams(ends[0]);
+  Descriptor writer = Descriptor::besideStandardStreams(ends[1]);
   const pid_t child = ::fork();
-  if (child == 0) beChild(ends[1], work);
-  ::close(ends[1]);
+  if (child == 0) beChild(writer.get(), work);
+  writer = Descriptor();
   childUnderWay = child;
   if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // a signal that arrived before the child existed
-  ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(ends[0])};
-  ::close(ends[0]);
+  ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(reader.get())};
   int status = 0;
-  while (child > 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  pid_t ended = -1;
+  while (child > 0 && (ended = ::waitpid(child, &status, 0)) < 0 && errno == EINTR) {
   }
   childUnderWay = 0;
-  if (child > 0 && WIFEXITED(status)) result.status = WEXITSTATUS(status);
+  if (ended > 0 && WIFEXITED(status)) result.status = WEXITSTATUS(status);
   return result;
 }
 

@@ -77,6 +77,9 @@ class Allowance {
   std::size_t folders_ = 0;
 };
 
+/// Whether the member has only what a Mac knows of another member; "Compress" of its Finder adds these.
+bool isMacMetadata(std::string_view name) { return name == "__MACOSX" || name.starts_with("__MACOSX/"); }
+
 /// Creates the folders of a path below an existing folder. They are counted, since two bytes of a name ("a/") are
 /// enough for one.
 std::optional<std::string> makeFolders(const std::string& below, std::string_view way, Allowance& allowance) {
@@ -84,7 +87,7 @@ std::optional<std::string> makeFolders(const std::string& below, std::string_vie
     end = std::min(way.find('/', end), way.size());
     const std::string path = appendPathComponent(below, way.substr(0, end));
     if (::mkdir(path.c_str(), 0700) != 0) {
-      if (errno == EEXIST) continue;
+      if (errno == EEXIST && isDirectory(path)) continue;
       return std::strerror(errno);
     }
     if (auto problem = allowance.takeFolder()) return problem;
@@ -163,7 +166,8 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
   const Archive archive(archive_read_new(), &archive_read_free);
-  archive_read_support_format_zip(archive.get());
+  // Only by its list of members: without it, a file of a damaged archive could be missing.
+  archive_read_support_format_zip_seekable(archive.get());
   if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
 
   Allowance allowance(static_cast<std::uint64_t>(info.st_size));
@@ -173,6 +177,7 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
     if (result == ARCHIVE_EOF) return std::nullopt;
     if (result < ARCHIVE_WARN) return problemOf(archive);
     if (auto problem = allowance.takeMember()) return problem;
+    if (isMacMetadata(nameOf(entry))) continue;
     if (auto problem = unpackMember(archive, entry, folder, allowance)) return problem;
   }
 }

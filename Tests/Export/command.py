@@ -82,6 +82,9 @@ def prepare():
     packed("Deep.kvdx.zip", {f"{'d/' * 21}f": "x", **inside})
     packed("Folders.kvdx.zip", {f"{i}/{'d/' * 19}f": "" for i in range(60)})
     packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
+    packed("Mac.kvdx.zip", {f"B.kvdx/{name}": text for name, text in inside.items()} | {"__MACOSX/B.kvdx/._P.xml": "x"})
+    packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
+    pathlib.Path("Cut.kvdx.zip").write_bytes(pathlib.Path("Flat.kvdx.zip").read_bytes()[:-30])
     with zipfile.ZipFile("Linked.kvdx.zip", "w") as archive:
         link = zipfile.ZipInfo("P.xml")
         link.external_attr = 0o120777 << 16
@@ -138,6 +141,9 @@ ROWS = [
     (["Bomb.kvdx.zip"], 1, "unpacks to more than 200 times its size", []),
     (["Folders.kvdx.zip"], 1, "has more than 1000 folders", []),
     (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
+    (["Mac.kvdx.zip"], 0, "Mac.xml: 2 tasks", ["Mac.xml"]),
+    (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
+    (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
     (["Home.kvdx.zip"], 0, "Home.xml: 2 tasks", ["Home.xml"]),
 ]
 
@@ -196,7 +202,7 @@ def judge_ends(faults):
     """The folder of a packed bundle is removed, whether a signal ends the parent or the child. A full pipe blocks the
     child, so that the signal arrives during the export."""
     for victim, number, status in (("parent", signal.SIGTERM, -signal.SIGTERM), ("parent", signal.SIGHUP, -signal.SIGHUP),
-                                   ("child", signal.SIGKILL, 1)):
+                                   ("parent", signal.SIGXCPU, -signal.SIGXCPU), ("child", signal.SIGKILL, 1)):
         readable, writable = os.pipe()
         os.set_blocking(writable, False)
         with contextlib.suppress(BlockingIOError):
@@ -215,11 +221,21 @@ def judge_ends(faults):
             faults.append(f"{victim} ended by {number}: status {process.returncode}, left {os.listdir('tmp')}")
 
 
+def judge_ignored_children(faults):
+    """Whoever starts the command may ignore SIGCHLD, and then the system does not keep how a child ended."""
+    result = run(["--check", "many"], preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
+    if result.returncode != 1 or "2 of 3 bundles" not in result.stderr:
+        faults.append(f"SIGCHLD ignored: {result}")
+
+
 def judge_streams(faults):
     with open("/dev/full", "w") as full:
         told = run(["--json", "--check", "Plan.kvdx"], stdout=full)
     if told.returncode != 1 or "standard output could not be written" not in told.stderr:
         faults.append(f"a full standard output: {told}")
+    told = run(["--json", "--check", "Plan.kvdx", "many"], preexec_fn=lambda: (os.close(0), os.close(1)))
+    if told.returncode != 1:
+        faults.append(f"standard input and output closed: {told}")
     terminal, its_end = pty.openpty()
     process = start(["--check", "many", "terminal"], stderr=its_end)
     os.close(its_end)
@@ -249,7 +265,7 @@ def main():
                 pathlib.Path(name).unlink()
         if os.listdir("tmp"):
             faults.append(f"left behind: {os.listdir('tmp')}")
-        for judge in (judge_json, judge_ends, judge_streams, judge_lack_of_memory):
+        for judge in (judge_json, judge_ends, judge_ignored_children, judge_streams, judge_lack_of_memory):
             judge(faults)
         os.chdir("/")
     print("\n".join(faults))
