@@ -137,8 +137,8 @@ older_files_stay_unless_the_settings_replace_them() {
   mkdir -p plans/{Plan,Plan-1}.kvdx
   make_bundle plans/Plan.kvdx new
   echo old | tee plans/Plan{,-1}.xml >/dev/null
-  printf '%s\n' '[other]' 'OverwriteFilterTarget = true' >com.korvella.Korvella2.MSPExportMSPDI.toml
-  run 1 plans
+  printf '%s\n' 'Note = """' 'OverwriteFilterTarget = true' '"""' >com.korvella.Korvella2.MSPExportMSPDI.toml
+  run 1 --exact plans
   expect_same outputs $'Plan-1.xml\nPlan-2.xml\nPlan.xml' "$(files_below plans)"
   expect_same 'older files' $'old\nold' "$(cat plans/Plan{,-1}.xml)"
   echo 'OverwriteFilterTarget = true # as by hand' >com.korvella.Korvella2.MSPExportMSPDI.toml
@@ -161,9 +161,10 @@ warnings_and_what_is_passed_over_are_told() {
   (cd plans && python3 -m zipfile -c Packed.kvdx.zip Good.kvdx && cp Packed.kvdx.zip Good.kvdx.zip)
   echo text >plans/Plain.kvdx
   ln -s Good.kvdx plans/Link.kvdx
+  cp plans/Packed.kvdx.zip plans/Link.kvdx.zip
   run 0 plans plans/Packed.kvdx.zip
-  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
-  expect_same outputs $'Doubtful.xml\nGood.xml\nPacked.xml' "$(files_below plans)"
+  expect_same counts '4 of 4 bundles exported, 0 failed, 0 not run' "$counts"
+  expect_same outputs $'Doubtful.xml\nGood.xml\nLink.xml\nPacked.xml' "$(files_below plans)"
   expect_same 'passed over' "$(printf 'Passed over: %s\n' "$scratch/plans/Good.kvdx.zip (its folder is beside it)" \
     "$scratch/plans/Link.kvdx (a link)" "$scratch/plans/Plain.kvdx (no folder and no zip archive)")" \
     "$(grep ^Passed errors)"
@@ -171,7 +172,9 @@ warnings_and_what_is_passed_over_are_told() {
     task t1 'Task': end-date 'soon' is no date, year 1 is written" "$(grep -A 1 ^Warnings errors)"
   run 1 --strict --log strict-log plans
   run 1 --log strict-log --resume
-  expect_same 'options of the resumed run' '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  expect_same 'options of the resumed run' '3 of 4 bundles exported, 1 failed, 0 not run' "$counts"
+  run 0 --output named plans/Good.kvdx.zip
+  expect_same 'named, with its folder beside it' Good.xml "$(files_below named)"
   make_bundle plans/Good.kvdx 'Exact' && mv plans/Good.kvdx exact.kvdx
   sed -i '1s|^|<!-- \xff -->|' exact.kvdx/Plan.xml
   run 0 --exact exact.kvdx
@@ -227,19 +230,22 @@ arguments_of_one_name_stay_apart() {
 
 names_that_the_log_cannot_show_as_they_are() {
   local bundle
-  for bundle in $'esc\x1b\xc2\x9b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
+  for bundle in $'esc\x1b\xc2\x9b\x9b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
     mkdir -p "odd/$bundle"
     make_bundle "odd/$bundle" odd
   done
   run 0 odd
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
   # Neither the log of a failed export nor the progress prints control characters to the terminal.
-  echo nonsense >odd/$'esc\x1b\xc2\x9b.kvdx'/__TOC.xml
+  echo nonsense >odd/$'esc\x1b\xc2\x9b\x9b.kvdx'/__TOC.xml
+  refused 'Unknown option' $'-\x1b.kvdx'
+  cp errors shown
+  refused '--jobs takes' --jobs $'\x1b[31m'
+  cat errors >>shown
   run 1 --exact odd
   expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
-  refused 'Unknown option' $'-\x1b.kvdx'
-  script -qec "'$export_all' odd" /dev/null >shown || true
-  ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b]\|\xc2\x9b' errors shown || fail "a terminal obeys a name"
+  script -qec "'$export_all' odd" /dev/null >>shown || true
+  ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b\x9b]' errors shown || fail "a terminal obeys a name"
 }
 
 other_machines_are_reached_by_ssh() {
