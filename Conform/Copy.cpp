@@ -6,6 +6,7 @@
 #include "Conform/Failure.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
+#include "Platform/XML/SinkWriter.h"
 #include "Platform/XML/XMLStrict.h"
 #include "Platform/XML/XMLText.h"
 
@@ -17,25 +18,6 @@ using platform::require;
 constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_comments | pugi::parse_pi |
                                    pugi::parse_ws_pcdata_single | pugi::parse_embed_pcdata;
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
-
-/// Passes pieces on, with carriage returns as references: a reader would make line feeds of bare ones.
-class SinkWriter final : public pugi::xml_writer {
- public:
-  explicit SinkWriter(const std::function<void(std::string_view)>& sink) : sink_(sink) {}
-
-  void write(const void* data, std::size_t size) override {
-    std::string_view rest(static_cast<const char*>(data), size);
-    for (std::size_t at = rest.find('\r'); at != std::string_view::npos; at = rest.find('\r')) {
-      sink_(rest.substr(0, at));
-      sink_("&#13;");
-      rest.remove_prefix(at + 1);
-    }
-    sink_(rest);
-  }
-
- private:
-  const std::function<void(std::string_view)>& sink_;
-};
 
 template <typename List>
 void list(pugi::xml_node container, const char* name, List& to) {
@@ -90,7 +72,7 @@ bool Copy::isPlaceholder(const Item& item) const {
 
 void Copy::serialize(const std::function<void(std::string_view)>& sink) const {
   sink(xml::kDeclaration);
-  SinkWriter writer(sink);
+  xml::SinkWriter writer(sink);
   for (const pugi::xml_node node : document_.children())
     node.print(writer, xml::kIndent.data(), kWriteOptions, pugi::encoding_utf8);
 }

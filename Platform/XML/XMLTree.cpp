@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Platform/Base/Budget.h"
+#include "Platform/XML/SinkWriter.h"
 #include "Platform/XML/XMLEncoding.h"
 #include "Platform/XML/XMLProlog.h"
 #include "Platform/XML/XMLQuery.h"
@@ -20,25 +21,6 @@ namespace xml {
 namespace {
 
 constexpr unsigned kWriteOptions = pugi::format_indent | pugi::format_no_declaration;
-
-/// Passes pieces to the sink, with carriage returns as references: a reader would turn bare ones into line feeds.
-class SinkWriter final : public pugi::xml_writer {
- public:
-  explicit SinkWriter(const std::function<void(std::string_view)>& sink) : sink_(sink) {}
-
-  void write(const void* data, std::size_t size) override {
-    std::string_view rest(static_cast<const char*>(data), size);
-    for (std::size_t at = rest.find('\r'); at != std::string_view::npos; at = rest.find('\r')) {
-      sink_(rest.substr(0, at));
-      sink_("&#13;");
-      rest.remove_prefix(at + 1);
-    }
-    sink_(rest);
-  }
-
- private:
-  const std::function<void(std::string_view)>& sink_;
-};
 
 /// name="value", with the value escaped.
 std::string markupOf(pugi::xml_attribute attribute) {
