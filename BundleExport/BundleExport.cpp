@@ -128,6 +128,7 @@ BundleExport::Exported BundleExport::exportInMemory() {
 void BundleExport::describe(const conform::Copy& copy) {
   const auto& said = copy.report.warnings();
   result_.warnings.insert(result_.warnings.end(), said.begin(), said.end());
+  result_.corrections = copy.report.counts();
   result_.tasks = copy.tasks.size();
   result_.links = linksOf(copy);
   result_.resources = copy.resources.size() - 1;

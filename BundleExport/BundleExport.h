@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,7 @@ struct ExportResult {
   std::string zone;                   ///< the dates are wall-clock times of this zone: "Europe/Berlin"
   std::string zoneSentence;           ///< for people; empty when the zone is this machine's
   std::vector<std::string> warnings;  ///< sentences for people, without a full stop, in the order in which they arose
+  std::map<std::string, std::size_t> corrections;  ///< what was corrected, and how often: "links without a lag", 80
   std::size_t tasks = 0;
   std::size_t links = 0;
   std::size_t resources = 0;  ///< without the nameless first one, which nothing refers to

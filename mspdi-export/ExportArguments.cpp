@@ -25,7 +25,8 @@ std::string asCurrencyCode(std::string& code) {
 }
 
 void addOptions(CLI::App& app, ExportArguments& arguments) {
-  app.add_option("bundles", arguments.bundles, "Plans: .kvdx folders, zip archives of them, folders that hold some")
+  app.add_option("bundles", arguments.bundles,
+                 "Plans: .kvdx folders, zip archives of them, or folders that contain them")
       ->required()
       ->type_name("BUNDLE");
   app.add_option("-o,--output", arguments.output, "File to write, or existing folder to write into")
@@ -33,15 +34,16 @@ void addOptions(CLI::App& app, ExportArguments& arguments) {
   app.add_flag("--overwrite", arguments.overwrite, "Replace the file of that name; without it, Plan-1.xml is written");
   app.add_option("--zone", arguments.zone, "Time zone of the dates, or \"machine\"; by default the plan's own")
       ->type_name("NAME");
-  app.add_option("--currency", arguments.currency, "Currency, when the plan's symbol does not tell it")
+  app.add_option("--currency", arguments.currency, "Currency code (ISO 4217), used when the plan's symbol is ambiguous")
       ->type_name("CODE")
       ->check(CLI::Validator(asCurrencyCode, ""));
   app.add_flag("--keep-dates", arguments.keepDates, "Schedule every task by hand, so that no reader moves it");
-  app.add_flag("--page", arguments.page, "Write a page for a browser beside the file, which shows the plan in it");
-  app.add_flag("--check", arguments.check, "Do everything but write");
+  app.add_flag("--page", arguments.page, "Also write an HTML page that shows the plan as it is in the file");
+  app.add_flag("--check", arguments.check, "Do everything except writing");
   app.add_flag("--strict", arguments.strict, "Write nothing when there is a warning");
-  auto* quiet = app.add_flag("-q,--quiet", arguments.quiet, "Say nothing but errors");
-  app.add_flag("-v,--verbose", arguments.verbose, "Show the exporter's log as well")->excludes(quiet);
+  auto* quiet = app.add_flag("-q,--quiet", arguments.quiet, "Print only errors");
+  app.add_flag("-v,--verbose", arguments.verbose, "Also show the exporter's log, and what was corrected")
+      ->excludes(quiet);
   app.add_flag("--json", arguments.json, "Write one JSON object for each bundle to standard output");
   app.set_version_flag("--version", std::string(kProgram) + " " + MSPDI_VERSION);
 }
@@ -91,7 +93,7 @@ void tellWrongUse(const CLI::App& app, const CLI::ParseError& error) {
 
 std::variant<ExportArguments, int> readExportArguments(int argc, const char* const* argv) {
   ExportArguments arguments;
-  CLI::App app("Exports Korvella plans as the Microsoft Project XML files that one sends.", kProgram);
+  CLI::App app("Exports Korvella plans to Microsoft Project XML files.", kProgram);
   addOptions(app, arguments);
   try {
     app.parse(argc, argv);

@@ -223,6 +223,9 @@ bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const
                          double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
   if (arguments_.json) return tellProgram(bundle.path, result, page, seconds);
+  if (arguments_.verbose) {
+    for (const auto& [what, number] : result.corrections) say("corrected: {}: {}", what, number);
+  }
   if (!arguments_.quiet) {
     for (const std::string& warning : result.warnings) say("warning: {}", warning);
     if (!result.zoneSentence.empty()) say("{}", result.zoneSentence);
@@ -232,7 +235,7 @@ bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const
     say("{}", remedyFor(result.reason));
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
-    if (!page.empty()) say("{} shows it", platform::lastPathComponent(page));
+    if (!page.empty()) say("{} shows the plan", platform::lastPathComponent(page));
   }
   return true;
 }
