@@ -8,8 +8,8 @@
 
 namespace conform {
 
-/// What the corrections did: counts for a summary, and one sentence for each thing that was lost or that the reader
-/// will find changed.
+/// What the corrections did: one sentence for each thing that was lost or that the reader will find changed, which the
+/// commands print, and counts of all changes, which only tests read.
 class Report {
  public:
   /// Adds to the count of what was changed, for example "links without a lag".
