@@ -32,7 +32,8 @@ enum class Kind : std::uint8_t {
   kTruth
 };
 
-/// A child element of which only one counts.
+/// A child element of which only one counts. A field that the export begins to read belongs into the lists below:
+/// otherwise nobody is warned when it is there twice.
 struct Field {
   xml::Query query;
   Kind kind;

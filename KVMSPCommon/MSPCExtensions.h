@@ -76,7 +76,8 @@ constexpr std::string_view mspdiFlag(bool value) { return value ? "1" : "0"; }
 xml::Element elementWithName(std::string_view name, const MSPEMapper& mapper,
                              std::optional<std::string_view> value = std::nullopt);
 
-/// Appends a child element with the text, and returns it; without a text, an empty element.
+/// Appends a child element with the text, and returns it. When the text is missing, the element is empty; to leave it
+/// out, do not call this.
 /// @throws InvariantFailure when the node is no element.
 xml::OutputNode addChildElementWithName(xml::OutputNode element, std::string_view name,
                                         std::optional<std::string_view> value = std::nullopt);

@@ -14,7 +14,8 @@ struct Mapped {
   /// The failure when there is one, otherwise what stands at a path below `Project`. "A/B": the texts of all B. "A/B: C
   /// D/E": of each B a record with the texts of its C and of all its E, such as "1 Standard, 2 ''". "A/B/.": the last
   /// B's markup. "A/B/*": the names of the last B's children. "." stands for `Project` itself. A text that is missing
-  /// is "none", an empty one "''". "C?yes:no" gives "yes" where C is 1 and "no" elsewhere, without gaps between.
+  /// is "none", an empty one "''". "C?yes:no" gives "yes" where C is 1 and "no" elsewhere, without gaps between. Of two
+  /// tasks without a Name, "Tasks/Task: Name" gives "none, none", but "Tasks/Task/Name" only "none".
   [[nodiscard]] std::string value(const std::string& path) const;
 };
 

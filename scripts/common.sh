@@ -61,7 +61,7 @@ build_preset() (
   shift
   ensure_packages "${PACKAGES[@]}"
   cd "$ROOT"
-  [ -x "build/$preset/MSPDIExport" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
+  [ -f "build/$preset/libmspdi.a" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
   [ -f "build/$preset/build.ninja" ] || show_progress cmake --preset "$preset" || return 1
   show_progress cmake --build --preset "$preset" "$@"
 )

@@ -59,11 +59,11 @@ std::optional<xml::Element> MSPEResourceMapper::newResourceFromKVDXResource(xml:
   addChildElementWithName(resource, "Type", *type);
   appendUnits(resource, kvdxResource, name);  // MaxUnits
   addChildElementWithName(resource, "IsNull", "0");
-  MSPENoteMapper(mapper()).appendNotes(resource, kvdxResource);
-  MSPEUserDataMapper(mapper(), false).appendExtendedAttributes(resource, kvdxResource);
+  MSPENoteMapper(mapper()).appendNotes(resource, kvdxResource);                          // Notes
+  MSPEUserDataMapper(mapper(), false).appendExtendedAttributes(resource, kvdxResource);  // ExtendedAttribute
   appendCosts(resource, kvdxResource);  // CostPerUse, StandardRate, StandardRateFormat, EmailAddress
   if (resourceCalendarUID_ >= 0) addChildElementWithName(resource, "CalendarUID", std::to_string(resourceCalendarUID_));
-  appendBaselines(resource, kvdxResource);
+  appendBaselines(resource, kvdxResource);  // Baseline
   return element;
 }
 

@@ -82,12 +82,12 @@ xml::Element MSPETaskMapper::newTaskFromKVDXTask(xml::Node kvdxTask, xml::Node p
   const bool splittable = boolValueForXQuery(kvdxTask, "splittable", &error);
   addChildElementWithName(task, "LevelingCanSplit", mspdiFlag(splittable || error));
   addChildElementWithName(task, "IgnoreResourceCalendar", "1");
-  MSPENoteMapper(mapper()).appendNotes(task, kvdxTask);
-  appendPredecessorLinks(task);
-  MSPEUserDataMapper(mapper(), true).appendExtendedAttributes(task, kvdxTask);
+  MSPENoteMapper(mapper()).appendNotes(task, kvdxTask);                         // Notes
+  appendPredecessorLinks(task);                                                 // PredecessorLink
+  MSPEUserDataMapper(mapper(), true).appendExtendedAttributes(task, kvdxTask);  // ExtendedAttribute
   addChildElementWithName(task, "Active", "1");
   addChildElementWithName(task, "Manual", "0");
-  appendBaselines(task, kvdxTask);
+  appendBaselines(task, kvdxTask);  // Baseline
   return element;
 }
 

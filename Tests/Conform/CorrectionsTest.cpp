@@ -24,7 +24,7 @@ string valueOf(conform::Copy& copy, const string& path) {
 }
 
 /// Of a scenario that is exported and corrected with the bundle at hand.
-string sent(const ValueRow& row, const Options& options) {
+string correctedWithBundle(const ValueRow& row, const Options& options) {
   const Mapped exact = mapped(row.scenario, row.others);
   if (!exact.failure.empty()) return exact.failure;
   const auto scenario = parsed(row.scenario);
@@ -35,7 +35,7 @@ string sent(const ValueRow& row, const Options& options) {
 }
 
 /// Of what stands in a `Project`, corrected without a bundle.
-string copied(const ValueRow& row) {
+string correctedWithoutBundle(const ValueRow& row) {
   string value;
   const string failure = failureOf([&] {
     conform::Copy copy("<Project xmlns='http://schemas.microsoft.com/project'>" + row.scenario + "</Project>", nullptr,
@@ -52,10 +52,10 @@ void expectAll(const std::vector<ValueRow>& rows, Get get) {
     EXPECT_EQ(get(row), row.expected);
   }
 }
-void expectSent(const std::vector<ValueRow>& rows, const Options& options = {"Base", "EUR", false}) {
-  expectAll(rows, [&options](const ValueRow& row) { return sent(row, options); });
+void expectWithBundle(const std::vector<ValueRow>& rows, const Options& options = {"Base", "EUR", false}) {
+  expectAll(rows, [&options](const ValueRow& row) { return correctedWithBundle(row, options); });
 }
-void expectCopied(const std::vector<ValueRow>& rows) { expectAll(rows, copied); }
+void expectWithoutBundle(const std::vector<ValueRow>& rows) { expectAll(rows, correctedWithoutBundle); }
 
 string link(const string& attributes) { return "<prerequisite-task " + attributes + "/>"; }
 string use(const string& resource) { return "<assignment idref='" + resource + "'/>"; }
@@ -98,7 +98,7 @@ TEST(Corrections, LeaveNoReferenceWithoutATarget) {
   const string toPerson = resources({"r0"}, resource("r0", "Staff"), use("r0"));
   const string toOtherGroup = resources({"r0"}, resource("r0", "Staff") + group("r-9", "", {}), use("r-9"));
   const string resourceUid = kAssignment + "ResourceUID", nobody = "-65535";
-  expectSent({
+  expectWithBundle({
       {__LINE__, "only what is there", t1(link("idref='t9'") + link("idref='t-1'")), kLinks, "0"},
       {__LINE__, "said by its id", t1(link("idref='t9'")), "said", "task t1: " + kLink + "t9" + kGone},
       {__LINE__, "said once for a task", t1(tag("title", "A") + link("") + link("idref=''")), "said",
@@ -117,7 +117,7 @@ TEST(Corrections, LeaveNoReferenceWithoutATarget) {
            tag("Assignments", tag("Assignment", tag("UID", "1") + tag("TaskUID", "") + tag("ResourceUID", "-65535")));
   };
   const string toNothing = "<PredecessorLink><PredecessorUID/></PredecessorLink>";
-  expectCopied({
+  expectWithoutBundle({
       {__LINE__, "the one without a number", twoTasks("", "7", toNothing), kLinks, "1"},
       {__LINE__, "its assignment", twoTasks("", "7", toNothing), kAssignment + "TaskUID", "1"},
       {__LINE__, "one of two without", twoTasks("", "", toNothing), kLinks, "none"},
@@ -140,7 +140,7 @@ TEST(Corrections, GiveEachObjectANumberOfItsOwn) {
   const string alike =
       resources({"r1x", "r1"}, resource("r1x", "Staff") + resource("r1", "Staff"), use("r1") + use("r1x"));
   const string second = "0 none, 1 none, 2 1, 7 2";
-  expectSent({
+  expectWithBundle({
       {__LINE__, "no number", chain("t12x"), kUidAndLinks, second},
       {__LINE__, "assignments follow", chain("t12x"), kAssignment + "TaskUID", "1, 2, 7"},
       {__LINE__, "zeros before another's number", chain("t007"), kUidAndLinks, second},
@@ -161,7 +161,7 @@ TEST(Corrections, GiveEachObjectANumberOfItsOwn) {
     return tag("Calendars",
                tag("Calendar", tag("UID", "2") + tag("Name", "A")) + tag("Calendar", tag("UID", "2") + more));
   };
-  expectCopied({
+  expectWithoutBundle({
       {__LINE__, "the same twice", calendars(tag("Name", "A")), "Calendars/Calendar/UID", "2"},
       {__LINE__, "different ones", calendars(tag("Name", "B")), "Calendars/Calendar/UID", "2, 1"},
   });
@@ -176,7 +176,7 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
   const string inOneOfTwo = scenario(task("t1", keys({"a", "a"})) + task("t2", keys({"a (2)", "a"})));
   const string first = "188743731", second = "188743734", third = "188743737";
   const string furtherValues = "field \"a (2)\" of tasks holds further values of the key \"a\"";
-  expectSent({
+  expectWithBundle({
       {__LINE__, "tasks and resources apart", ofBoth, kFields + "Alias FieldName FieldID",
        "b Text1 205520904, a Text1 " + first + ", b Text2 " + second + ", c Text3 " + third},
       {__LINE__, "values of tasks", ofBoth, kValues + "FieldID Value",
@@ -201,7 +201,7 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
   const string mixed = all(defined("188743767", "Text13", "m")) + tag("Tasks", valued(first) + valued("188743767"));
   const string inTwo = all(defined(first, "Text1", "a") + defined(first, "Text1", "b")) +
                        tag("Tasks", valued(first) + valued(first) + valued(first));
-  expectCopied({
+  expectWithoutBundle({
       {__LINE__, "gaps stay", all(defined("188743740", "Text4", "d")) + tag("Tasks", valued("188743740")),
        kFields + "FieldID Alias", "188743740 d"},
       {__LINE__, "other kinds stay", all(defined("188743767", "Number1", "n")), kFields + "FieldID Alias",
@@ -225,7 +225,7 @@ TEST(Corrections, RankPriorities) {
   std::vector<int> many(600);
   for (int i = 0; i < 600; ++i) many[static_cast<std::size_t>(i)] = i + 1;
   const string priority = kTask + "Priority";
-  expectSent({
+  expectWithBundle({
       {__LINE__, "above 0", ranked({0, 10, 20, 10}), priority, "500, 500, 666, 833, 666"},
       {__LINE__, "on both sides", ranked({-3, 9, -1}), priority, "500, 167, 750, 334"},
       {__LINE__, "of tasks outside of the tree, too", ranked({5}, task("t9", tag("priority", "7"))), priority,
@@ -233,7 +233,8 @@ TEST(Corrections, RankPriorities) {
       {__LINE__, "but not of hidden ones", ranked({9, 5}, task("t1", tag("priority", "5"))), priority, "500, 750, 750"},
       {__LINE__, "the lowest number", t1(tag("priority", "-9223372036854775808")), priority, "500, 250"},
   });
-  const string priorities = sent({__LINE__, "of many", ranked(many), priority, ""}, {"Base", "EUR", false});
+  const string priorities =
+      correctedWithBundle({__LINE__, "of many", ranked(many), priority, ""}, {"Base", "EUR", false});
   EXPECT_TRUE(priorities.starts_with("500, 501, 501, 502, ")) << priorities;
   EXPECT_TRUE(priorities.ends_with(", 998, 999")) << priorities;
 }
@@ -248,7 +249,7 @@ TEST(Corrections, DivideWhatIsDone) {
                datesOfUse = kEachAssignment + "ActualStart ActualFinish";
   const string done100 = tag("UID", "1") + tag("PercentComplete", "100") + tag("Start", "A") + tag("Finish", "B");
   const string start = "2026-05-04T08:00:00", finish = "2026-05-06T17:00:00", group = "none none none, ";
-  expectSent({
+  expectWithBundle({
       {__LINE__, "by effort", done("10000", "2900", "0"), percent, "29"},
       {__LINE__, "by percentage", done("0", "0", "0.29"), percent, "29"},
       {__LINE__, "rounded", done("1000", "285", "0"), percent, "29"},
@@ -263,7 +264,7 @@ TEST(Corrections, DivideWhatIsDone) {
   });
   const string used = tag("Assignments", tag("Assignment", tag("TaskUID", "1") + tag("Start", "D")));
   const string remaining = tag("RemainingDuration", "PT0H0M1S");
-  expectCopied({
+  expectWithoutBundle({
       {__LINE__, "done", xmlTasks(xmlTask(done100)), dates, "A B"},
       {__LINE__, "but for a second", xmlTasks(xmlTask(done100 + remaining)), dates, "none none"},
       {__LINE__, "earlier than it seems", xmlTasks(xmlTask(done100 + tag("ActualFinish", "C"))), dates, "A C"},
@@ -279,14 +280,14 @@ TEST(Corrections, NameWhatHasNoName) {
   const string fifty = string(50, 'a'), oneTask = t1(tag("title", "One"));
   const string long12 = calendar("1", fifty + "bc") + calendar("2", fifty + "b");
   const string bracketed = scenario(resource("r1", "Staff", tag("name", "A, [B]")));
-  expectSent({
+  expectWithBundle({
       {__LINE__, "a title", t1(""), "Name", "Plan", "UTC", {titled(tag("title", "Plan"))}},
       {__LINE__, "a blank title", t1(""), ".: Name Title", "Base  ", "UTC", {titled(tag("title", " "))}},
       {__LINE__, "the project's task", oneTask, kTask + "Name", "Base, One", "UTC", {titled("")}},
       {__LINE__, "marks of lists", bracketed, kResource + "Name", "A; (B)"},
       {__LINE__, "and a word about it", bracketed, "said", "resource r1: \"A, [B]\" is now \"A; (B)\""},
   });
-  expectCopied({
+  expectWithoutBundle({
       {__LINE__, "long or blank", tag("Calendars", long12 + calendar("3", " ")), "Calendars/Calendar/Name",
        string(47, 'a') + " (1), " + fifty + "b, Calendar 3"},
   });
@@ -304,7 +305,7 @@ TEST(Corrections, SetWhatReadersInsistOn) {
   };
   const string calendar = kEachTask + "CalendarUID IgnoreResourceCalendar";
   const string ownCalendar = xmlTasks(xmlTask(tag("CalendarUID", "3") + tag("IgnoreResourceCalendar", "1")));
-  expectSent({
+  expectWithBundle({
       {__LINE__, "no calendar", t1(""), calendar, "-1 0, -1 0"},
       {__LINE__, "rates of materials", scenario(three), rates, "0 none, 1 8, 2 none, 3 2"},
       {__LINE__, "a lag", t1(link("idref='t-1'")), kTask + "PredecessorLink/LinkLag", "0"},
@@ -314,10 +315,10 @@ TEST(Corrections, SetWhatReadersInsistOn) {
        "the currency's symbol \"\" has several codes or none: EUR is written, as the command line says", "UTC",
        bareAmount},
   });
-  expectSent({{__LINE__, "dates to keep", t1(""), kEachTask + "Manual ManualStart ManualFinish ManualDuration",
-               "0 none none none, 1 2026-05-04T08:00:00 2026-05-06T17:00:00 PT24H0M0S"}},
-             {"Base", "", true});
-  expectCopied({
+  expectWithBundle({{__LINE__, "dates to keep", t1(""), kEachTask + "Manual ManualStart ManualFinish ManualDuration",
+                     "0 none none none, 1 2026-05-04T08:00:00 2026-05-06T17:00:00 PT24H0M0S"}},
+                   {"Base", "", true});
+  expectWithoutBundle({
       {__LINE__, "levels by numbers", levels({"0", "2", "1", "3", "3", "2", "5", "4", "1"}), kTask + "OutlineNumber",
        "0, 1.1, 2, 2.1.1, 2.1.2, 2.2, 2.2.1.1.1, 2.2.1.2, 3"},
       {__LINE__, "too deep", levels({"2001"}), kTask + "WBS", "task 1 has OutlineLevel 2001, which is above 2000"},
@@ -333,7 +334,7 @@ TEST(Corrections, TakeTheMachinesCurrency) {
     SCOPED_TRACE(about);
     const ScopedVariable language("LANG", "sv_SE.UTF-8");
     const ScopedVariable set(variable, locale);
-    EXPECT_EQ(copied({__LINE__, about, empty, "CurrencyCode", ""}), code);
+    EXPECT_EQ(correctedWithoutBundle({__LINE__, about, empty, "CurrencyCode", ""}), code);
   };
   expectCode("a locale", "LANG", "de_DE.UTF-8@euro", "EUR");
   expectCode("a closer one", "LC_MONETARY", "en_GB", "GBP");
@@ -342,5 +343,5 @@ TEST(Corrections, TakeTheMachinesCurrency) {
   const ScopedVariable pounds("LC_MONETARY", "en_GB");
   expectCode("the closest one", "LC_ALL", "C.UTF-8", "USD");
   const string pound = "<CurrencySymbol>£</CurrencySymbol><CurrencyCode/>";
-  EXPECT_EQ(copied({__LINE__, "pound", pound, "CurrencyCode", ""}), "GBP");
+  EXPECT_EQ(correctedWithoutBundle({__LINE__, "pound", pound, "CurrencyCode", ""}), "GBP");
 }
