@@ -71,6 +71,7 @@ failed_bundles_are_told_and_resumed() {
   run 2 --log some-log some
   make_bundle some/Broken.KVDX mended
   touch some-log/mine.{seq,err}
+  printf '4\tloc' >>some-log/joblog # what a full disk leaves of a line
   run 0 --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
