@@ -47,14 +47,6 @@ std::string reasonOf(const platform::Exception& exception) {
   return reason;
 }
 
-std::size_t linksOf(const conform::Copy& copy) {
-  std::size_t links = 0;
-  for (const conform::Item& task : copy.tasks) {
-    for ([[maybe_unused]] const auto link : task.element.children("PredecessorLink")) ++links;
-  }
-  return links;
-}
-
 /// The document's bytes, in one piece of the right size. They count in the budget: the tree to be corrected takes
 /// several times as much memory. Without this, a few bytes of a plan could make it take 11 GB.
 std::string bytesOf(const xml::OutputDocument& document) {
@@ -130,7 +122,7 @@ void BundleExport::describe(const conform::Copy& copy) {
   result_.warnings.insert(result_.warnings.end(), said.begin(), said.end());
   result_.corrections = copy.report.counts();
   result_.tasks = copy.tasks.size();
-  result_.links = linksOf(copy);
+  result_.links = copy.links;
   result_.resources = copy.resources.size() - 1;
   result_.assignments = copy.assignments.size();
   result_.calendars = copy.calendars.size();

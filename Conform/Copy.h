@@ -50,6 +50,7 @@ class Copy {
   std::vector<Item> tasks;
   std::vector<Item> resources;
   std::vector<AssignmentItem> assignments;
+  std::size_t links = 0;  ///< of all tasks; correctLinks() counts them, since visiting all tasks again would take long
   Report report;
 
   /// None when only the file is at hand.
