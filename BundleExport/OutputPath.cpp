@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <vector>
+
 #include "Conform/Failure.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/Text/Texts.h"
@@ -14,17 +16,27 @@ bool hasExtension(const std::string& path, std::string_view extension) {
 
 bool isBundle(const std::string& path) { return hasExtension(path, "kvdx") && platform::isDirectory(path); }
 
-/// Refuses a folder inside a bundle: a file there would become part of the plan and may be lost when that is saved. A
-/// link to the bundle may have another name, so links are resolved.
-void requireOutside(std::string folder, const std::string& bundle) {
-  const std::string source = platform::resolvedPath(bundle);
-  for (folder = platform::resolvedPath(folder); folder.size() > 1; folder = platform::deleteLastPathComponent(folder)) {
-    if (folder == source || isBundle(folder))
-      conform::fail(fmt::format("the output would lie inside of the bundle '{}'", folder));
+/// The folder and those above it. A link to a bundle may have another name, so links are resolved.
+std::vector<std::string> upwards(const std::string& folder) {
+  std::vector<std::string> folders;
+  for (std::string next = platform::resolvedPath(folder); next.size() > 1;
+       next = platform::deleteLastPathComponent(next)) {
+    folders.push_back(next);
   }
+  return folders;
+}
+
+void refuse(const std::string& bundle) {
+  conform::fail(fmt::format("the output would lie inside of the bundle '{}'", bundle));
 }
 
 }  // namespace
+
+void requireOutsideBundles(const std::string& folder) {
+  for (const std::string& above : upwards(folder)) {
+    if (isBundle(above)) refuse(above);
+  }
+}
 
 std::string outputPath(const std::string& bundle, const std::string& defaultFolder, const std::string& baseName,
                        const std::string& output) {
@@ -36,6 +48,11 @@ std::string outputPath(const std::string& bundle, const std::string& defaultFold
   }
   const std::string folder = platform::deleteLastPathComponent(path);
   if (!platform::isDirectory(folder)) conform::fail(fmt::format("the folder '{}' does not exist", folder));
-  requireOutside(folder, bundle);
+  requireOutsideBundles(folder);
+  // The bundle itself may have another name.
+  const std::string source = platform::resolvedPath(bundle);
+  for (const std::string& above : upwards(folder)) {
+    if (above == source) refuse(above);
+  }
   return path;
 }

@@ -2,6 +2,11 @@
 
 #include <string>
 
+/// Refuses a folder that is a bundle or inside one: a file there would become part of the plan, and may be lost when
+/// that is saved.
+/// @throws platform::Exception with a reason for people.
+void requireOutsideBundles(const std::string& folder);
+
 /// The path for the exported file, before any numbering: the output itself; a file in it when it is a folder; a file in
 /// the default folder when it is empty.
 /// @param bundle the bundle's folder. @param baseName the file's name without its extension. @param output a file that

@@ -61,11 +61,11 @@ std::string nested(int entities) {
   for (int i = 2; i <= entities; ++i) declarations += fmt::format("<!ENTITY e{} '&e{};'>", i, i - 1);
   return typed(declarations, fmt::format("<a>&e{};</a>", entities));
 }
-/// An entity of 100 characters, so many times in a document of 1000.
-std::string grown(int times) {
+/// An entity of 100 times the character, so many times in a document of 1000.
+std::string grown(int times, char character = 'x') {
   std::string root = "<a>";
   for (int i = 0; i < times; ++i) root += "&e;";
-  root = typed("<!ENTITY e '" + std::string(100, 'x') + "'>", root + "</a>");
+  root = typed("<!ENTITY e '" + std::string(100, character) + "'>", root + "</a>");
   return root + std::string(1000 - root.size(), ' ');
 }
 
@@ -179,7 +179,7 @@ TEST(XMLTreeTest, References) {
       {__LINE__, read, two + "<a><!--&co;--><![CDATA[&co;]]></a>", "&co;"},
       {__LINE__, readRoot, two + "<a n='&co;'/>", "a R&D A"},
       {__LINE__, readRoot, typed("<!ENTITY q '&#34;&#60;&#39;'>", "<a n='>&q;' m='>'/>"), "a >\"<'"},
-      {__LINE__, read, typed("<!ENTITY m '<b>1</b> <b n=\"&#38;m;\">2</b>'>", "<a>&m;</a>"),
+      {__LINE__, read, typed("<!ENTITY m '<b>1</b> <b n=\"&#38;m;\">2</b>'>", "<a>&m;</a>      "),
        "none: its entities are nested more than 20 deep"},
       {__LINE__, read, typed("<!ENTITY m '<b>1</b> <b>2</b>'>", "<a>&m;</a>"), "1 2"},
       {__LINE__, read, typed("<!ENTITY e '1'><!ENTITY e '2'><!ENTITY amp '3'>", "<a>&e;&amp;</a>"), "1&"},
@@ -190,6 +190,7 @@ TEST(XMLTreeTest, References) {
       {__LINE__, read, nested(21), "none: its entities are nested more than 20 deep"},
       {__LINE__, read, grown(101), "none: its entities expand to more than ten times its size"},
       {__LINE__, read, grown(100), std::string(10000, 'x')},
+      {__LINE__, read, grown(26, '>'), "none: its entities expand to more than ten times its size"},  // as "&gt;"
   });
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <new>
 
+#include "BundleExport/OutputPath.h"
 #include "Conform/Copy.h"
 #include "Conform/Corrections.h"
 #include "Conform/ExportedFile.h"
@@ -30,6 +31,7 @@ void requireFree(const std::string& output) {
   if (output.empty()) conform::fail("the output has no name");
   if (platform::isNameTaken(output)) conform::fail(output + " exists");
   if (!platform::isDirectory(folderOf(output))) conform::fail("no folder " + folderOf(output));
+  requireOutsideBundles(platform::absolutePath(folderOf(output)));
 }
 
 std::string baseNameOf(const std::string& path) {

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Folder.h"
@@ -23,26 +25,50 @@ bool mayBePacked(const std::string& path) {
   return extension == "kvdx" || (extension == "zip" && extensionOf(platform::deletePathExtension(path)) == "kvdx");
 }
 
-/// The bundles below the folder, in order of their paths.
-std::vector<Bundle> bundlesBelow(const std::string& folder) {
-  std::vector<Bundle> bundles;
+void take(const std::string& path, const platform::FolderEntry& entry, FoundBundles& found) {
+  if (entry.isFolder) {
+    found.bundles.push_back({path, false});
+  } else if (entry.isFile && platform::isZipArchive(path)) {
+    found.bundles.push_back({path, true});
+  } else {
+    const char* reason = entry.isFile ? "no folder and no zip archive" : "a link, or something else than a file";
+    found.passedOver.push_back({path, fmt::format("'{}' is passed over: {}.", path, reason)});
+  }
+}
+
+/// What is below the folder; the bundles in order of their paths.
+FoundBundles bundlesBelow(const std::string& folder) {
+  FoundBundles found;
   std::vector<std::string> waiting = {folder};
   while (!waiting.empty()) {
     const std::string next = std::move(waiting.back());
     waiting.pop_back();
-    for (const platform::FolderEntry& entry : platform::entriesOf(next)) {
+    std::string problem;
+    for (const platform::FolderEntry& entry : platform::entriesOf(next, problem)) {
       const std::string path = platform::appendPathComponent(next, entry.name);
-      if (entry.isFolder && extensionOf(path) == "kvdx") {
-        bundles.push_back({path, false});
-      } else if (entry.isFolder) {
+      if (entry.isFolder && extensionOf(path) != "kvdx") {
         waiting.push_back(path);
-      } else if (entry.isFile && mayBePacked(path) && platform::isZipArchive(path)) {
-        bundles.push_back({path, true});
+      } else if (mayBePacked(path)) {
+        take(path, entry, found);
       }
     }
+    if (!problem.empty()) {
+      found.problems.push_back({next, fmt::format("The folder '{}' could not be read: {}.", next, problem)});
+    }
   }
-  std::sort(bundles.begin(), bundles.end(), [](const Bundle& a, const Bundle& b) { return a.path < b.path; });
-  return bundles;
+  const auto byPath = [](const auto& a, const auto& b) { return a.path < b.path; };
+  std::sort(found.bundles.begin(), found.bundles.end(), byPath);
+  std::sort(found.passedOver.begin(), found.passedOver.end(), byPath);
+  return found;
+}
+
+void append(FoundBundles& to, FoundBundles more) {
+  const auto move = [](auto& list, auto& from) {
+    list.insert(list.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
+  };
+  move(to.bundles, more.bundles);
+  move(to.problems, more.problems);
+  move(to.passedOver, more.passedOver);
 }
 
 std::string problemOfFile(const std::string& path) {
@@ -60,10 +86,11 @@ FoundBundles findBundles(const std::vector<std::string>& arguments) {
     if (isBundleFolder(argument)) {
       found.bundles.push_back({argument, false});
     } else if (platform::isDirectory(argument)) {
-      const auto below = bundlesBelow(argument);
-      if (below.empty())
-        found.problems.push_back({argument, fmt::format("There is no bundle in the folder '{}'.", argument)});
-      found.bundles.insert(found.bundles.end(), below.begin(), below.end());
+      FoundBundles below = bundlesBelow(argument);
+      if (below.bundles.empty() && below.problems.empty()) {
+        below.problems.push_back({argument, fmt::format("There is no bundle in the folder '{}'.", argument)});
+      }
+      append(found, std::move(below));
     } else if ((mayBePacked(argument) || extensionOf(argument) == "zip") && platform::isZipArchive(argument)) {
       found.bundles.push_back({argument, true});
     } else {
@@ -91,7 +118,7 @@ UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) 
   if (problem_) return;
   path_ = unpacked;
   if (platform::fileExists(platform::appendPathComponent(unpacked, kContents))) return;
-  const auto bundles = bundlesBelow(unpacked);
+  const auto bundles = bundlesBelow(unpacked).bundles;
   if (bundles.size() == 1 && !bundles[0].isPacked) {
     path_ = bundles[0].path;
   } else {

@@ -10,16 +10,17 @@ struct Bundle {
   bool isPacked = false;  ///< a zip archive that contains the bundle
 };
 
-/// An argument for which there is no bundle.
+/// An argument, or a path below one, for which there is no bundle.
 struct NoBundle {
-  std::string argument;
-  std::string reason;  ///< a sentence for people that names the argument
+  std::string path;
+  std::string reason;  ///< a sentence for people that names the path
 };
 
 /// The bundles that a command's arguments stand for.
 struct FoundBundles {
-  std::vector<Bundle> bundles;     ///< in the order of the arguments; those below a folder by name
-  std::vector<NoBundle> problems;  ///< in the order of the arguments
+  std::vector<Bundle> bundles;       ///< in the order of the arguments; those below a folder by name
+  std::vector<NoBundle> problems;    ///< in the order of the arguments
+  std::vector<NoBundle> passedOver;  ///< below a folder, what is named like a bundle and is none
 };
 
 /// A `.kvdx` folder is a bundle; any other folder stands for all bundles below it. A `.zip` file, and a file that is

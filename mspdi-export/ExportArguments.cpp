@@ -30,7 +30,8 @@ void addOptions(CLI::App& app, ExportArguments& arguments) {
       ->required()
       ->type_name("BUNDLE");
   app.add_option("-o,--output", arguments.output, "File to write, or existing folder to write into")
-      ->type_name("OUTPUT");
+      ->type_name("OUTPUT")
+      ->check(CLI::Validator([](const std::string& name) { return name.empty() ? "the output has no name" : ""; }, ""));
   app.add_flag("--overwrite", arguments.overwrite, "Replace the file of that name; without it, Plan-1.xml is written");
   app.add_option("--zone", arguments.zone, "Time zone of the dates, or \"machine\"; by default the plan's own")
       ->type_name("NAME");

@@ -100,7 +100,10 @@ int ExportCommand::run() {
   if (const int* status = std::get_if<int>(&read)) return *status;
   arguments_ = std::get<ExportArguments>(read);
   const FoundBundles found = findBundles(arguments_.bundles);
-  for (const NoBundle& problem : found.problems) tellFailure(problem.argument, problem.reason);
+  for (const NoBundle& problem : found.problems) tellFailure(problem.path, problem.reason);
+  if (!arguments_.quiet && !arguments_.json) {
+    for (const NoBundle& passed : found.passedOver) say("{}", passed.reason);
+  }
   if (found.bundles.size() > 1 && !arguments_.output.empty() && !platform::isDirectory(arguments_.output)) {
     say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
     return kWrongUse;

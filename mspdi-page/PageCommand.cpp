@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "BundleExport/OutputPath.h"
 #include "Conform/Failure.h"
 #include "Page/PageFile.h"
 #include "Platform/System/Console.h"
@@ -19,7 +20,7 @@ constexpr int kWrongUse = 2;
 
 struct Arguments {
   std::string input;
-  std::string output;  ///< empty to write it beside the input
+  std::optional<std::string> output;  ///< none to write it beside the input
 };
 
 void tell(std::string_view text) { platform::say(kProgram, text); }
@@ -27,8 +28,11 @@ void tell(std::string_view text) { platform::say(kProgram, text); }
 /// Writes the page. With a name given by the user, it is written under exactly this name or not at all.
 std::string write(const Arguments& arguments) {
   const std::string input = platform::absolutePath(arguments.input);
-  if (arguments.output.empty()) return page::writePageOf(input, page::pagePathOf(input), false);
-  const std::string output = platform::absolutePath(arguments.output);
+  requireOutsideBundles(
+      platform::deleteLastPathComponent(platform::absolutePath(arguments.output.value_or(arguments.input))));
+  if (!arguments.output) return page::writePageOf(input, page::pagePathOf(input), false);
+  if (arguments.output->empty()) conform::fail("the output has no name");
+  const std::string output = platform::absolutePath(*arguments.output);
   if (platform::mayExist(output)) conform::fail(output + " exists");
   return page::writePageOf(input, output, false);
 }

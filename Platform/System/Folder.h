@@ -11,7 +11,8 @@ struct FolderEntry {
   bool isFile = false;
 };
 
-/// The folder's entries, in no particular order; empty when it cannot be read.
-[[nodiscard]] std::vector<FolderEntry> entriesOf(const std::string& folder);
+/// The folder's entries, in no particular order.
+/// @param problem set to the reason when not all of them could be read, for example "Permission denied".
+[[nodiscard]] std::vector<FolderEntry> entriesOf(const std::string& folder, std::string& problem);
 
 }  // namespace platform

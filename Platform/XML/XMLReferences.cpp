@@ -57,6 +57,12 @@ class Mender {
   void replace(std::string_view& text, std::size_t length, std::string_view replacement) {
     result_.text += replacement;
     text.remove_prefix(length);
+    if (depth_ > 0) grow(replacement.size() - std::min(replacement.size(), length));
+  }
+  /// Counts what entities add. Their quotes and brackets grow again when they are rewritten.
+  void grow(std::size_t bytes) {
+    grown_ += bytes;
+    if (grown_ > maximum_) result_.problem = "its entities expand to more than ten times its size";
   }
 
   /// Rewrites characters up to the next reference or markup.
@@ -129,8 +135,7 @@ class Mender {
   }
 
   void expand(const std::string& replacement, Add add) {
-    grown_ += replacement.size();
-    if (grown_ > maximum_) result_.problem = "its entities expand to more than ten times its size";
+    grow(replacement.size());
     if (depth_ == kMaximumDepth) result_.problem = "its entities are nested more than 20 deep";
     if (!result_.problem.empty()) return;
     ++depth_;

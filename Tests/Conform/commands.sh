@@ -38,7 +38,7 @@ file $'bell\a.xml' "$plan"
 file deep.xml "$head$(printf '<x>%.0s' {1..5000})$(printf '</x>%.0s' {1..5000})</Project>"
 file existing.xml kept
 ln -s nowhere link.xml
-mkdir folder
+mkdir folder Plan2.kvdx
 
 #    what                       status  message                              command
 ends "no output"                     1 "usage: "                             "$conform" plan.xml
@@ -48,6 +48,7 @@ ends "nothing as input"              1 "cannot read absent.xml"              "$c
 ends "an existing output"            1 "existing.xml exists"                 "$conform" plan.xml existing.xml
 ends "a link to nothing"             1 "link.xml exists"                     "$conform" plan.xml link.xml
 ends "no folder for the output"      1 "no folder absent"                    "$conform" plan.xml absent/out.xml
+ends "an output in a bundle"         1 "inside of the bundle"                "$conform" plan.xml Plan2.kvdx/out.xml
 ends "an output without a name"      1 "the output has no name"              "$conform" plan.xml ""
 ends "another kind of XML"           1 "this is no Microsoft Project XML"    "$conform" other.xml out.xml
 ends "another namespace"             1 "this is no Microsoft Project XML"    "$conform" foreign.xml out.xml

@@ -65,6 +65,16 @@ def prepare():
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
     pathlib.Path("many/again").symlink_to(".")
+    bundle(pathlib.Path("mixed/A.kvdx"))
+    pathlib.Path("mixed/Link.kvdx").symlink_to("A.kvdx")
+    pathlib.Path("mixed/Plain.kvdx").write_text("no archive")
+    here = os.getcwd()
+    os.mkdir("far")
+    os.chdir("far")
+    for _ in range(20):  # together longer than a path may be
+        os.mkdir("d" * 250)
+        os.chdir("d" * 250)
+    os.chdir(here)
     shutil.copytree("Plan.kvdx", LONGEST + ".kvdx")
     pathlib.Path(LONGEST + ".xml").touch()
     bundle(pathlib.Path("stored"))
@@ -124,6 +134,7 @@ ROWS = [
     (["Plan.kvdx", "-o", "absent/P.xml"], 1, "'.*absent' does not exist", []),
     (["Plan.kvdx", "-o", "n" * 300 + ".xml"], 1, "could not be written: File name too long", []),
     ([LONGEST + ".kvdx"], 1, "could not be written: File name too long", []),
+    (["Plan.kvdx", "-o", ""], 2, "the output has no name", []),
     (["Plan.kvdx", "-o", "plan.txt"], 1, "neither an existing folder nor a name", []),
     (["Plan.kvdx", "--overwrit"], 2, "did you mean --overwrite", []),
     (["--quiet", "--verbose", "Plan.kvdx"], 2, "excludes", []),
@@ -131,6 +142,9 @@ ROWS = [
     (["absent.kvdx"], 1, "'absent.kvdx' does not exist", []),
     (["Plain.kvdx"], 1, "'Plain.kvdx' is a file, and no zip archive", []),
     (["out"], 1, "There is no bundle in the folder 'out'", []),
+    (["mixed"], 0, "'mixed/Link.kvdx' is passed over: a link(.|\n)*'mixed/Plain.kvdx' is passed over: no folder and no zip",
+     ["mixed/A.xml"]),
+    (["far"], 1, "The folder 'far/d.*' could not be read: File name too long", []),
     (["many"], 1, "2 of 3 bundles exported", ["many/deep/A.xml", "many/deep/B.xml"]),
     (["Plan.kvdx", "Doubtful.kvdx"], 0, "2 of 2 bundles exported", ["Plan.xml", "Doubtful.xml"]),
     (["Plan.kvdx", "Doubtful.kvdx", "-o", "new.xml"], 2, "-o names an existing folder", []),
@@ -150,7 +164,8 @@ ROWS = [
 
 
 def files():
-    return {str(path) for path in pathlib.Path().rglob("*") if path.suffix in (".xml", ".html")}
+    return {os.path.normpath(os.path.join(folder, name)) for folder, _, names in os.walk(".") for name in names
+            if name.endswith((".xml", ".html"))}
 
 
 def options():

@@ -105,6 +105,8 @@ REFUSED = {
     "no such file": (START + "</Project>", ["absent.xml"], 1, "cannot read .*absent.xml: No such file"),
     "an existing page": (START + "</Project>", ["in.xml", "existing.html"], 1, "existing.html exists"),
     "no folder": (START + "</Project>", ["in.xml", "absent/out.html"], 1, "could not be written: The folder .* does not exist"),
+    "a bundle": (START + "</Project>", ["in.xml", "P.kvdx/out.html"], 1, "inside of the bundle"),
+    "no name": (START + "</Project>", ["in.xml", ""], 1, "the output has no name"),
     "no argument": (START + "</Project>", [], 2, "required"),
     "a name with an escape": (START + "</Project>", ["\x1b.xml"], 1, r"\\x1b\.xml"),
     "too many": (START + "</Project>", ["in.xml", "a", "b"], 2, "--help"),
@@ -138,6 +140,7 @@ def check_refused(what, contents, arguments, status, message):
 
 with tempfile.TemporaryDirectory() as folder:
     os.chdir(folder)
+    os.mkdir("P.kvdx")
     golden = sorted(map(str, source.glob("Tests/Golden/*/expected.xml")))
     if not golden:
         bad("no golden cases")
