@@ -13,6 +13,7 @@
 #include "Conform/Elements.h"
 #include "Conform/Facts.h"
 #include "Conform/Failure.h"
+#include "Platform/Base/IdHash.h"
 
 namespace conform {
 namespace {
@@ -226,10 +227,10 @@ class Fields {
   const TextFieldNumbers& numbers_;
   std::vector<pugi::xml_node> definitions_;  ///< in the order of the file
   std::deque<Field> fields_;                 ///< in the order in which their names first occur
-  std::unordered_map<std::string, Field*> fieldsByName_;
-  std::unordered_map<std::string, Number> byNumber_;
-  std::unordered_set<std::string> undefined_;  ///< numbers of values without a definition
-  std::vector<Value> values_;                  ///< object by object
+  std::unordered_map<std::string, Field*, platform::IdHash> fieldsByName_;
+  std::unordered_map<std::string, Number, platform::IdHash> byNumber_;
+  std::unordered_set<std::string, platform::IdHash> undefined_;  ///< numbers of values without a definition
+  std::vector<Value> values_;                                    ///< object by object
   bool hasDoubledName_ = false;
   bool hasWrongNumber_ = false;
   bool hasDoubledValue_ = false;

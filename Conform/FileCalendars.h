@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Conform/PlanFile.h"
+#include "Platform/Base/IdHash.h"
 
 namespace conform {
 
@@ -55,7 +56,7 @@ class FileCalendars {
   const std::vector<FileCalendar>& calendars_;
   std::int64_t firstDay_;
   std::size_t numberOfDays_;
-  std::unordered_map<std::string_view, std::size_t> indices_;
+  std::unordered_map<std::string_view, std::size_t, platform::IdHash> indices_;
   /// Kept for some calendars, since many have the same base.
   mutable std::unordered_map<std::size_t, Layers> layers_;
 };

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Conform/PlanFile.h"
+#include "Platform/Base/IdHash.h"
 
 namespace conform {
 
@@ -29,7 +30,7 @@ class FileFields {
 
   [[nodiscard]] std::string nextName(std::string_view fieldId);
 
-  std::unordered_map<std::string, Definitions> definitions_;
+  std::unordered_map<std::string, Definitions, platform::IdHash> definitions_;
 };
 
 }  // namespace conform

@@ -107,7 +107,7 @@ std::string markupOf(pugi::xml_node element) {
 /// the last.
 void correctCalendars(Copy& copy) {
   Numbers numbers;
-  std::unordered_map<std::string, CalendarItem*> first;
+  std::unordered_map<std::string, CalendarItem*, platform::IdHash> first;
   std::vector<CalendarItem*> doubled;
   for (CalendarItem& calendar : copy.calendars) {
     const std::string uid(textOf(calendar.element, "UID"));

@@ -9,6 +9,7 @@
 #include "Conform/Copy.h"
 #include "Conform/Elements.h"
 #include "Conform/Labels.h"
+#include "Platform/Base/IdHash.h"
 
 namespace conform {
 namespace {
@@ -91,7 +92,8 @@ class CalendarNames {
   }
 
   Copy& copy_;
-  std::unordered_map<std::string, int> beginnings_;  ///< the number of calendars whose names begin like this
+  std::unordered_map<std::string, int, platform::IdHash>
+      beginnings_;  ///< the number of calendars whose names begin like this
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "Conform/PlanFile.h"
 #include "Page/Timeline.h"
+#include "Platform/Base/IdHash.h"
 
 namespace page {
 
@@ -41,7 +42,7 @@ class Rows {
   void place(const Timeline& timeline);
 
   std::vector<Row> rows_;
-  std::unordered_map<std::string_view, std::size_t> indices_;
+  std::unordered_map<std::string_view, std::size_t, platform::IdHash> indices_;
   std::size_t hidden_ = 0;
 };
 

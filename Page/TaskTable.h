@@ -9,6 +9,7 @@
 #include "Page/LinkLines.h"
 #include "Page/Rows.h"
 #include "Page/Timeline.h"
+#include "Platform/Base/IdHash.h"
 
 namespace page {
 
@@ -31,7 +32,7 @@ class TaskTable {
   const Rows& rows_;
   const LinkLines& links_;
   const Timeline& timeline_;
-  std::unordered_map<std::string_view, const conform::FileResource*> resources_;
+  std::unordered_map<std::string_view, const conform::FileResource*, platform::IdHash> resources_;
 };
 
 }  // namespace page
