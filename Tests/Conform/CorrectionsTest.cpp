@@ -16,14 +16,14 @@ string joined(const std::vector<string>& texts) {
   return all;
 }
 
-/// What a path of the corrected file holds; "said" are the warnings.
+/// Corrects the copy and returns Mapped::value() of the path; for the path "said", the warnings.
 string valueOf(conform::Copy& copy, const string& path) {
   conform::correct(copy);
   if (path == "said") return joined(copy.report.warnings());
   return Mapped{"", parsed(written(copy))}.value(path);
 }
 
-/// Of a scenario that is exported and corrected with the bundle at hand.
+/// valueOf() for a scenario that is exported, and corrected with its bundle.
 string correctedWithBundle(const ValueRow& row, const Options& options) {
   const Mapped exact = mapped(row.scenario, row.others);
   if (!exact.failure.empty()) return exact.failure;
@@ -34,7 +34,7 @@ string correctedWithBundle(const ValueRow& row, const Options& options) {
   return valueOf(copy, row.path);
 }
 
-/// Of what stands in a `Project`, corrected without a bundle.
+/// valueOf() for the contents of a `Project`, corrected without a bundle; a failure gives its reason.
 string correctedWithoutBundle(const ValueRow& row) {
   string value;
   const string failure = failureOf([&] {
@@ -66,12 +66,12 @@ string keys(std::initializer_list<string> names) {
   return tag("user-data", pairs);
 }
 string t1(const string& inside) { return scenario(task("t1", inside)); }
-/// A plan whose top group has the tasks.
+/// A plan whose top group has the tasks with these ids as members.
 string tasks(const std::vector<string>& ids, const string& objects) {
   return "<scenario><top-resource idref='r-1'/><top-task idref='t-1'/>" + group("r-1", "", {}) + objects +
          task("t-1", "<type>group</type>" + children("task", ids)) + "</scenario>";
 }
-/// The same for resources, with a task t1.
+/// A plan whose top group has the resources with these ids as members, and with a task t1.
 string resources(const std::vector<string>& ids, const string& objects, const string& inTask) {
   return "<scenario><top-resource idref='r-1'/><top-task idref='t1'/>" + group("r-1", "", ids) + objects +
          task("t1", inTask) + "</scenario>";
@@ -92,25 +92,28 @@ string xmlTasks(const string& tasks) { return tag("CurrencyCode", "EUR") + tag("
 TEST(Corrections, LeaveNoReferenceWithoutATarget) {
   const string toGroup = resources({"r1"}, group("r1", tag("name", "Team"), {}) + resource("r2", "Role"), use("r1"));
   const string toNobody = "task t1: its assignment to r1 'Team', which is no resource of the file, is to nobody";
-  // t0 and t-5 have no number in the file; only one of them is there.
+  // The exact file writes both t0 and t-5 without a number, but there is no task t-5.
   const string toUnnumbered = tasks({"t1", "t0"}, task("t1", link("idref='t-5'") + link("idref='t0'")) + task("t0"));
   const string toAbsent = tasks({"t1", "t0"}, task("t0") + task("t1", link("idref='t-5'")));
   const string toPerson = resources({"r0"}, resource("r0", "Staff"), use("r0"));
   const string toOtherGroup = resources({"r0"}, resource("r0", "Staff") + group("r-9", "", {}), use("r-9"));
   const string resourceUid = kAssignment + "ResourceUID", nobody = "-65535";
   expectWithBundle({
-      {__LINE__, "only what is there", t1(link("idref='t9'") + link("idref='t-1'")), kLinks, "0"},
-      {__LINE__, "said by its id", t1(link("idref='t9'")), "said", "task t1: " + kLink + "t9" + kGone},
-      {__LINE__, "said once for a task", t1(tag("title", "A") + link("") + link("idref=''")), "said",
-       "task t1 'A': " + kLink + "nothing" + kGone},
-      {__LINE__, "a task without a number", toUnnumbered, kLinks, "2"},
-      {__LINE__, "another one without", toAbsent, "said", "task t1: " + kLink + "t-5" + kGone},
-      {__LINE__, "a group", toGroup, resourceUid, nobody},
-      {__LINE__, "a group by its name", toGroup, "said", toNobody},
+      {__LINE__, "only the link to an existing task is kept", t1(link("idref='t9'") + link("idref='t-1'")), kLinks,
+       "0"},
+      {__LINE__, "the warning names the id", t1(link("idref='t9'")), "said", "task t1: " + kLink + "t9" + kGone},
+      {__LINE__, "one warning for two equal links of a task", t1(tag("title", "A") + link("") + link("idref=''")),
+       "said", "task t1 'A': " + kLink + "nothing" + kGone},
+      {__LINE__, "a link to a task without a number is kept", toUnnumbered, kLinks, "2"},
+      {__LINE__, "a link to a missing task without a number is reported", toAbsent, "said",
+       "task t1: " + kLink + "t-5" + kGone},
+      {__LINE__, "a group becomes nobody", toGroup, resourceUid, nobody},
+      {__LINE__, "the warning has the group's name", toGroup, "said", toNobody},
       {__LINE__, "the top group has the placeholder's number", resources({}, "", use("r-1")), resourceUid, nobody},
-      {__LINE__, "outside of the tree", resources({}, resource("r5", "Staff"), use("r5")), resourceUid, nobody},
-      {__LINE__, "a person without a number", toPerson, resourceUid, "1"},
-      {__LINE__, "not a group without", toOtherGroup, resourceUid, nobody},
+      {__LINE__, "a resource that is in no group becomes nobody", resources({}, resource("r5", "Staff"), use("r5")),
+       resourceUid, nobody},
+      {__LINE__, "a person without a number stays assigned", toPerson, resourceUid, "1"},
+      {__LINE__, "a group without a number is not mistaken for that person", toOtherGroup, resourceUid, nobody},
   });
   const auto twoTasks = [](const string& first, const string& second, const string& more) {
     return xmlTasks(xmlTask(tag("UID", first)) + xmlTask(tag("UID", second) + more)) +
@@ -118,10 +121,10 @@ TEST(Corrections, LeaveNoReferenceWithoutATarget) {
   };
   const string toNothing = "<PredecessorLink><PredecessorUID/></PredecessorLink>";
   expectWithoutBundle({
-      {__LINE__, "the one without a number", twoTasks("", "7", toNothing), kLinks, "1"},
-      {__LINE__, "its assignment", twoTasks("", "7", toNothing), kAssignment + "TaskUID", "1"},
-      {__LINE__, "one of two without", twoTasks("", "", toNothing), kLinks, "none"},
-      {__LINE__, "what is gone", twoTasks("", "", toNothing), "said",
+      {__LINE__, "a link leads to the only task without a number", twoTasks("", "7", toNothing), kLinks, "1"},
+      {__LINE__, "so does an assignment", twoTasks("", "7", toNothing), kAssignment + "TaskUID", "1"},
+      {__LINE__, "a link is left out if two tasks have no number", twoTasks("", "", toNothing), kLinks, "none"},
+      {__LINE__, "the warnings about both", twoTasks("", "", toNothing), "said",
        "task without a UID: its link to nothing is left out, because there is no such task; assignment 1 is left out, "
        "because it names no task"},
   });
@@ -141,29 +144,30 @@ TEST(Corrections, GiveEachObjectANumberOfItsOwn) {
       resources({"r1x", "r1"}, resource("r1x", "Staff") + resource("r1", "Staff"), use("r1") + use("r1x"));
   const string second = "0 none, 1 none, 2 1, 7 2";
   expectWithBundle({
-      {__LINE__, "no number", chain("t12x"), kUidAndLinks, second},
+      {__LINE__, "an id that is not a number gets a free one", chain("t12x"), kUidAndLinks, second},
       {__LINE__, "assignments follow", chain("t12x"), kAssignment + "TaskUID", "1, 2, 7"},
-      {__LINE__, "zeros before another's number", chain("t007"), kUidAndLinks, second},
-      {__LINE__, "zeros", chain("t008"), kUidAndLinks, "0 none, 1 none, 008 1, 7 008"},
-      {__LINE__, "the largest", chain("t2097151"), kUidAndLinks, "0 none, 1 none, 2097151 1, 7 2097151"},
-      {__LINE__, "too large", chain("t2097152"), kUidAndLinks, second},
+      {__LINE__, "zeros before a number that another task has", chain("t007"), kUidAndLinks, second},
+      {__LINE__, "zeros before a free number stay", chain("t008"), kUidAndLinks, "0 none, 1 none, 008 1, 7 008"},
+      {__LINE__, "the largest number stays", chain("t2097151"), kUidAndLinks, "0 none, 1 none, 2097151 1, 7 2097151"},
+      {__LINE__, "a number above the largest", chain("t2097152"), kUidAndLinks, second},
       {__LINE__, "beyond 64 bits", chain("t99999999999999999999"), kUidAndLinks, second},
       {__LINE__, "a sign", chain("t+2"), kUidAndLinks, second},
       {__LINE__, "a blank", chain("t 2"), kUidAndLinks, second},
-      {__LINE__, "the plain one keeps it", alike, kResource + "UID", "0, 2, 1"},
-      {__LINE__, "each its own", alike, kAssignment + "ResourceUID", "1, 2"},
-      // The top resource is one of the people.
-      {__LINE__, "the placeholder gives way", top, "Resources/Resource: UID ID", "1 0, 0 1"},
-      {__LINE__, "to whom it was", top, kAssignment + "ResourceUID", "0"},
-      {__LINE__, "one calendar for two ways", inTwoGroups, "Calendars/Calendar/UID", "1, 2, 5, 6"},
+      {__LINE__, "r1 keeps the number 1, r1x gets another", alike, kResource + "UID", "0, 2, 1"},
+      {__LINE__, "each assignment follows its resource", alike, kAssignment + "ResourceUID", "1, 2"},
+      // A person is the top resource, and has the number 0 of the placeholder.
+      {__LINE__, "the placeholder gets another number", top, "Resources/Resource: UID ID", "1 0, 0 1"},
+      {__LINE__, "the person stays assigned", top, kAssignment + "ResourceUID", "0"},
+      {__LINE__, "one calendar for a group in two groups", inTwoGroups, "Calendars/Calendar/UID", "1, 2, 5, 6"},
   });
   const auto calendars = [](const string& more) {
     return tag("Calendars",
                tag("Calendar", tag("UID", "2") + tag("Name", "A")) + tag("Calendar", tag("UID", "2") + more));
   };
   expectWithoutBundle({
-      {__LINE__, "the same twice", calendars(tag("Name", "A")), "Calendars/Calendar/UID", "2"},
-      {__LINE__, "different ones", calendars(tag("Name", "B")), "Calendars/Calendar/UID", "2, 1"},
+      {__LINE__, "one of two equal calendars is left out", calendars(tag("Name", "A")), "Calendars/Calendar/UID", "2"},
+      {__LINE__, "different calendars get different numbers", calendars(tag("Name", "B")), "Calendars/Calendar/UID",
+       "2, 1"},
   });
 }
 
@@ -177,20 +181,21 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
   const string first = "188743731", second = "188743734", third = "188743737";
   const string furtherValues = "field \"a (2)\" of tasks holds further values of the key \"a\"";
   expectWithBundle({
-      {__LINE__, "tasks and resources apart", ofBoth, kFields + "Alias FieldName FieldID",
+      {__LINE__, "tasks and resources have fields of their own", ofBoth, kFields + "Alias FieldName FieldID",
        "b Text1 205520904, a Text1 " + first + ", b Text2 " + second + ", c Text3 " + third},
       {__LINE__, "values of tasks", ofBoth, kValues + "FieldID Value",
        first + " 1, " + second + " 2, " + second + " 1, " + third + " 2"},
       {__LINE__, "values of resources", ofBoth, kResource + "ExtendedAttribute/FieldID", "205520904"},
-      {__LINE__, "a second value has a field", aTwice, kFields + "Alias", "a, a (2), b"},
-      {__LINE__, "and keeps its place", aTwice, kValues + "FieldID Value",
+      {__LINE__, "a second value for a key gets a field", aTwice, kFields + "Alias", "a, a (2), b"},
+      {__LINE__, "its value stays in its place", aTwice, kValues + "FieldID Value",
        first + " 1, " + second + " 2, " + third + " 3"},
-      {__LINE__, "and is told", aTwice, "said", furtherValues},
-      {__LINE__, "names that are taken", aFourTimes, kFields + "Alias", "a, a (3), a (2), a (4)"},
-      {__LINE__, "keys that are written alike", t1(keys({"a b", "a\nb"})), kFields + "Alias", "a b, a b (2)"},
-      {__LINE__, "a made-up name elsewhere", inOneOfTwo, kValues + "FieldID",
+      {__LINE__, "a warning names that field", aTwice, "said", furtherValues},
+      {__LINE__, "new names avoid those of other keys", aFourTimes, kFields + "Alias", "a, a (3), a (2), a (4)"},
+      {__LINE__, "keys whose names would be equal in the file", t1(keys({"a b", "a\nb"})), kFields + "Alias",
+       "a b, a b (2)"},
+      {__LINE__, "another task has a key with the new name", inOneOfTwo, kValues + "FieldID",
        first + ", " + second + ", " + second + ", " + first},
-      {__LINE__, "too many", t1(tag("user-data", many + values)), "said",
+      {__LINE__, "more fields than the format has", t1(tag("user-data", many + values)), "said",
        "task fields past Text30 left out: 3 fields with 3 values"},
   });
   const auto defined = [](const string& number, const string& name, const string& alias) {
@@ -202,12 +207,13 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
   const string inTwo = all(defined(first, "Text1", "a") + defined(first, "Text1", "b")) +
                        tag("Tasks", valued(first) + valued(first) + valued(first));
   expectWithoutBundle({
-      {__LINE__, "gaps stay", all(defined("188743740", "Text4", "d")) + tag("Tasks", valued("188743740")),
-       kFields + "FieldID Alias", "188743740 d"},
-      {__LINE__, "other kinds stay", all(defined("188743767", "Number1", "n")), kFields + "FieldID Alias",
+      {__LINE__, "fields need not begin with Text1",
+       all(defined("188743740", "Text4", "d")) + tag("Tasks", valued("188743740")), kFields + "FieldID Alias",
+       "188743740 d"},
+      {__LINE__, "fields that are no texts stay", all(defined("188743767", "Number1", "n")), kFields + "FieldID Alias",
        "188743767 n"},
-      {__LINE__, "a value that nothing defines keeps its number", mixed, kValues + "FieldID", first + ", " + second},
-      {__LINE__, "no telling", inTwo, "said",
+      {__LINE__, "an undefined field keeps its number", mixed, kValues + "FieldID", first + ", " + second},
+      {__LINE__, "too many values to divide them among the definitions", inTwo, "said",
        "custom field 188743731 is defined 2 times but more tasks and resources have it: no telling which is which"},
   });
 }
@@ -228,10 +234,10 @@ TEST(Corrections, RankPriorities) {
   expectWithBundle({
       {__LINE__, "above 0", ranked({0, 10, 20, 10}), priority, "500, 500, 666, 833, 666"},
       {__LINE__, "on both sides", ranked({-3, 9, -1}), priority, "500, 167, 750, 334"},
-      {__LINE__, "of tasks outside of the tree, too", ranked({5}, task("t9", tag("priority", "7"))), priority,
-       "500, 666"},
-      {__LINE__, "but not of hidden ones", ranked({9, 5}, task("t1", tag("priority", "5"))), priority, "500, 750, 750"},
-      {__LINE__, "the lowest number", t1(tag("priority", "-9223372036854775808")), priority, "500, 250"},
+      {__LINE__, "tasks outside the tree count", ranked({5}, task("t9", tag("priority", "7"))), priority, "500, 666"},
+      {__LINE__, "a task that a later one with its id replaces does not",
+       ranked({9, 5}, task("t1", tag("priority", "5"))), priority, "500, 750, 750"},
+      {__LINE__, "the lowest 64-bit number", t1(tag("priority", "-9223372036854775808")), priority, "500, 250"},
   });
   const string priorities =
       correctedWithBundle({__LINE__, "of many", ranked(many), priority, ""}, {"Base", "EUR", false});
@@ -253,8 +259,9 @@ TEST(Corrections, DivideWhatIsDone) {
       {__LINE__, "by effort", done("10000", "2900", "0"), percent, "29"},
       {__LINE__, "by percentage", done("0", "0", "0.29"), percent, "29"},
       {__LINE__, "rounded", done("1000", "285", "0"), percent, "29"},
-      {__LINE__, "hardly begun", done("1000", "4", "0"), allOfIt, group + "none " + start + " none"},
-      {__LINE__, "nearly done", done("1000", "996", "0"), allOfIt, group + "100 " + start + " none"},
+      {__LINE__, "rounds to 0, but has begun", done("1000", "4", "0"), allOfIt, group + "none " + start + " none"},
+      {__LINE__, "rounds to 100, but is not finished", done("1000", "996", "0"), allOfIt,
+       group + "100 " + start + " none"},
       {__LINE__, "done", done("3600", "3600", "0"), allOfIt, group + "100 " + start + " " + finish},
       {__LINE__, "its assignment", done("3600", "3600", "0"), datesOfUse, start + " " + finish},
       {__LINE__, "halves of seconds", done("7", "0", "0.5"), work, "PT0H0M4S PT0H0M3S"},
@@ -266,8 +273,9 @@ TEST(Corrections, DivideWhatIsDone) {
   const string remaining = tag("RemainingDuration", "PT0H0M1S");
   expectWithoutBundle({
       {__LINE__, "done", xmlTasks(xmlTask(done100)), dates, "A B"},
-      {__LINE__, "but for a second", xmlTasks(xmlTask(done100 + remaining)), dates, "none none"},
-      {__LINE__, "earlier than it seems", xmlTasks(xmlTask(done100 + tag("ActualFinish", "C"))), dates, "A C"},
+      {__LINE__, "not done while a second remains", xmlTasks(xmlTask(done100 + remaining)), dates, "none none"},
+      {__LINE__, "an actual finish that is there stays", xmlTasks(xmlTask(done100 + tag("ActualFinish", "C"))), dates,
+       "A C"},
       {__LINE__, "its assignment", xmlTasks(xmlTask(done100)) + used, datesOfUse, "D B"},
   });
 }
@@ -283,13 +291,13 @@ TEST(Corrections, NameWhatHasNoName) {
   expectWithBundle({
       {__LINE__, "a title", t1(""), "Name", "Plan", "UTC", {titled(tag("title", "Plan"))}},
       {__LINE__, "a blank title", t1(""), ".: Name Title", "Base  ", "UTC", {titled(tag("title", " "))}},
-      {__LINE__, "the project's task", oneTask, kTask + "Name", "Base, One", "UTC", {titled("")}},
-      {__LINE__, "marks of lists", bracketed, kResource + "Name", "A; (B)"},
-      {__LINE__, "and a word about it", bracketed, "said", "resource r1: \"A, [B]\" is now \"A; (B)\""},
+      {__LINE__, "the task of the project has its name", oneTask, kTask + "Name", "Base, One", "UTC", {titled("")}},
+      {__LINE__, "characters that separate names in lists", bracketed, kResource + "Name", "A; (B)"},
+      {__LINE__, "a warning about that", bracketed, "said", "resource r1: \"A, [B]\" is now \"A; (B)\""},
   });
   expectWithoutBundle({
-      {__LINE__, "long or blank", tag("Calendars", long12 + calendar("3", " ")), "Calendars/Calendar/Name",
-       string(47, 'a') + " (1), " + fifty + "b, Calendar 3"},
+      {__LINE__, "names that are too long or blank", tag("Calendars", long12 + calendar("3", " ")),
+       "Calendars/Calendar/Name", string(47, 'a') + " (1), " + fifty + "b, Calendar 3"},
   });
 }
 
@@ -306,23 +314,25 @@ TEST(Corrections, SetWhatReadersInsistOn) {
   const string calendar = kEachTask + "CalendarUID IgnoreResourceCalendar";
   const string ownCalendar = xmlTasks(xmlTask(tag("CalendarUID", "3") + tag("IgnoreResourceCalendar", "1")));
   expectWithBundle({
-      {__LINE__, "no calendar", t1(""), calendar, "-1 0, -1 0"},
+      {__LINE__, "a task without a calendar", t1(""), calendar, "-1 0, -1 0"},
       {__LINE__, "rates of materials", scenario(three), rates, "0 none, 1 8, 2 none, 3 2"},
-      {__LINE__, "a lag", t1(link("idref='t-1'")), kTask + "PredecessorLink/LinkLag", "0"},
-      {__LINE__, "the symbol's currency", t1(""), "CurrencyCode", "USD"},
-      {__LINE__, "the command line's", t1(""), "CurrencyCode", "EUR", "UTC", bareAmount},
-      {__LINE__, "and a word about it", t1(""), "said",
+      {__LINE__, "a link without a lag gets 0", t1(link("idref='t-1'")), kTask + "PredecessorLink/LinkLag", "0"},
+      {__LINE__, "the code of the symbol", t1(""), "CurrencyCode", "USD"},
+      {__LINE__, "the code on the command line, if the symbol has none", t1(""), "CurrencyCode", "EUR", "UTC",
+       bareAmount},
+      {__LINE__, "a warning about that", t1(""), "said",
        "the currency's symbol \"\" has several codes or none: EUR is written, as the command line says", "UTC",
        bareAmount},
   });
-  expectWithBundle({{__LINE__, "dates to keep", t1(""), kEachTask + "Manual ManualStart ManualFinish ManualDuration",
-                     "0 none none none, 1 2026-05-04T08:00:00 2026-05-06T17:00:00 PT24H0M0S"}},
-                   {"Base", "", true});
+  expectWithBundle(
+      {{__LINE__, "with --keep-dates", t1(""), kEachTask + "Manual ManualStart ManualFinish ManualDuration",
+        "0 none none none, 1 2026-05-04T08:00:00 2026-05-06T17:00:00 PT24H0M0S"}},
+      {"Base", "", true});
   expectWithoutBundle({
-      {__LINE__, "levels by numbers", levels({"0", "2", "1", "3", "3", "2", "5", "4", "1"}), kTask + "OutlineNumber",
-       "0, 1.1, 2, 2.1.1, 2.1.2, 2.2, 2.2.1.1.1, 2.2.1.2, 3"},
+      {__LINE__, "outline numbers from levels", levels({"0", "2", "1", "3", "3", "2", "5", "4", "1"}),
+       kTask + "OutlineNumber", "0, 1.1, 2, 2.1.1, 2.1.2, 2.2, 2.2.1.1.1, 2.2.1.2, 3"},
       {__LINE__, "too deep", levels({"2001"}), kTask + "WBS", "task 1 has OutlineLevel 2001, which is above 2000"},
-      {__LINE__, "a calendar stays", ownCalendar, calendar, "3 1"},
+      {__LINE__, "a calendar of the task stays", ownCalendar, calendar, "3 1"},
   });
 }
 
@@ -336,12 +346,12 @@ TEST(Corrections, TakeTheMachinesCurrency) {
     const ScopedVariable set(variable, locale);
     EXPECT_EQ(correctedWithoutBundle({__LINE__, about, empty, "CurrencyCode", ""}), code);
   };
-  expectCode("a locale", "LANG", "de_DE.UTF-8@euro", "EUR");
-  expectCode("a closer one", "LC_MONETARY", "en_GB", "GBP");
-  expectCode("without a country", "LANG", "de", "USD");
-  expectCode("no locale", "LANG", "no such locale", "USD");
+  expectCode("the locale's country", "LANG", "de_DE.UTF-8@euro", "EUR");
+  expectCode("LC_MONETARY counts before LANG", "LC_MONETARY", "en_GB", "GBP");
+  expectCode("a locale without a country", "LANG", "de", "USD");
+  expectCode("an unknown locale", "LANG", "no such locale", "USD");
   const ScopedVariable pounds("LC_MONETARY", "en_GB");
-  expectCode("the closest one", "LC_ALL", "C.UTF-8", "USD");
+  expectCode("LC_ALL counts before both", "LC_ALL", "C.UTF-8", "USD");
   const string pound = "<CurrencySymbol>£</CurrencySymbol><CurrencyCode/>";
   EXPECT_EQ(correctedWithoutBundle({__LINE__, "pound", pound, "CurrencyCode", ""}), "GBP");
 }

@@ -6,8 +6,8 @@
 #include "Conform/WorkOverTime.h"
 #include "Tests/MappingSupport.h"
 
-// What the corrections of days say, and that they leave alone what is right. What they write is judged over many plans
-// (Tests/Conform/days_judge.py).
+// Tests the warnings of the corrections of days, and that a corrected file is not changed again. The days that they
+// write are checked by Tests/Conform/days_judge.py with many plans.
 
 namespace {
 
@@ -15,7 +15,8 @@ const std::string kManyTimes =
     "<time-span start-time='0' end-time='1'/><time-span start-time='2' end-time='3'/>"
     "<time-span start-time='4' end-time='5'/><time-span start-time='6' end-time='7'/>"
     "<time-span start-time='8' end-time='9'/><time-span start-time='10' end-time='11'/>";
-/// Off for an hour every other day, for centuries: that makes more exceptions than are kept.
+/// Time off over centuries, in a week in which days without and with work alternate. This makes more exceptions than
+/// are kept.
 const std::string kSchedule = "<schedule-day day-of-week='monday'>" + kManyTimes +
                               "<time-span start-time='7' end-time='6'/></schedule-day>"
                               "<schedule-day day-of-week='tuesday'/><schedule-day day-of-week='thursday'/>"

@@ -4,7 +4,7 @@
 #include "Conform/WallClock.h"
 #include "Tests/MappingSupport.h"
 
-// Odd cases. That the rule holds in general is judged over plans made at random (Tests/Conform/days_judge.py).
+// Unusual cases. Tests/Conform/days_judge.py checks the rule with random plans.
 
 using conform::Hours;
 
@@ -12,8 +12,8 @@ namespace {
 
 struct HoursRow {
   int line;
-  std::string ofPlan;      ///< in the plan's schedule
-  std::string ofResource;  ///< in the resource's
+  std::string ofPlan;      ///< contents of the plan's schedule
+  std::string ofResource;  ///< contents of the resource's schedule
   std::string date;
   std::string expected;  ///< "8-12 13-17"
   const char* zone = "UTC";
@@ -28,7 +28,7 @@ std::string shownHours(const Hours& hours) {
   return text;
 }
 
-/// A resource r1 of a plan, each with a schedule.
+/// A plan and its resource r1, each with a schedule.
 struct Bundle {
   Bundle(const std::string& ofPlan, const std::string& ofResource)
       : document(parsed(scenario(resource("r1", "Staff", tag("schedule", ofResource)), "", tag("schedule", ofPlan)))),
@@ -61,30 +61,30 @@ TEST(PlanHours, OnADate) {
       {__LINE__, "", "", onTuesday, work},
       {__LINE__, "", day("day-of-week='tuesday'"), onTuesday, ""},
       {__LINE__, day("day-of-week='tuesday'", span(6, 7)), day("day-of-week='monday'"), onTuesday, "6-7"},
-      // Hours beyond the day, and spans that touch or are none
+      // Spans that reach beyond the day, that touch, or that are empty
       {__LINE__, "", night, "2026-05-09", "0-2 20-24"},
       {__LINE__, "", day("day-of-week='tuesday'", span(9, 9) + span(12, 11) + span(13, 15) + span(10, 13)), onTuesday,
        "10-15"},
       {__LINE__, "", day("day-of-week='tuesday'", span(-5, 40)), onTuesday, "0-24"},
-      // Overtime first, then time off, of each level in turn
+      // In each level in turn, overtime is added first, then time off is taken away
       {__LINE__, "",
        set(event(onTuesday + "T10:00:00", "2026-05-06T18:00:00")) +
            set(event(onTuesday + "T16:00:00", onTuesday + "T20:00:00"), overtime),
        onTuesday, "8-10 18-20"},
       {__LINE__, always, set(event(onTuesday + "T09:00:00", onTuesday + "T09:30:00"), overtime), onTuesday,
        "9-9.5 10-12 13-17"},
-      // A dated day replaces what the levels above make, the later of two; events are not read then
+      // A dated day replaces the hours of the levels above. The later of two counts, and events are ignored.
       {__LINE__, always,
        day("date='" + onTuesday + "'", span(1, 2), flat) + day("date='" + onTuesday + "'", span(3, 9), flat) + always,
        onTuesday, "3-9"},
       {__LINE__, day("date='" + onTuesday + "T22:30:00Z'", "", flat), "", "2026-05-06", "", "Europe/Berlin"},
       {__LINE__, "", day("day-of-week='friday'", "", flat) + always, onTuesday, "10-12 13-17"},
-      // Midnight, the leap day, and events that hold on no day
+      // Events that end at midnight, the leap day, and events that cover no day
       {__LINE__, set(event("2024-02-28T00:00:00", "2024-03-01T00:00:00")), "", "2024-02-29", ""},
       {__LINE__, set(event("2024-02-28T00:00:00", "2024-03-01T00:00:00")), "", "2024-03-01", work},
       {__LINE__, set(event("2100-02-28T00:00:00", "2100-03-01T00:00:00")), "", "2100-03-01", work},
       {__LINE__, set(event("2026-05-06T08:00:00", "2026-05-04T12:00:00") + event("", "")), "", onTuesday, work},
-      // The clocks of the zone: a quarter of an hour, half an hour, and midnights that are skipped
+      // Zones with an offset of quarter hours, a clock change of half an hour, and times that are skipped
       {__LINE__, set(event("2026-05-04T18:15:00Z", "2026-05-05T18:15:00Z")), "", onTuesday, "", "Asia/Kathmandu"},
       {__LINE__, set(event("2025-10-06T00:30:00Z", "2025-10-06T02:30:00Z")), "", "2025-10-06", "8-11.5 13.5-17",
        "Australia/Lord_Howe"},
@@ -93,7 +93,7 @@ TEST(PlanHours, OnADate) {
       {__LINE__, set(event("2024-09-06T00:00:00", "2024-09-08T00:00:00")), "", "2024-09-06", "", "America/Santiago"},
       {__LINE__, set(event("2026-03-29T02:30:00", "2026-03-30T10:00:00")), "", "2026-03-30", "10-12 13-17",
        "Europe/Berlin"},
-      // The bounds of time
+      // The first and the last year
       {__LINE__, set(event("9999-12-30T00:00:00", "10005-01-01T00:00:00")), "", "9999-12-31", ""},
       {__LINE__, set(event("0000-01-01T00:00:00", "0001-01-02T00:00:00")), "", "0001-01-01", ""},
       {__LINE__, always, "", "9999-12-31", "10-12 13-17"},
@@ -125,7 +125,7 @@ TEST(PlanHours, TellsWhatCouldNotBeSaid) {
 TEST(PlanHours, TakesFewerSpansByTheSmallestGaps) {
   const std::vector<std::tuple<int, std::vector<int>, std::size_t, std::string>> rows = {
       {__LINE__, {0, 1, 2, 3}, 2, "0-1 2-3"},
-      {__LINE__, {0, 1, 3, 4, 5, 6, 7, 8}, 3, "0-1 3-6 7-8"},  // of equal gaps the earlier
+      {__LINE__, {0, 1, 3, 4, 5, 6, 7, 8}, 3, "0-1 3-6 7-8"},  // the earlier of two equal gaps
       {__LINE__, {0, 1, 2, 4, 7, 8, 12, 13}, 1, "0-13"},
       {__LINE__, {}, 5, ""},
   };

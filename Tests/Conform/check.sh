@@ -19,8 +19,8 @@ fail() {
 stable() {
   rm -f "$folder/again.xml"
   "$programs/mspdi-conform" "$1" "$folder/again.xml" 2>"$folder/said again" || fail "$(cat "$folder/said again")"
-  cmp "$1" "$folder/again.xml" || fail "$1 is changed by correcting it again"
-  [ ! -s "$folder/said again" ] || fail "of $1 is said: $(cat "$folder/said again")"
+  cmp "$1" "$folder/again.xml" || fail "correcting $1 again changes it"
+  [ ! -s "$folder/said again" ] || fail "correcting $1 again warns: $(cat "$folder/said again")"
 }
 
 exact=$folder/exact.xml bundle=$2
@@ -43,4 +43,4 @@ fi
 "$programs/mspdi-conform" "$exact" "$folder/copy.xml" 2>"$folder/said" || fail "$(cat "$folder/said")"
 python3 "$here/judge.py" "$exact" "$folder/copy.xml" || fail "mspdi-conform, see above"
 stable "$folder/copy.xml"
-[ -n "$bundle" ] || diff "$3" "$folder/said" || fail "other messages than expected"
+[ -n "$bundle" ] || diff "$3" "$folder/said" || fail "the warnings differ from the expected ones"

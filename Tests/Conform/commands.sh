@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests what the commands refuse, that they then leave nothing behind, and where they write: commands.sh PROGRAMS
+# Tests what the commands refuse, that a refusal leaves no file behind, and where they write: commands.sh PROGRAMS
 set -euo pipefail
 conform=$1/mspdi-conform send=$1/mspdi-export
 folder=$(mktemp -d)
@@ -17,7 +17,7 @@ ends() {
   local what=$1 expected=$2 message=$3 status=0 before said
   before=$(find . | sort)
   said=$("${@:4}" 2>&1) || status=$?
-  [ "$status" -eq "$expected" ] || bad "$what: status $status in place of $expected: $said"
+  [ "$status" -eq "$expected" ] || bad "$what: status $status instead of $expected: $said"
   [[ $said == *"$message"* ]] || bad "$what: other words: $said"
   if [ "$expected" -ne 0 ] && [ "$(find . | sort)" != "$before" ]; then bad "$what: leaves something behind: $(find .)"; fi
 }
@@ -71,7 +71,7 @@ for encoding in UTF-8 UTF-16 UTF-16LE UTF-16BE; do
   "$conform" encoded.xml "$encoding.xml" 2>/dev/null && cmp UTF-8.xml "$encoding.xml" || bad "reads $encoding otherwise"
 done
 
-# Elements that the published orders lack, comments and processing instructions are kept, even outside the root.
+# Elements that are not in the published orders, comments and processing instructions are kept, even outside the root.
 more='<Hyperlink>kept</Hyperlink><!--kept--><?kept?>'
 cat >more.xml <<END
 <!--kept--><?kept?>$head$more
@@ -88,7 +88,7 @@ END
 "$conform" kept.xml again.xml 2>/dev/null
 for one in '<Hyperlink>kept</Hyperlink> 20' '<!--kept--> 21' '<?kept?> 21' '<Name>Calendar 7</Name> 1' '<LinkLag>0</LinkLag> 1'; do
   count=$(grep -oF -- "${one% *}" kept.xml | wc -l)
-  [ "$count" -eq "${one##* }" ] || bad "${one% *}: $count in place of ${one##* }"
+  [ "$count" -eq "${one##* }" ] || bad "${one% *}: $count instead of ${one##* }"
 done
 cmp kept.xml again.xml || bad "a copy of a copy differs"
 

@@ -40,7 +40,7 @@ def seconds(duration):
     return hours * 3600 + minutes * 60 + rest
 
 
-# --- The corrected file by itself ---
+# --- The corrected file alone ---
 
 ORDERS = {}
 for line in (HERE / "orders.txt").read_text().splitlines():
