@@ -1,5 +1,5 @@
-// Bundles that are damaged, made by other programs or by people who mean harm: what is said, the status, and that
-// nothing but a well-formed document is ever written.
+// Bundles that are damaged, made by other programs, or made to do harm. Checks the messages and the status, and that
+// only well-formed documents are written.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 #ifdef __SANITIZE_ADDRESS__
-constexpr const char* kLimited = "exec \"$@\"";  // the sanitizer reserves terabytes
+constexpr const char* kLimited = "exec \"$@\"";  // no limits: the sanitizer reserves terabytes
 #else
 constexpr const char* kLimited = "ulimit -v 1000000; ulimit -s 256; exec \"$@\"";
 #endif
@@ -42,13 +42,13 @@ std::string repeated(const std::string& text, int times) {
   for (int i = 0; i < times; ++i) result += text;
   return result;
 }
-/// The text with a byte of zero behind each, as UTF-16.
+/// The ASCII text as UTF-16: a mark, then each byte followed by a zero byte.
 std::string utf16(const std::string& text) {
   std::string result = "\xFF\xFE";
   for (const char c : text) result.append({c, '\0'});
   return result;
 }
-/// Twelve entities, each ten times the one before.
+/// A document type with thirteen entities; each but the first contains the one before ten times.
 std::string bomb(const std::string& mark) {
   std::string declarations = mark + " a 'aaaaaaaaaa'>";
   for (char c = 'b'; c <= 'm'; ++c)
@@ -57,7 +57,8 @@ std::string bomb(const std::string& mark) {
 }
 std::string declared(const std::string& encoding) { return "<?xml version='1.0' encoding='" + encoding + "'?>"; }
 
-/// A folder with a bundle B.kvdx of the two documents, and around it what it must not read, be its name ever so like.
+/// A folder with a bundle B.kvdx of the two documents. The bundle also has links, special files and a huge file, which
+/// must not be read. Nor must the file B.kvdx.xml beside it, although its path begins like the bundle's.
 struct Place : Workplace {
   Place(const std::string& plan, const std::string& tableOfContents) {
     makeBundle("B.kvdx", plan, tableOfContents);
@@ -88,8 +89,8 @@ struct Place : Workplace {
 struct Bad {
   int line;
   std::string plan;
-  std::string said;          ///< the run fails when there is an exception in it
-  std::string written = {};  ///< a piece of the document
+  std::string said;          ///< the expected complaints; with an exception among them, the status must be 1
+  std::string written = {};  ///< a text that the document must contain
 };
 void expectAll(std::initializer_list<Bad> rows) {
   for (const Bad& row : rows) {
@@ -114,7 +115,7 @@ TEST(BadInput, DocumentsThatAreNoXML) {
       {__LINE__, declared("windows-1252") + plan("\x80"), kRepaired, "<Name>\xE2\x82\xAC</Name>"},
       {__LINE__, utf16(declared("UTF-16") + wide), "", "<Name>Cafe</Name>"},
       {__LINE__, plan(repeated("<x>", 200000) + "a" + repeated("</x>", 200000)), "", "<Name>a</Name>"},
-      // NOLINTNEXTLINE(bugprone-string-constructor): it is meant to be that long
+      // NOLINTNEXTLINE(bugprone-string-constructor): the length is intended
       {__LINE__, plan("a</title><title x='" + std::string(50'000'000, 'b') + "'>"), "", "<Name />"},
       {__LINE__, plan("a</title><title" + attributes + ">b"), "", "<Name>b</Name>"},
       {__LINE__, plan("\na</title><title" + attributes + "><b>"), noXML("line 2: Start-end tags mismatch")},
@@ -145,7 +146,8 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
   });
 }
 
-// By itself, the library that repairs would take minutes for each, or crash.
+// Each of these makes the library that repairs documents take minutes or crash, unless the exporter simplifies it
+// first.
 TEST(BadInput, RepairsInTime) {
   const auto numbered = [](const char* format, int times) {
     std::string text;
@@ -241,7 +243,7 @@ TEST(BadInput, PlansWithoutBounds) {
   });
 }
 
-/// What took minutes, for ever, or more stack than there is.
+/// Plans that once took minutes, never ended, or overflowed the stack.
 TEST(BadInput, PlansThatAskForMuchWork) {
   std::string deep = task("t1", tag("type", "group") + children("task", {"t1001"})) + group("r1", "", {"r1001"});
   for (int level = 1001; level < 1990; ++level) {
@@ -259,7 +261,7 @@ TEST(BadInput, PlansThatAskForMuchWork) {
       {__LINE__, scenario(deep), "", "<OutlineLevel>989</OutlineLevel>"},
       {__LINE__, scenario("<resource" + attributes + group("r1", references, {}).substr(9) + members), "", ">15999</"},
   });
-  // A day of overtime in 1753 and one in 2026 become one exception, which names each of its days.
+  // Overtime on a day in 1753 and on one in 2026 becomes one exception, and each of its days is written.
   std::string centuries;
   for (const char* year : {"1753", "2026"}) {
     centuries += fmt::format("<flattened-schedule-day date='{}-01-01'>", year);

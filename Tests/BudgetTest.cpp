@@ -35,13 +35,13 @@ TEST(BudgetTest, EndsWhereTheDocumentsSay) {
 }
 
 TEST(BudgetTest, IsEnoughForPlansAndLittleEnoughForMachines) {
-  // 1400 tasks of two years with three materials each: 240 bytes a day of each, from 700 bytes a task.
+  // 1400 tasks of 700 bytes, each two years long and with three materials, need 240 bytes for each day and material.
   EXPECT_GT(Budget::allowance(1400 * 700), 1400 * 730 * std::size_t{3 * 240});
-  // Tens of megabytes of any kind, of which the tree takes five times as much, on a machine of four gigabytes.
+  // Documents of 50 MB must not fill a machine with 4 GB. The tree of a document takes five times its size.
   EXPECT_LT(Budget::allowance(50 * kMB) + 5 * 50 * kMB, 3000 * kMB);
 }
 
-/// What counts: elements in the making, their text, and the log, in which a byte counts as ten.
+/// Elements, their texts and the log must be charged; a byte of the log counts as ten.
 TEST(BudgetTest, IsSpentByWhatTakesMemoryOrTheDisk) {
   const std::string text(kMB, 'a');
   const auto failureOfMaking = [&text](int megabytes, auto make) {

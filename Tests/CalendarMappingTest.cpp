@@ -21,7 +21,7 @@ const string kNine = "<time-span start-time='32400' end-time='36000'/>";
 
 /// The schedule of a single resource.
 string single(const string& schedule) { return scenario(resource("r1", "Staff", named("R", schedule))); }
-/// The schedules of the project, of a group B in it and of a group C in that, which has a member.
+/// A scenario with three schedules: the project's, that of a group B, and that of a group C in B. C has a member.
 string nested(const string& top, const string& outer, const string& inner) {
   return scenario(
       group("r1", named("B", outer), {"r11"}) + group("r11", named("C", inner), {"r12"}) + resource("r12", "Staff"), "",
@@ -35,25 +35,27 @@ TEST(CalendarMapping, ArrangesCalendarsInTwoLevels) {
   const string alone = scenario(resource("r2", "Staff") + group("r1", "", {"r9"}));
   const string inTwoGroups = group("r1", named("A"), {"r11"}) + group("r2", named("B"), {"r11"}) + group("r11", "", {});
   expectValues({
-      {__LINE__, "based on the project's", alone, path, "1 Standard base -1, 2 '' on 1, 3 '' on 1"},
+      {__LINE__, "calendars are based on the project's", alone, path, "1 Standard base -1, 2 '' on 1, 3 '' on 1"},
       {__LINE__, "groups with members are bases", nested("", "", ""), path,
        "1 Standard base -1, 5 B base -1, 6 C base -1, 4 '' on 6"},
-      {__LINE__, "the last way counts", scenario(inTwoGroups), path,
+      {__LINE__, "a group in two groups is based on the last one", scenario(inTwoGroups), path,
        "1 Standard base -1, 2 A on 1, 5 '' on 6, 6 B base -1, 5 '' on 6"},
   });
 }
 
 TEST(CalendarMapping, ResolvesTheWeekOfBaseCalendars) {
-  const string path = "Calendars/Calendar: UID WeekDays/WeekDay/DayWorking?x:-";  // from Sunday on
+  const string path = "Calendars/Calendar: UID WeekDays/WeekDay/DayWorking?x:-";  // the days begin with Sunday
   const string saturday = day("saturday", kNine), closedSaturday = day("saturday");
   const string each = nested(day("wednesday"), saturday, day("sunday", kNine));
   expectValues({
-      {__LINE__, "the usual one", nested("", "", ""), path, "1 -xxxxx-, 5 -xxxxx-, 6 -xxxxx-, 4 none"},
-      {__LINE__, "a day of each level", each, path, "1 -xx-xx-, 5 -xx-xxx, 6 xxx-xxx, 4 none"},
-      {__LINE__, "the nearest level", nested(saturday, closedSaturday, saturday), path,
+      {__LINE__, "the standard week", nested("", "", ""), path, "1 -xxxxx-, 5 -xxxxx-, 6 -xxxxx-, 4 none"},
+      {__LINE__, "each level changes one day", each, path, "1 -xx-xx-, 5 -xx-xxx, 6 xxx-xxx, 4 none"},
+      {__LINE__, "the nearest level counts", nested(saturday, closedSaturday, saturday), path,
        "1 -xxxxxx, 5 -xxxxx-, 6 -xxxxxx, 4 none"},
-      {__LINE__, "the last of a day", single(saturday + day("monday") + closedSaturday), path, "1 -xxxxx-, 2 --"},
-      {__LINE__, "flattened days alone", single(saturday + flatDay("day-of-week='friday'")), path, "1 -xxxxx-, 2 -"},
+      {__LINE__, "the last element for a day counts", single(saturday + day("monday") + closedSaturday), path,
+       "1 -xxxxx-, 2 --"},
+      {__LINE__, "with flattened days, other days are ignored", single(saturday + flatDay("day-of-week='friday'")),
+       path, "1 -xxxxx-, 2 -"},
   });
 }
 
@@ -64,13 +66,14 @@ TEST(CalendarMapping, InheritsExceptionsWholeFromTheNearestLevel) {
   const string inTwoGroups = group("r1", named("A"), {"r11"}) + group("r2", named("B", over), {"r11"}) +
                              group("r11", "", {"r12"}) + resource("r12", "Role");
   expectValues({
-      {__LINE__, "from the top", nested(off + over + off, "", ""), path, "1 O, T, T, 5 O, T, T, 6 O, T, T, 4 none"},
-      {__LINE__, "each its own", nested(over, off, over), path, "1 O, 5 T, 6 O, 4 none"},
-      {__LINE__, "a set without events is one, too", nested(over, "<calendar/>", ""), path,
+      {__LINE__, "inherited from the top", nested(off + over + off, "", ""), path,
+       "1 O, T, T, 5 O, T, T, 6 O, T, T, 4 none"},
+      {__LINE__, "each level has its own", nested(over, off, over), path, "1 O, 5 T, 6 O, 4 none"},
+      {__LINE__, "a set without events hides inherited ones", nested(over, "<calendar/>", ""), path,
        "1 O, 5 none, 6 none, 4 none"},
-      {__LINE__, "from the last group that has the group in it", scenario(inTwoGroups), path,
+      {__LINE__, "a group in two groups inherits from the last one", scenario(inTwoGroups), path,
        "1 none, 2 none, 8 O, 7 none, 9 O, 8 O, 7 none"},
-      {__LINE__, "words and numbers for overtime", single(named1and2),
+      {__LINE__, "overtime is a word or a number", single(named1and2),
        "Calendars/Calendar/Exceptions/Exception: Name DayWorking", "1 1, 2 1"},
   });
 }
@@ -87,16 +90,16 @@ TEST(CalendarMapping, WritesCalendars) {
   const auto dayOff = [](const string& type) { return tag("WeekDay", tag("DayType", type) + tag("DayWorking", "0")); };
   const string threeDays = tag("WeekDays", dayOff("2") + dayOff("3") + dayOff("4"));
   expectValues({
-      {__LINE__, "nothing to say", single("<calendar name='none'/>"), calendar + "*", header},
-      {__LINE__, "everything in order", single(flat), calendar + "*", header + " WeekDays Exceptions WorkWeeks"},
+      {__LINE__, "a schedule without days and events", single("<calendar name='none'/>"), calendar + "*", header},
+      {__LINE__, "the order of the elements", single(flat), calendar + "*", header + " WeekDays Exceptions WorkWeeks"},
       {__LINE__, "own days, then overtime, then time off", single(off + on + days),
        weekDay + ": DayType DayWorking?x:-", "1 -, 2 x, 3 x, 4 x, 5 x, 6 x, 7 -, 1 -, 3 x, 6 -, 0 x, 0 -"},
-      {__LINE__, "from the first to the last", single(flat), weekDay + "/TimePeriod: FromDate ToDate",
-       from + " " + to + ", " + from + " 2026-05-04T23:59:59"},
-      {__LINE__, "dated days count alone", single(flat + on), exception + ": Name Occurrences",
+      {__LINE__, "a period lasts from the first day to the last", single(flat),
+       weekDay + "/TimePeriod: FromDate ToDate", from + " " + to + ", " + from + " 2026-05-04T23:59:59"},
+      {__LINE__, "dated days replace events", single(flat + on), exception + ": Name Occurrences",
        "Overtime 3, Time Off 1"},
       {__LINE__, "the format is not inherited", nested("", flat, ""), workWeek + "Name", "Exception days"},
-      {__LINE__, "a work week of the days that are taken", single(flat), workWeek + ".",
+      {__LINE__, "a work week of the days off", single(flat), workWeek + ".",
        tag("WorkWeek", threeDays + may4to6 + tag("Name", "Exception days"))},
   });
 }
@@ -111,9 +114,9 @@ TEST(CalendarMapping, CountsDaysOf86400SecondsAcrossClockChanges) {
   expectValues({
       {__LINE__, "25 hours are two days", long25, count, "2", "Europe/Berlin"},
       {__LINE__, "one Sunday comes twice", long25, days, "1, 1", "Europe/Berlin"},
-      {__LINE__, "among others, too", overtime(across, "2026-10-26"), days, "7, 1, 1, 2", "Europe/Berlin"},
-      {__LINE__, "a midnight is the evening before", single(flatDay("date='2026-05-04T00:00:00Z'", kNine)), days, "1",
-       "America/New_York"},
+      {__LINE__, "also among other days", overtime(across, "2026-10-26"), days, "7, 1, 1, 2", "Europe/Berlin"},
+      {__LINE__, "midnight in UTC is the evening before in New York",
+       single(flatDay("date='2026-05-04T00:00:00Z'", kNine)), days, "1", "America/New_York"},
   });
 }
 
@@ -137,7 +140,7 @@ TEST(CalendarMapping, EndsWithAMessage) {
   const string longAgo = flatDay("date='1700-01-01'", kNine) + flatDay("date='2026-05-04'", kNine);
   const string farAway = flatDay("date='286000000-01-01'") + flatDay("date='286000000-01-03'");
   expectValues({
-      {__LINE__, "weekdays are small", single(day("Monday")), "", "Unexpected day of week: Monday"},
+      {__LINE__, "weekdays must be in lower case", single(day("Monday")), "", "Unexpected day of week: Monday"},
       {__LINE__, "no start", single(tag("calendar", "<event end='2026-05-05'/>")), "", event + "'start': (null)."},
       {__LINE__, "an empty date", single(flatDay("date=''")), "",
        "Calendar element 'flattened-schedule-day' has no valid date in its attribute 'date': ."},

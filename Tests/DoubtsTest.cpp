@@ -15,12 +15,12 @@ std::string warningsOf(const std::string& plan) {
   return all;
 }
 
-/// Of a plan whose task t1 'A' has the children.
+/// The warnings for a plan whose task t1 'A' has these children.
 std::string ofTask(std::string_view children) {
   return warningsOf(
       fmt::format("<scenario><top-task idref='t1'/><task id='t1'><title>A</title>{}</task></scenario>", children));
 }
-/// Of a plan whose resource r1 'B' has the children.
+/// The warnings for a plan whose resource r1 'B' has these children.
 std::string ofResource(std::string_view children) {
   return warningsOf(fmt::format(
       "<scenario><top-resource idref='r1'/><resource id='r1'><name>B</name><type>Group</type>{}</resource></scenario>",

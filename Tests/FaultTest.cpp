@@ -1,4 +1,4 @@
-// What is left when the machine fails the exporter, or when it is ended or crowded: every file is whole or absent.
+// The machine fails, the exporter is killed, or several run at once: every file must then be complete or absent.
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -30,7 +30,7 @@ constexpr int kRename = SYS_rename;
 constexpr int kRename = SYS_renameat;
 #endif
 
-/// A folder with a bundle Plan.kvdx, which gives some megabytes, of tasks as well as of assignments.
+/// A folder with a bundle Plan.kvdx, whose document has some megabytes of tasks and some of assignments.
 struct Place : Workplace {
   Place() {
     const std::string note =
@@ -39,7 +39,7 @@ struct Place : Workplace {
     makeBundle("Plan.kvdx",
                scenario(resource("r1", "Material") + task("t1", use, "1996-05-04T08:00:00Z", "2026-05-04T08:00:00Z")));
   }
-  /// What an undisturbed export gives.
+  /// The document that an undisturbed export writes.
   [[nodiscard]] std::string reference() const {
     EXPECT_EQ(complaints("Plan.kvdx reference.xml").log, "");
     EXPECT_TRUE(isWellFormed(folder / "reference.xml"));
@@ -47,7 +47,7 @@ struct Place : Workplace {
     fs::remove(folder / "reference.xml");
     return text;
   }
-  /// Names of the files, without bundle and settings and with what was begun as "temporary".
+  /// The names of the files, without the bundle and the settings. A file that is not finished counts as "temporary".
   [[nodiscard]] Files files() const {
     Files names;
     for (const auto& entry : fs::directory_iterator(folder.path())) {
@@ -75,7 +75,7 @@ TEST(Fault, FileSizeLimit) {
     writeFile(place.folder / "Plan.xml", "precious");
     if (name == std::string("Plan")) place.replaceFiles();
     const auto limited = place.complaints("Plan.kvdx", "ulimit -f 64; exec \"$@\"");
-    // The status as ever when a document was made.
+    // The status is 0 although writing failed, as whenever the plan itself could be mapped.
     place.expect(limited, 0, unwritten(name, "File too large"));
     EXPECT_EQ(place.files(), Files{"Plan.xml"});
     EXPECT_EQ(contentsOf(place.folder / "Plan.xml"), "precious");
@@ -128,7 +128,7 @@ TEST(Fault, NoPermission) {
   const std::string other =
       getuid() == 0 ? "exec setpriv --reuid=65534 --regid=65534 --clear-groups \"$@\"" : "exec \"$@\"";
   const Place place;
-  if (place.run("", other).status != 1) GTEST_SKIP() << "the program cannot be run as another user than root";
+  if (place.run("", other).status != 1) GTEST_SKIP() << "root cannot run the program as another user here";
   const std::string denied = "Permission denied";
   const auto rights = [&place](const char* name, mode_t mode) {
     ASSERT_EQ(chmod((place.folder / name).c_str(), mode), 0);
@@ -159,7 +159,7 @@ TEST(Fault, KilledAmidAWrite) {
   constexpr int kPoints = 25;
   const Place place;
   if (!platform::Descriptor(open(place.folder.path().c_str(), O_TMPFILE | O_WRONLY)).isOpen())
-    GTEST_SKIP() << "the file system has no files without a name";
+    GTEST_SKIP() << "the file system does not support files without a name";
   const std::string reference = place.reference();
   for (const bool replaces : {false, true}) {
     if (replaces) place.replaceFiles();
@@ -175,7 +175,7 @@ TEST(Fault, KilledAmidAWrite) {
       if (left == (replaces ? "precious" : "")) {
         ++interrupted;
         EXPECT_EQ(status, 128 + SIGKILL);
-        // A file that is to replace another one has a name of its own for a moment. It is whole by then.
+        // A file that replaces another one has a temporary name for a moment; it is complete by then.
         EXPECT_TRUE(replaces || place.files().count("temporary") == 0);
       } else {
         EXPECT_TRUE(left == reference);
@@ -189,7 +189,7 @@ TEST(Fault, KilledAmidAWrite) {
 TEST(Fault, NowhereToLog) {
   Place place;
   const std::string reference = place.reference();
-  // A file that the system protects makes the exporter tell of another name while the new file is open.
+  // A file that cannot be replaced makes the exporter log another name while the new file is open.
   place.replaceFiles();
   place.options.failingCalls = {{kRename, EPERM}};
   for (const char* script : {"exec \"$@\" 2>&-", "exec \"$@\" <&- >&- 2>&-", "exec \"$@\" 2>/dev/full",
@@ -205,7 +205,7 @@ TEST(Fault, NowhereToLog) {
 
 TEST(Fault, LackOfMemory) {
 #ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the sanitizer reserves terabytes";
+  GTEST_SKIP() << "the address sanitizer reserves terabytes of addresses";
 #endif
   const Place place;
   const std::string note(5'000'000, 'a');
@@ -217,7 +217,7 @@ TEST(Fault, LackOfMemory) {
     const std::string limits = "ulimit -c 0; ulimit -v " + std::to_string(megabytes * 1000);
     const ProcessResult result = place.run("Plan.kvdx", limits + "; exec \"$@\"");
     status = result.status;
-    // 127: it could not even start.
+    // 127: the memory was not even enough to start the program.
     EXPECT_TRUE(status == 0 || status == 128 + SIGABRT || status == 127) << status << result.log;
     EXPECT_EQ(place.exists("Plan.xml"), status == 0);
   }
@@ -230,6 +230,6 @@ TEST(Fault, Locale) {
   place.options.environment["LC_ALL"] = "de_DE.UTF-8";
   place.options.environment["LOCPATH"] = place.folder.path();
   const auto comma = place.run("", "localedef -i de_DE -f UTF-8 ./de_DE.UTF-8; locale -k decimal_point | grep -q ,");
-  if (comma.status != 0) GTEST_SKIP() << "there is no German locale, and none can be made";
+  if (comma.status != 0) GTEST_SKIP() << "there is no German locale, and it cannot be made";
   EXPECT_TRUE(place.reference() == reference);
 }

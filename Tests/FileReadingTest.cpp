@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A folder "inside" with a file and links, beside one that must not be read.
+/// A folder "inside" with a file and links, and a file beside the folder that must not be read.
 struct Place {
   ScratchFolder scratch;
   std::string inside = scratch / "inside";
@@ -47,7 +47,7 @@ TEST(FileReading, FilesThatAreSwappedMeanwhile) {
     while (!isOver) renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, out.c_str(), RENAME_EXCHANGE);
   });
   int timesRead = 0;
-  // Of the second name the kernel cannot tell beforehand that it stays inside.
+  // The second name has an absolute link, which the kernel's own check refuses. So its path is compared instead.
   for (const char* name : {"folder/file", "absolute/file"}) {
     for (int i = 0; i < 5000; ++i) {
       const auto read = platform::readFileInside(place.inside, name);
@@ -69,12 +69,12 @@ TEST(FileReading, FilesLargerThanTheLimit) {
   EXPECT_EQ(platform::readFile(file, kLimit), std::string(kLimit, 'a'));
   EXPECT_EQ(platform::readStream(file, kLimit), std::string(kLimit, 'a'));
   fs::resize_file(file, 0);
-  fs::resize_file(file, kLimit);  // nothing of it is on the disk
+  fs::resize_file(file, kLimit);  // the file takes no space on the disk
   EXPECT_EQ(platform::readFile(file, kLimit), std::string(kLimit, '\0'));
   fs::resize_file(file, kLimit + 1);
   EXPECT_EQ(platform::readFile(file, kLimit, &problem), std::nullopt);
   EXPECT_EQ(problem, "Larger than 200 KiB");
-  // Has more bytes than it claims, like a file that grows.
+  // This file has more bytes than its size says, like one that grows while it is read.
   EXPECT_EQ(platform::readFile("/proc/self/status", 100, &problem), std::nullopt);
   EXPECT_EQ(problem, "Larger than 100 bytes");
   EXPECT_EQ(platform::readStream("/dev/zero", kLimit, &problem), std::nullopt);

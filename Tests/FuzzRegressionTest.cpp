@@ -1,5 +1,5 @@
-// Inputs that the fuzzers found, and a few seeds: each file of Fuzz/regressions/<target>/ is given to its target, which
-// raises when one of its properties does not hold.
+// Runs each target on the files of Fuzz/regressions/<target>/: inputs that fuzzers found, and a few seeds. A target
+// raises an exception when one of its properties does not hold.
 
 #include <gtest/gtest.h>
 

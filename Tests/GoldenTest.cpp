@@ -1,11 +1,10 @@
-// Golden cases: a folder of Tests/Golden is a case. It holds
-//   case           lines "zone=...", "epoch=..." and, when the bundle is not in the folder, "bundle=<path from the
-//   tree>"
+// Golden cases. Each folder of Tests/Golden is a case and contains:
+//   case           lines "zone=...", "epoch=..." and, if the bundle is elsewhere, "bundle=<path in the source tree>"
 //   *.kvdx         the bundle
-//   expected.xml   the document, absent when none is to be written
+//   expected.xml   the document; absent if none must be written
 //   expected.log   the log without prefixes, then a last line "status=..."
-// MSPDI_REWRITE_GOLDEN=1 rewrites the expected files with what the program gives; read the difference before committing
-// it. Under CI the switch is a failure.
+// MSPDI_REWRITE_GOLDEN=1 replaces the expected files by the program's output; read the difference before committing it.
+// With CI set, this fails.
 
 #include <gtest/gtest.h>
 
@@ -75,11 +74,11 @@ TEST_P(GoldenTest, MatchesExpected) {
   const bool written = fs::exists(scratch / "out.xml");
 
   if (std::getenv("MSPDI_REWRITE_GOLDEN") != nullptr) {
-    ASSERT_EQ(std::getenv("CI"), nullptr) << "expected files are not rewritten by CI";
+    ASSERT_EQ(std::getenv("CI"), nullptr) << "MSPDI_REWRITE_GOLDEN must not be set in CI";
     writeFile(folder + "/expected.log", log);
     fs::remove(folder + "/expected.xml");
     if (written) fs::copy(scratch / "out.xml", folder + "/expected.xml");
-    GTEST_SKIP() << "rewritten";
+    GTEST_SKIP() << "the expected files are rewritten";
   }
   EXPECT_EQ(log, contentsOf(folder + "/expected.log"));
   ASSERT_EQ(written, fs::exists(folder + "/expected.xml"));

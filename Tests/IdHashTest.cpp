@@ -6,7 +6,7 @@
 
 #include "Platform/Base/IdHash.h"
 
-/// Texts that are made to have one value in the C++ library of GCC, whose seed is known, are told apart.
+/// The first three texts have equal hashes in GCC's C++ library, whose seed is known. Here all hashes must differ.
 TEST(IdHashTest, TellsCollidingTextsApart) {
   const std::vector<std::string_view> texts = {"t1------/qi:RN_l,$pLi!Mf",
                                                "t1------)O5sioLVF/|~}y=q",

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The text's record, printed with all units after the conversion.
+/// Reads the text into a record, converts the record and prints all its units.
 template <auto kConversion, auto... kArguments>
 std::string converted(std::string_view text) {
   MSPCDateComponents record = MSPIUtilities::componentsFromISODateTime(text).value();
@@ -24,10 +24,10 @@ constexpr Operation label = converted<[](MSPCDateComponents& r) { return r.force
 TEST(MSPCDateComponentsTest, ClockFieldsInAnotherZone) {
   expectOutcomes({
       {__LINE__, toUTC, "2011-05-06T08:00:00-05:30", "2011-05-06T12:30:00Z"},  // hours and minutes are added
-      {__LINE__, toUTC, "2011-05-06T24:00:00Z", "2011-05-06T24:00:00Z"},       // UTC already: untouched
+      {__LINE__, toUTC, "2011-05-06T24:00:00Z", "2011-05-06T24:00:00Z"},       // in UTC already: unchanged
       {__LINE__, toOffset<0>, "2011-14-00T00:00:00Z", "2012-01-31T00:00:00Z"},
       {__LINE__, toOffset<-12600>, "2011-05-06T08:00:00+02:00", "2011-05-06T02:30:00-03:-30"},
-      {__LINE__, toOffset<59>, "2011-05-06T08:00:00Z", "2011-05-06T08:00:59Z"},  // no whole minute: UTC
+      {__LINE__, toOffset<59>, "2011-05-06T08:00:00Z", "2011-05-06T08:00:59Z"},  // less than a minute: written as UTC
       {__LINE__, toOffset<3600>, "2011-05-06", "2011-05-06T01:00:00+01:00"},
       {__LINE__, toOffset<3600>, "08:00:00", "1-01-01T09:00:00+01:00"},
       {__LINE__, toOffset<0>, "1-01-01T00:00:00+01:00", "1-12-31T23:00:00Z"},  // 1 BC
@@ -41,8 +41,9 @@ TEST(MSPCDateComponentsTest, LabelledWithTheSystemZone) {
   expectOutcomes({
       {__LINE__, label, "2011-05-06T08:00:00+05:00", "2011-05-06T08:00:00+02:00", "Europe/Berlin"},
       {__LINE__, label, "2011-01-10T08:00:00", "2011-01-10T08:00:00-03:-30", "America/St_Johns"},
-      {__LINE__, label, "1960-01-01T00:00:00", "1960-01-01T00:00:00+00:-44", "Africa/Monrovia"},  // not UTC
-      // A summer's share of +1 with what the zone has now, without one: +3 since 2016, +2 before.
+      {__LINE__, label, "1960-01-01T00:00:00", "1960-01-01T00:00:00+00:-44",
+       "Africa/Monrovia"},  // less than an hour, but not UTC
+      // The hour of summer time is added to the zone's present offset, which is +3 since 2016; it was +2 in 2010.
       {__LINE__, label, "2010-07-01T12:00:00", "2010-07-01T12:00:00+04:00", "Europe/Istanbul"},
   });
   const ScopedVariable summer("SOURCE_DATE_EPOCH", "1279152000");  // July 2010

@@ -3,7 +3,7 @@
 
 namespace {
 
-/// The value of "x" in what stands behind "<s", and the error behind a bar.
+/// The value of "x" in the element <s ...>, given without its "<s"; then, after a bar, the error if there is one.
 template <auto kFunction>
 std::string x(std::string_view rest) {
   const auto document = parsed(fmt::format("<s{}</s>", rest));

@@ -14,7 +14,8 @@ string after(const string& attributes, const string& lead = "", const string& mo
 string use(const string& id, const string& more = "") { return "<assignment idref='" + id + "' " + more + "/>"; }
 string t1(const string& inside) { return scenario(task("t1", inside)); }
 string r1(const string& inside) { return scenario(resource("r1", "Staff", inside)); }
-/// A task among staff r1 and r11, equipment r2, material r3, groups r4 and r14, and another resource r5.
+/// A plan with the task and these resources: staff r1 and r11, equipment r2, material r3, groups r4 and r14, and r5 of
+/// another type.
 string among(const string& task) {
   return scenario(task + resource("r1", "Staff") + resource("r11", "Staff") + resource("r2", "Equipment") +
                   resource("r3", "Material") + group("r4", "", {}) + group("r14", "", {}) + resource("r5", "Role"));
@@ -40,15 +41,15 @@ TEST(ScenarioMapping, WritesTheProject) {
   const string all = head + currency + "HonorConstraints " + rest.substr(currency.size()) + " ExtendedAttributes";
   const string headTexts = "14 A\nB 1 2026-05-01T04:00:00 2026-06-01T08:00:00";
   expectValues({
-      {__LINE__, "from its start", scenario(""), "./*", "SaveVersion ScheduleFromStart StartDate " + rest},
-      {__LINE__, "from its end", scenario("", "fixed-end='1'"), "./*",
+      {__LINE__, "planned from its start", scenario(""), "./*", "SaveVersion ScheduleFromStart StartDate " + rest},
+      {__LINE__, "planned from its end", scenario("", "fixed-end='1'"), "./*",
        "SaveVersion ScheduleFromStart FinishDate " + rest},
-      {__LINE__, "the end is now", scenario("", "fixed-end='yes'"), ".: ScheduleFromStart FinishDate",
-       "0 2026-05-04T10:00:00"},
-      {__LINE__, "everything in order", full, "./*", all, "UTC", {toc}},
+      {__LINE__, "an end that is missing is the time of the export", scenario("", "fixed-end='yes'"),
+       ".: ScheduleFromStart FinishDate", "0 2026-05-04T10:00:00"},
+      {__LINE__, "the order of the elements", full, "./*", all, "UTC", {toc}},
       {__LINE__, "title, direction, dates", full, ".: " + head, headTexts, "UTC", {toc}},
       {__LINE__, "an amount without a symbol", full, ".: " + currency, "0 '' '' 0", "UTC", {toc}},
-      {__LINE__, "what is always the same", full, ".: HonorConstraints " + flags, "1 0 1 0 0", "UTC", {toc}},
+      {__LINE__, "values that are always the same", full, ".: HonorConstraints " + flags, "1 0 1 0 0", "UTC", {toc}},
   });
 }
 
@@ -57,10 +58,10 @@ TEST(ScenarioMapping, WalksTheTrees) {
                       task("t2", children("task", {"t12"})) + task("t11", kGroup + children("task", {"t111"}));
   const string doubled = scenario(task("t2") + task("t2", tag("title", "Last")));
   expectValues({
-      {__LINE__, "down before on", scenario(tree), kEachTask + "UID ID OutlineLevel",
+      {__LINE__, "children before the next sibling", scenario(tree), kEachTask + "UID ID OutlineLevel",
        "0 0 0, 1 1 1, 11 2 2, 111 3 3, 12 4 2, 2 5 1"},
       {__LINE__, "groups are assigned to nobody", scenario(tree), kEachAssignment + "UID TaskUID", "1 111, 2 12, 3 2"},
-      {__LINE__, "the last of one id", doubled, kEachTask + "UID Name", "0 none, 2 Last"},
+      {__LINE__, "the last task with an id counts", doubled, kEachTask + "UID Name", "0 none, 2 Last"},
   });
 }
 
@@ -107,18 +108,19 @@ TEST(ScenarioMapping, WritesTasks) {
   const string old = "<scenario>" + task("t1") + "</scenario>";
   const std::vector<string> twoBaselines = {"<toc/>", old, old}, inSecondOnly = {"<toc/>", "<scenario/>", old};
   expectValues({
-      {__LINE__, "everything in order", t1(full), kTask + "*", order, "UTC", twoBaselines},
+      {__LINE__, "the order of the elements", t1(full), kTask + "*", order, "UTC", twoBaselines},
       {__LINE__, "a new task has no first baseline", t1(""), kTask + "Baseline/Number", "1", "UTC", inSecondOnly},
-      {__LINE__, "no is no", three("splittable", "no", "perhaps", "yes"), kTask + "LevelingCanSplit", "1, 0, 1, 1"},
-      {__LINE__, "said twice", t1(costAndSplit + costAndSplit), kEachTask + "LevelingCanSplit FixedCost",
-       "1 none, 1 none"},
+      {__LINE__, "only 'no' is false", three("splittable", "no", "perhaps", "yes"), kTask + "LevelingCanSplit",
+       "1, 0, 1, 1"},
+      {__LINE__, "elements that are there twice", t1(costAndSplit + costAndSplit),
+       kEachTask + "LevelingCanSplit FixedCost", "1 none, 1 none"},
       {__LINE__, "efforts as whole seconds", done("3.9", "2.9", "0"), percent, "none none, 66 66"},
       {__LINE__, "never rounded up", done("0", "10", "0.999"), percent, "none none, 99 99"},
-      {__LINE__, "up from 0", three("priority", "25", "40", "0"), kTask + "Priority", "0, 625, 1000, 0"},
-      {__LINE__, "down from 0", three("priority", "-10", "-20", "-1"), kTask + "Priority", "1000, 500, 0, 950"},
+      {__LINE__, "priorities above 0", three("priority", "25", "40", "0"), kTask + "Priority", "0, 625, 1000, 0"},
+      {__LINE__, "priorities below 0", three("priority", "-10", "-20", "-1"), kTask + "Priority", "1000, 500, 0, 950"},
       {__LINE__, "a milestone", t1(milestone), kind, "0 task group 0, 2 milestone single 0"},
-      {__LINE__, "no type", t1(ofNoType), kind, "0 task group 0, none task single 0"},
-      {__LINE__, "a locked end before all", t1(earliestAndLocked), kTask + "ConstraintType", "3"},
+      {__LINE__, "a task without a type", t1(ofNoType), kind, "0 task group 0, none task single 0"},
+      {__LINE__, "a locked end counts before other constraints", t1(earliestAndLocked), kTask + "ConstraintType", "3"},
       {__LINE__, "a leveled milestone", t1(leveledMilestone), kTask + "ConstraintType", "4"},
   });
 }
@@ -129,14 +131,16 @@ TEST(ScenarioMapping, WritesAssignments) {
   const string order = "UID TaskUID ResourceUID Milestone PercentWorkComplete Units Work RemainingWork Start Finish";
   const string groups = use("r4") + use("r14", "units='3'"), others = use("r5", "units='3'") + use("r5");
   expectValues({
-      {__LINE__, "a limit said twice", r1(limit + limit), "Resources/Resource: Type MaxUnits", "1 none, 1 1.000000"},
-      {__LINE__, "everything in order", with(tag("effort-done", "21600") + use("r1")), kAssignment + "*", order},
-      {__LINE__, "groups of tasks as well", with(kGroup + use("r-1")), kEachAssignment + "TaskUID ResourceUID", "1 0"},
-      {__LINE__, "groups share", with(groups), unitsAndWork, "1 PT6H0M0S, 3 PT18H0M0S"},
+      {__LINE__, "a limit that is there twice", r1(limit + limit), "Resources/Resource: Type MaxUnits",
+       "1 none, 1 1.000000"},
+      {__LINE__, "the order of the elements", with(tag("effort-done", "21600") + use("r1")), kAssignment + "*", order},
+      {__LINE__, "groups of tasks have assignments, too", with(kGroup + use("r-1")),
+       kEachAssignment + "TaskUID ResourceUID", "1 0"},
+      {__LINE__, "groups share the work", with(groups), unitsAndWork, "1 PT6H0M0S, 3 PT18H0M0S"},
       {__LINE__, "no units, all work", with(use("r2", "units='0'")), unitsAndWork, "0 PT24H0M0S"},
-      {__LINE__, "others have all work each", with(others), unitsAndWork, "3 PT24H0M0S, 1 PT24H0M0S"},
-      {__LINE__, "by sevenths and thirds, not times 0.7", with(use("r1", "units='7'") + use("r11", "units='3'")),
-       unitsAndWork, "7 PT16H48M0S, 3 PT7H12M0S"},
+      {__LINE__, "each of the other resources has all work", with(others), unitsAndWork, "3 PT24H0M0S, 1 PT24H0M0S"},
+      {__LINE__, "times 7, then divided by 10: not times 0.7, which is inexact",
+       with(use("r1", "units='7'") + use("r11", "units='3'")), unitsAndWork, "7 PT16H48M0S, 3 PT7H12M0S"},
   });
 }
 
@@ -148,7 +152,7 @@ TEST(ScenarioMapping, CutsTimeIntoDaysWhereClocksChangeAtMidnight) {
   expectValues({
       {__LINE__, "a day that ends twice", material("2026-04-04T08:00:00-03:00", "2026-04-05T12:00:00-04:00"), days,
        "2026-04-04T08:00:00 2026-04-04T23:59:59, 2026-04-05T00:00:00 2026-04-05T12:00:00", "America/Santiago"},
-      {__LINE__, "a day that begins twice, the first time told as 23:00",
+      {__LINE__, "a day that begins twice, the first time written as 23:00",
        material("2026-10-31T08:00:00-04:00", "2026-11-01T12:00:00-05:00"), days,
        "2026-10-31T08:00:00 2026-10-31T23:59:59, 2026-10-31T23:00:00 2026-11-01T12:00:00", "America/Havana"},
   });
@@ -169,7 +173,7 @@ TEST(ScenarioMapping, EndsWithAMessage) {
       {__LINE__, "no start", raw(end + duration), "", "Task element 'start-date' not found."},
       {__LINE__, "two ends", raw(start + end + end + duration), "", "Task element 'end-date' not found."},
       {__LINE__, "no id", scenario(tag("task", start + end + duration)), "", "Task attribute 'id' not found."},
-      {__LINE__, "more done than there is", t1(overdone), "",
+      {__LINE__, "more effort done than planned", t1(overdone), "",
        "Incorrect value of percentComplete (2.000000). Must be from 0.0 to 1.0."},
       {__LINE__, "a split group", t1(kGroup + "<split/>"), "", "Task group and split task are mutualy exclusive."},
       {__LINE__, "a task in itself", t1(kGroup + children("task", {"t1"})), "",
@@ -181,14 +185,15 @@ TEST(ScenarioMapping, EndsWithAMessage) {
       {__LINE__, "groups in a circle", scenario(circle), "",
        "Resource id='r-1' contains itself, directly or through others."},
       {__LINE__, "assigned to nothing", t1("<assignment/>"), "", "No Resource ID is associated witgh the Assignment."},
-      {__LINE__, "assigned to none", t1(use("r9")), "", "Failed to find assigned resourse (id='r9')."},
-      {__LINE__, "assigned to no type", t1(use("r9") + typeless), "",
+      {__LINE__, "assigned to a missing resource", t1(use("r9")), "", "Failed to find assigned resourse (id='r9')."},
+      {__LINE__, "assigned to a resource without a type", t1(use("r9") + typeless), "",
        "No type specified for assigned resourse (id='r9')."},
-      {__LINE__, "a task without a name", scenario(nameless), "", "No Task ID is associated witgh the Assignment."},
+      {__LINE__, "an assignment of a task with an empty id", scenario(nameless), "",
+       "No Task ID is associated witgh the Assignment."},
       {__LINE__, "keys without values", t1(tag("user-data", "<key/>")), "", "Keys and Values mismatch number."},
       {__LINE__, "centuries of material", among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "",
        days + "At most 100000 can be exported."},
-      {__LINE__, "a far piece", scenario(splitOff + farPiece), "",
+      {__LINE__, "a piece in a far year", scenario(splitOff + farPiece), "",
        "The date 3000000000-05-04 is too far away. Days can be counted for some 285 million years."},
   });
 }
