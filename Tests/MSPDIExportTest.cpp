@@ -18,7 +18,7 @@ using testing::Not;
 
 namespace {
 
-/// A folder with bundles; what is told of them does not depend on what is in a plan.
+/// A folder with bundles. The tests here do not depend on what is in their plans.
 struct Place : Workplace {
   Place() {
     for (const char* name : {"Plan.kvdx", "Plan2.kvdx", "Big.KVDX", "100% großes #1.kvdx"})
@@ -46,7 +46,7 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
   const std::string usage =
       "Usage:\n  MSPDIExport <input_KVDX_bundle_path> [<output_path>]\n  MSPDIExport --input-list <input_list_path>  "
       "[<output_path>]\n<output_path> is either an exported XML file, or a directory to write XML file to.\n";
-  // A terminal must not obey a name. What is no control character, or a line end or a tab, is as it is.
+  // Control characters are escaped, because a terminal would obey them. Line ends, tabs and all else are logged as is.
   const std::string plain = "\xC2\xA0\xC3\x9B\t\r\nx\xC2";
   const std::string controls = "\x1b[2J\x07\x7f\xC2\x80\xC2\x9F" + plain;
   const std::string shown = "\\x1b[2J\\x07\\x7f\\x80\\x9f" + plain;
@@ -75,7 +75,7 @@ TEST(MSPDIExport, EndsTheRunWithTheReason) {
 TEST(MSPDIExport, WritesBesideTheBundleOrWhereItIsTold) {
   struct Row {
     int line;
-    std::string extension;  ///< setting
+    std::string extension;  ///< value of the setting IncludeInputExtension; "" leaves it out
     std::string arguments;
     std::string written;
   };
@@ -107,7 +107,7 @@ TEST(MSPDIExport, ReplacesFilesWhenToldTo) {
   struct Row {
     int line;
     const char* before;  ///< script that makes Plan.xml
-    const char* after;   ///< script that succeeds
+    const char* after;   ///< script that must succeed
     bool isReplaced;
   };
   for (const Row& row : std::initializer_list<Row>{
@@ -127,7 +127,7 @@ TEST(MSPDIExport, ReplacesFilesWhenToldTo) {
     if (row.isReplaced) place.setSettings("OverwriteFilterTarget = true");
     const auto result = place.run("Plan.kvdx", fmt::format("( {} ) && \"$@\" && ( {} ) >&2", row.before, row.after));
     EXPECT_EQ(result.status, 0) << result.log;
-    // The name is told once, and it is true.
+    // The log must name the output once, and with the right name.
     const std::size_t told = result.log.find("Output: '@DIR@/");
     EXPECT_EQ(told, result.log.rfind("Output: "));
     const std::string name = result.log.substr(told + 15, result.log.find('\'', told + 15) - told - 15);
@@ -160,7 +160,7 @@ TEST(MSPDIExport, NeverWritesAmongSources) {
     int line;
     std::string arguments;
     std::string output;
-    std::string folder = "";  ///< current one
+    std::string folder = "";  ///< the current folder
   };
   for (const Row& row : std::initializer_list<Row>{
            {__LINE__, "Plan.kvdx Plan.kvdx", "Plan.kvdx/Plan.xml"},
@@ -195,7 +195,7 @@ TEST(MSPDIExport, DoesWithoutSettingsThatCannotBeRead) {
   struct Row {
     int line;
     std::string settings;
-    std::string said;  ///< "": nothing, and the settings count
+    std::string said;  ///< the warning; with "", there must be none and the settings apply
   };
   const std::string malformed = "is malformed at line 2, column ";
   const std::string nested = "could not be read: More than 200 dots and opening brackets.";
@@ -236,7 +236,7 @@ TEST(MSPDIExport, ExportsAListInOrder) {
            {"None.kvdx\nPlan.kvdx\n", 1, {none}, {good}},
            {"Empty.kvdx\nPlan.kvdx\xE2\x80\xA8", 0, {failed, good}, {}},
            {":: nothing\n\n", 1, {}, {failed, good}},
-           // Numbers go on from bundle to bundle, and the project's calendar must be the first.
+           // The second bundle fails: identifiers go on from bundle to bundle, but the project's calendar must be 1.
            {"Plan.kvdx\nPlan2.kvdx\n", 1, {good, "Top resource calendar UID mast be equal to 1.", failed}, {}},
        }) {
     SCOPED_TRACE(row.list);

@@ -9,14 +9,14 @@ namespace {
 
 constexpr double kDay = platform::kSecondsPerDay;
 
-/// A period from the first to the last day, with working hours or without.
+/// An event from the first to the last day, with or without working hours.
 Event days(int first, int last, std::optional<MSPEWorkingTime> hours = std::nullopt) {
   const Instant from{first * kDay};
   const Instant to{(last + 1) * kDay - 1};
   return hours ? Event(from, to, hours->fromTime() * 3600, hours->toTime() * 3600) : Event(from, to);
 }
 
-/// "1~2[8-12,13-17,] " for one from the first to the second day.
+/// The exceptions; "1~2[8-12,13-17,] " is one from day 1 to day 2 with two working times.
 std::string mappedEvents(const std::vector<Event>& events) {
   MSPECalendarExceptions set("", true, events);
   set.mapEvents();
@@ -57,7 +57,7 @@ TEST(MSPECalendarExceptions, ReadsEvents) {
   const std::string raises = "raises Calendar event start and end ";
   const std::string late = "raises Incoorrect calendar event start (17:00:00) and end (09:00:00) time.";
   const std::string berlin = "Europe/Berlin";
-  // Of "start end" in 2026: its days and seconds of the day.
+  // Reads an event of 2026 from "start end"; returns its first and last day, and its seconds of the day.
   const auto event = [](std::string_view text) {
     const std::size_t blank = text.find(' ');
     const auto document =
@@ -70,7 +70,7 @@ TEST(MSPECalendarExceptions, ReadsEvents) {
       {__LINE__, event, "05-04T00:00:00Z 05-06T00:00:00Z", "05-04T00:00:00 05-05T23:59:59 0-86399", "UTC"},
       {__LINE__, event, "05-08T08:00:00Z 05-06T12:00:00Z", "05-08T00:00:00 05-06T23:59:59 28800-43200", "UTC"},
       {__LINE__, event, "05-04T22:30:00Z 05-05T10:00:00Z", "05-05T00:00:00 05-05T23:59:59 1800-43200", berlin},
-      // A day back is 86400 seconds back, whatever the clocks do on it.
+      // The day before is taken as 86400 seconds earlier, even if the clocks change.
       {__LINE__, event, "03-28 03-29", "03-28T00:00:00 03-28T22:59:59 0-86399", berlin},
       {__LINE__, event, "10-25 10-26", "10-25T00:00:00 10-25T23:59:59 0-86399", berlin},
       {__LINE__, event, "10-25 10-25", "10-25T00:00:00 10-25T00:59:59 0-86399", berlin},

@@ -3,7 +3,7 @@
 #include "KVMSPCommon/MSPExportMapper/MSPECurrencyFormatMapper.h"
 #include "Tests/Tables.h"
 
-/// Its bounds; of an empty one that it is empty.
+/// The start and the end of the range; "-" if there is none.
 static std::string bounds(const platform::MatchRange& range) {
   return range.present() ? fmt::format("{}-{} ", range.start, range.end()) : "- ";
 }
@@ -38,8 +38,8 @@ TEST(MSPECurrencyFormatMapper, TakesTheSampleApart) {
       {__LINE__, takenApart, "12€", "0 € EUR 1"},
       {__LINE__, takenApart, "kr\t1.23.4567", "4 kr SEK 2"},
       {__LINE__, takenApart, "￥5", "0 ￥ JPY 0"},
-      {__LINE__, takenApart, "£5.00", "2 £ none 0"},             // several currencies have it
-      {__LINE__, takenApart, "5.5\u00A0€", "1 \u00A0€ none 1"},  // no blank to an expression over bytes
+      {__LINE__, takenApart, "£5.00", "2 £ none 0"},             // several currencies have this symbol
+      {__LINE__, takenApart, "5.5\u00A0€", "1 \u00A0€ none 1"},  // a no-break space is no blank
       {__LINE__, takenApart, "by agreement", "2 $ USD 0"},
       {__LINE__, takenApart, "€1</currency-format><currency-format>P2", "0 P BWP 0"},
   });

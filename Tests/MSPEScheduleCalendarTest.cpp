@@ -6,7 +6,7 @@ namespace {
 
 using Calendar = MSPEScheduleCalendar;
 
-/// Monday to Friday, 8 to 12 and 13 to 17; Monday, 8 to 12; none.
+/// Monday to Friday 8 to 12 and 13 to 17; Monday 8 to 12; no working time.
 enum Week { kStandard, kMondays, kNone };
 
 Calendar calendarOf(Week week) {
@@ -16,7 +16,7 @@ Calendar calendarOf(Week week) {
   return calendar;
 }
 double numberIn(std::string_view text) { return std::stod(std::string(text.substr(text.find('|') + 1))); }
-/// "from|hours" without and with edge time: "05-02 13:00 05-02 12:00".
+/// Advances from a date by working hours, given as "from|hours". Returns the results without and with edge times.
 template <Week kWeek, bool kForward>
 std::string advance(std::string_view text) {
   const auto from = text.starts_with('|') ? std::nullopt : std::optional(utc(text));
@@ -24,12 +24,12 @@ std::string advance(std::string_view text) {
   const auto with = calendarOf(kWeek).date(from, numberIn(text) * 3600, kForward);
   return (without ? shown(*without).substr(5, 11) : "none") + " " + (with ? shown(*with).substr(5, 11) : "none");
 }
-/// "from|to" in seconds of working time.
+/// The seconds of working time between two dates, given as "from|to".
 std::string between(std::string_view text) {
   return shown(calendarOf(kStandard).workingTimeFromDate(utc(text), utc(text.substr(20))));
 }
 std::string sum(std::string_view day) { return shown(Calendar::standardCalendar().durationOfWeekday(day[0] - '0')); }
-/// Monday's periods and their sum, from "day|spans" of a source schedule.
+/// Reads a source schedule of one day, given as "day|spans". Returns the number of Monday's periods and their sum.
 std::string monday(std::string_view text) {
   const auto document = parsed(fmt::format("<s><schedule-day day-of-week='{}'>{}</schedule-day></s>",
                                            text.substr(0, text.find('|')), text.substr(text.find('|') + 1)));
@@ -46,7 +46,7 @@ TEST(MSPEScheduleCalendarTest, Advances) {
       {__LINE__, advance<kStandard, true>, "2011-05-02 08:00:00|4", "05-02 13:00 05-02 12:00"},
       {__LINE__, advance<kStandard, false>, "2011-05-07 10:00:00|0", "05-06 17:00 05-06 17:00"},
       {__LINE__, advance<kStandard, false>, "2011-05-03 09:00:00|1", "05-02 17:00 05-03 08:00"},
-      // The seven days to search for an edge are used up: the last period is counted once more.
+      // The search for the next period gives up after seven days in all. Then the last period is counted twice.
       {__LINE__, advance<kStandard, true>, "2011-05-02 08:00:00|48", "05-10 13:00 05-09 17:00"},
       {__LINE__, advance<kStandard, true>, "2011-05-02 08:00:00|200", "06-06 13:00 06-03 17:00"},
       {__LINE__, advance<kMondays, true>, "2011-05-02 08:00:00|8", "none 05-09 12:00"},
@@ -54,7 +54,7 @@ TEST(MSPEScheduleCalendarTest, Advances) {
       {__LINE__, advance<kMondays, false>, "2011-05-02 12:00:00|8", "none 04-25 08:00"},
       {__LINE__, advance<kNone, true>, "2011-05-02 08:00:00|1", "none none"},
       {__LINE__, advance<kNone, true>, "|1", "raises Date to advance from not specified."},
-      // Over both clock changes, at weekends of 47 and 49 hours.
+      // Across both clock changes: the weekends have 47 and 49 hours.
       {__LINE__, advance<kStandard, true>, "2011-03-25 15:00:00|2", "03-28 07:00 03-28 07:00", "Europe/Berlin"},
       {__LINE__, advance<kStandard, true>, "2011-10-28 14:00:00|2", "10-31 08:00 10-31 08:00", "Europe/Berlin"},
       {__LINE__, between, "2011-05-06 16:00:00|2011-05-09 09:00:00", "7200"},

@@ -14,7 +14,7 @@ constexpr MSPCUnitFlags kUTC = kMSPCDateTimeUnits | kMSPCTimeZoneUTC;
 constexpr MSPCUnitFlags kOffset = kMSPCDateTimeUnits | kMSPCTimeZoneHour | kMSPCTimeZoneMinute;
 constexpr Parser kScan = &Utilities::updateDateTimeComponentsFromISODateTime;
 
-/// "date time UTC ": what was read.
+/// The names of the units that were read, such as "date time UTC ".
 std::string namesOf(MSPCUnitFlags flags) {
   std::string names;
   for (const auto& [set, name] : std::initializer_list<std::pair<MSPCUnitFlags, const char*>>{
@@ -32,7 +32,7 @@ std::string namesOf(MSPCUnitFlags flags) {
   EXPECT_EQ(flags, 0);
   return names;
 }
-/// What the parser reads of the text, or that it raises.
+/// The names of the units that the parser reads in the text, or the reason why it raises an exception.
 std::string readBy(Parser parser, MSPCDateComponents& record, std::string_view text) {
   try {
     return namesOf(parser(record, text));
@@ -41,7 +41,7 @@ std::string readBy(Parser parser, MSPCDateComponents& record, std::string_view t
   }
 }
 MSPCDateComponents usedRecord() { return *Utilities::componentsFromISODateTime("1999-12-31T23:59:59+05:30"); }
-/// What was read and the record after it, over a fresh or a used one; undefined components print as -1.
+/// Reads the text into a new or a used record. Returns what was read and the record; undefined components print as -1.
 template <Parser kParser, bool kUsed = false>
 std::string fields(std::string_view text) {
   MSPCDateComponents record = kUsed ? usedRecord() : MSPCDateComponents();
@@ -50,12 +50,12 @@ std::string fields(std::string_view text) {
 }
 constexpr Operation dateTime = fields<kScan>;
 constexpr Operation over = fields<kScan, true>;
-/// What was read and the record, then the seconds by each of the two ways.
+/// What was read and the record, then the seconds from both conversions.
 std::string duration(std::string_view text) {
   return fmt::format("{} {} {}", fields<&Utilities::updateDateTimeComponentsFromISODuration>(text),
                      Utilities::mspdiDurationInSecs(text), Utilities::mspdiToMppDuration(text));
 }
-/// The duration in each of the three forms that are made from seconds.
+/// The seconds in the three forms in which durations are written.
 std::string fromSeconds(std::string_view text) {
   const double seconds = std::stod(std::string(text));
   return fmt::format("{} {} {}", Utilities::mppToKvdxDuration(seconds), Utilities::mppToMspdiDuration(seconds),
@@ -65,7 +65,7 @@ template <MSPCUnitFlags kFlags>
 std::string print(std::string_view text) {
   return shown(Utilities::stringFromComponents(*Utilities::componentsFromISODateTime(text), kFlags));
 }
-/// Whether the text is of any form, kvdx, MSPDI.
+/// Whether the text is a date-time at all, one of kvdx, one of MSPDI.
 std::string kinds(std::string_view text) {
   return fmt::format("{} {} {}", Utilities::isIsoiDateTime(text), Utilities::isKvdxDateTime(text),
                      Utilities::isMspdiDateTime(text));
@@ -95,7 +95,7 @@ TEST(MSPIUtilitiesTest, DateTimeTextsReadAndPrinted) {
       {__LINE__, dateTime, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00Z"},
       {__LINE__, dateTime, "-2012-02-29T24:00:75", "date time 2012-02-29T24:00:75Z"},
       {__LINE__, dateTime, "99999999999999999999-1-2",
-       "date -1-01-02T-1:-1:-1Z"},  // held at 64 bits: the undefined one
+       "date -1-01-02T-1:-1:-1Z"},  // the largest 64-bit number means undefined
       {__LINE__, dateTime, "2011-05-06 08:00:00", "raises 2011-05-06T-1:-1:-1Z"},
       {__LINE__, over, "08:00:00", "time 1999-12-31T08:00:00+05:30"},
       {__LINE__, over, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00+05:30"},
@@ -103,7 +103,7 @@ TEST(MSPIUtilitiesTest, DateTimeTextsReadAndPrinted) {
       {__LINE__, print<kMSPCYear | kMSPCSecond>, "2011-05-06T08:09:07Z", "2011--T::07"},
       {__LINE__, print<kOffset>, "2011-05-06T08:00:00+00:00", "2011-05-06T08:00:00+00:00"},
       {__LINE__, print<kUTC>, "2011-05-06T08:00:00-05:30", "2011-05-06T08:00:00+00:00"},
-      {__LINE__, print<kMSPCDateUnits>, "4294967291-123-6", "-5-123-06"},  // the low 32 bits
+      {__LINE__, print<kMSPCDateUnits>, "4294967291-123-6", "-5-123-06"},  // the low 32 bits are printed
   });
 }
 
@@ -117,7 +117,7 @@ TEST(MSPIUtilitiesTest, ScanAndExpressionsAgreeOnRandomTexts) {
     if (below(8) == 0) text += ".5";
     if (below(3) == 0) text += 'Z';
     if (below(3) == 0) text += fmt::format("{}{:02}:{:02}", below(2) ? '+' : '-', below(3) * below(34), below(3) * 30);
-    for (std::size_t mutations = below(4); mutations > 0; --mutations) {  // puts in, takes out, replaces
+    for (std::size_t mutations = below(4); mutations > 0; --mutations) {  // insertions, removals, replacements
       constexpr std::string_view kCharacters = "0123456789-+:TZ.,/ x\xC3";
       text.replace(below(text.size() + 1), below(3), kCharacters.substr(below(kCharacters.size()), below(4) ? 1 : 0));
     }
@@ -137,7 +137,7 @@ TEST(MSPIUtilitiesTest, Durations) {
       {__LINE__, apply<&Utilities::kvdxToMspdiDuration>, "9999999999.9", "PT2777777H46M39S"},
       {__LINE__, fromSeconds, "360000", "360000.00 PT100H0M0S 100:00:00"},
       {__LINE__, fromSeconds, "-90.9", "-90.90 PT0H-1M-30S 00:-1:-30"},
-      {__LINE__, fromSeconds, "3e9", "3000000000.00 PT596523H14M7S 833333:20:00"},  // 32 bits hold 2147483647
+      {__LINE__, fromSeconds, "3e9", "3000000000.00 PT596523H14M7S 833333:20:00"},  // 2147483647 s in MSPDI
   });
   EXPECT_EQ(Utilities::kvdxToMspdiDuration(std::nullopt), std::nullopt);
 }
@@ -155,12 +155,12 @@ TEST(MSPIUtilitiesTest, DateTimeConversions) {
       {__LINE__, mspdiToMpp, "2011-03-27T02:30:00", "2011-03-27 01:30:00"},  // skipped
       {__LINE__, mspdiToMpp, "2011-10-30T02:30:00", "2011-10-30 01:30:00"},  // repeated
       {__LINE__, mspdiToMpp, "08:00:00Z", "raises Not a valid MSPDI date-time: '08:00:00Z' (time zone?)."},
-      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00-05:30", "2011-05-06 12:30:00"},  // -4:30
-      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00", "2011-05-06 06:00:00"},        // no zone: local here,
-      {__LINE__, toMspdi<0>, "2011-05-06T08:00:00", "2011-05-06T10:00:00"},       // UTC there
+      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00-05:30", "2011-05-06 12:30:00"},  // -05:30 is read as -4:30
+      {__LINE__, kvdxToMpp, "2011-05-06T08:00:00", "2011-05-06 06:00:00"},        // no offset: local time here,
+      {__LINE__, toMspdi<0>, "2011-05-06T08:00:00", "2011-05-06T10:00:00"},       // but UTC here
       {__LINE__, kvdxToMpp, "2011-05-06", "2011-05-06 05:00:00", "America/Bogota"},
       {__LINE__, toMspdi<0>, "999999999-12-31T24:00:00Z", "1000000000-01-01T00:00:00", "UTC"},
-      // The offset is the one at the clock reading that the text shows, taken as a local one.
+      // The offset is the one that the zone has at the text's clock reading, taken as local time.
       {__LINE__, toMspdi<0>, "2011-03-27T01:30:00Z", "2011-03-27T02:30:00"},
       {__LINE__, toMspdi<0>, "2011-10-30T01:30:00Z", "2011-10-30T03:30:00"},
       {__LINE__, day, "2011-05-06T22:00:00Z", "2011-05-07T00:00:00 2011-05-07T23:59:59"},
@@ -171,11 +171,11 @@ TEST(MSPIUtilitiesTest, DateTimeConversions) {
   });
   EXPECT_EQ(Utilities::compareMspdiDateTime("", "2011-05-06T08:00:00"), -1);
   EXPECT_EQ(Utilities::compareMspdiDateTime("2011-05-06T24:00:00", "2011-05-07"), 0);
-  EXPECT_EQ(Utilities::compareMspdiDateTime("2011-10-01", "2011-9-1"), 1);  // instants, not texts
+  EXPECT_EQ(Utilities::compareMspdiDateTime("2011-10-01", "2011-9-1"), 1);  // compares instants, not texts
 }
 
-/// Conversions that leave out the text between two others give what those give, near clock changes and at the ends of
-/// the years with four digits, too.
+/// Some conversions replace two others with a text between them. They must give the same results as those, also near
+/// clock changes and for years with three, four and five digits.
 TEST(MSPIUtilitiesTest, ConversionsWithoutATextBetweenAgree) {
   std::mt19937 random(8);  // NOLINT: the same numbers each time
   std::set<std::string> years;

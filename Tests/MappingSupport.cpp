@@ -24,7 +24,7 @@ static std::vector<xml::Node> nodesAt(xml::Node from, const std::string& path) {
   return path == "." ? std::vector{from} : xml::Query(path).all(from);
 }
 
-/// The texts of all that a field of a record leads to: "A/B", or "A/B?yes:no" for flags.
+/// The texts of all elements that a field of a record selects: "A/B", or "A/B?yes:no" for flags.
 static std::string textOf(xml::Node record, const std::string& field) {
   const std::size_t mark = field.find('?'), colon = field.find(':');
   std::string text;

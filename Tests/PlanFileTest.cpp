@@ -7,7 +7,7 @@ namespace {
 
 using conform::FileCalendars;
 
-/// A day or a span of hours: "off", or "08-12 13-17".
+/// The markup for the hours of a day, given as "off" or "08-12 13-17".
 std::string days(std::string_view text) {
   const bool isOff = text == "off";
   std::string times;
@@ -31,7 +31,7 @@ std::string calendar(int uid, int base, const std::string& week, const std::stri
                      uid, base, week, more);
 }
 
-/// What the calendar 2 has from Sunday, 2026-03-01, on, for ten days.
+/// The hours of calendar 2 on ten days, beginning with Sunday, 2026-03-01.
 std::string hoursOf(std::string_view calendars) {
   const auto plan = conform::readPlanFile(fmt::format(
       "<Project xmlns='http://schemas.microsoft.com/project'><Calendars>{}</Calendars></Project>", calendars));
@@ -60,14 +60,14 @@ TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
   expectOutcomes({
       {__LINE__, hoursOf, calendar(2, -1, monday, ""), usual},
       {__LINE__, hoursOf, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
-      // The base's exception counts more than the own week, the own exception more than the base's.
+      // An exception of the base counts before the calendar's own week, its own exception before one of the base.
       {__LINE__, hoursOf, base + calendar(2, 1, weekDay(2, "10-12"), ""),
        "off off 9-17 off off off off off 10-12 9-17"},
       {__LINE__, hoursOf, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
-      // The first of two exceptions counts; the end of the day is written as its beginning.
+      // The first of two exceptions counts. An end at 00:00 is the end of the day.
       {__LINE__, hoursOf, calendar(2, -1, monday, exceptions(late + off)),
        "22-24 22-24 off off off off off off 8-16 off"},
-      // Without the element Exceptions those among the week days count, with it they are the same said twice.
+      // Exceptions among the week days count only if there is no element Exceptions, which would repeat them.
       {__LINE__, hoursOf, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
       {__LINE__, hoursOf, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
       {__LINE__, hoursOf, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},

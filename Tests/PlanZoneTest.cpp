@@ -3,8 +3,8 @@
 
 namespace {
 
-/// Of a plan with the start dates, divided by blanks: how many dates, how many of another zone than New York's, and the
-/// first zone that fits.
+/// For a plan with these start dates, separated by blanks: the number of dates, the number of those with another offset
+/// than New York's, and the first zone that fits.
 std::string zoneOf(std::string_view dates) {
   std::string plan = "<scenario>";
   while (!dates.empty()) {
@@ -33,8 +33,8 @@ TEST(PlanZoneTest, FirstZoneThatFitsAllDates) {
       {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-02-30T08:30:00+02:00 2026-07-08T24:00:00-04:00",
        "1 1 Europe/Berlin"},
       {__LINE__, zoneOf, "2026-01-06T08:30:00-03:30 2026-07-08T08:30:00-02:30", "2 2 America/St_Johns"},
-      {__LINE__, zoneOf, "2026-01-06T08:30:00+13:45", "1 1 Pacific/Chatham"},             // of the system's table
-      {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-01-06T08:30:00+05:30", "2 2 "},  // two authors
-      {__LINE__, zoneOf, "2026-01-06T08:30:00 2026-01-06 soon 2026-01-06T08:30:00.5+01:00", "0 0 "},  // none to tell by
+      {__LINE__, zoneOf, "2026-01-06T08:30:00+13:45", "1 1 Pacific/Chatham"},  // found only in the system's zone data
+      {__LINE__, zoneOf, "2026-01-06T08:30:00+01:00 2026-01-06T08:30:00+05:30", "2 2 "},  // no zone fits two authors
+      {__LINE__, zoneOf, "2026-01-06T08:30:00 2026-01-06 soon 2026-01-06T08:30:00.5+01:00", "0 0 "},  // none counts
   });
 }

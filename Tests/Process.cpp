@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Has the kernel answer the calls with their errors, in this process and those that it starts.
+/// Makes the kernel answer the calls with their errors, in this process and in those that it starts.
 bool installFailures(const std::vector<FailingCall>& calls) {
   std::vector<sock_filter> filter;
   for (const FailingCall& call : calls) {

@@ -6,28 +6,28 @@
 
 #include "Tests/Support.h"
 
-/// What a program that ran as a process of its own left behind.
+/// The result of a program that ran as a process.
 struct ProcessResult {
   int status = -1;  ///< exit status; 128 + n when signal n ended it
   std::string log;  ///< what it wrote to standard error
 };
 
-/// A system call that fails, as where the system does not have it.
+/// A system call that is made to fail, as on a system that lacks it.
 struct FailingCall {
   int number;             ///< SYS_openat and the like
   int error;              ///< errno
-  unsigned argument = 0;  ///< index of the argument that the flag is looked for in
-  unsigned flag = 0;      ///< only calls with it fail; 0: all
+  unsigned argument = 0;  ///< index of the argument that is tested for the flag
+  unsigned flag = 0;      ///< only calls with this flag fail; with 0, all calls
 };
 
 /// How to start a program.
 struct ProcessOptions {
   std::string folder;                              ///< its current directory
-  std::map<std::string, std::string> environment;  ///< changes to this process's
+  std::map<std::string, std::string> environment;  ///< variables that differ from this process's
   std::vector<FailingCall> failingCalls = {};
 };
 
-/// A program under way, which ends with this object. One that hangs ends itself with SIGALRM after a minute.
+/// A running program. It is killed when this object is destroyed, and by SIGALRM when it takes more than a minute.
 class RunningProcess {
  public:
   RunningProcess(const std::vector<std::string>& command, const ProcessOptions& options);
@@ -35,12 +35,12 @@ class RunningProcess {
   RunningProcess(const RunningProcess&) = delete;
   RunningProcess& operator=(const RunningProcess&) = delete;
 
-  /// Reads the log until the text is in it; to its end when it never is.
+  /// Reads the log until it contains the text, or to its end.
   void waitForLog(const std::string& text);
   [[nodiscard]] bool isRunning() const;
-  /// Whether it has a file open that has no name, or no longer one.
+  /// Whether the program has an open file that has no name, or has lost it.
   [[nodiscard]] bool hasNamelessFile() const;
-  /// Waits for its end, after sending it the signal.
+  /// Sends the signal, if it is not 0, and waits for the program's end.
   ProcessResult end(int signal = 0);
 
  private:
@@ -52,13 +52,13 @@ class RunningProcess {
 /// The log without the prefix of each record, with the folder's path as "@DIR@".
 std::string withoutPrefixes(const std::string& log, const std::string& folder);
 
-/// Whether a strict parser of its own accepts the file.
+/// Whether xmllint, which is no part of the exporter, accepts the file.
 bool isWellFormed(const std::string& path);
 
-/// What is said of a document that cannot be read.
+/// The log of an export that ends because this document cannot be read.
 std::string unread(const std::string& path, const std::string& reason);
 
-/// A table of contents that shows the plan of that file name.
+/// A table of contents in which the plan with this file name is edited.
 std::string listing(const std::string& fileName);
 
 /// Name of the settings file.
@@ -77,12 +77,12 @@ struct Workplace {
   void makeBundle(const std::string& name, const std::string& plan,
                   const std::string& tableOfContents = listing("Plan.xml")) const;
   void setSettings(const std::string& toml) const { writeFile(folder / kSettings, toml); }
-  /// Starts the exporter by a shell script, in which "$@" stands for it and its arguments, which are words of the
-  /// shell.
+  /// Starts the exporter by a shell script. In the script, "$@" stands for the exporter and its arguments, which are
+  /// written as words of the shell.
   [[nodiscard]] RunningProcess start(const std::string& arguments, const std::string& script = "exec \"$@\"") const;
-  /// Runs it to its end, with a log withoutPrefixes().
+  /// Runs the exporter to its end. The log is withoutPrefixes().
   [[nodiscard]] ProcessResult run(const std::string& arguments, const std::string& script = "exec \"$@\"") const;
-  /// The same, with a log of warnings, errors and exceptions alone.
+  /// The same, but the log has only warnings, errors and exceptions.
   [[nodiscard]] ProcessResult complaints(const std::string& arguments, const std::string& script = "exec \"$@\"") const;
   [[nodiscard]] bool exists(const std::string& name) const;
 };

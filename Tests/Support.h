@@ -8,7 +8,7 @@
 #include "Platform/System/Exceptions.h"
 #include "Platform/XML/XMLTree.h"
 
-/// An environment variable set for a test's length; none unsets it.
+/// Sets an environment variable, or unsets it if there is no value. The destructor restores it.
 class ScopedVariable {
  public:
   ScopedVariable(std::string name, const std::optional<std::string>& value);
@@ -21,7 +21,7 @@ class ScopedVariable {
   std::optional<std::string> before_;
 };
 
-/// The system time zone for a test's length.
+/// Sets the system time zone. The destructor restores it.
 class PinnedZone {
  public:
   explicit PinnedZone(const std::string& name);
@@ -40,10 +40,10 @@ std::string written(const Document& document) {
   document.serialize([&text](std::string_view piece) { text += piece; });
   return text;
 }
-/// A document of the text; fails the test when it is none.
+/// Parses the text; fails the test when it is no document.
 std::shared_ptr<xml::Document> parsed(std::string_view text);
 
-/// The reason of the invariant that the action fails; "" when it raises nothing.
+/// The reason of the exception that the action raises; "" when it raises none.
 template <typename Action>
 std::string failureOf(Action action) {
   try {
@@ -54,7 +54,7 @@ std::string failureOf(Action action) {
   return "";
 }
 
-/// A folder of its own for a test, removed with all it holds.
+/// A new, empty folder. The destructor removes it with its contents.
 class ScratchFolder {
  public:
   ScratchFolder();
@@ -63,14 +63,14 @@ class ScratchFolder {
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// Path of a name in the folder.
+  /// The path of a file in the folder.
   [[nodiscard]] std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
 
  private:
   std::string path_;
 };
 
-/// Writes a file, making its folders.
+/// Writes a file, and creates its folders if they are missing.
 void writeFile(const std::string& path, std::string_view contents);
 /// Reads a file; fails the test when it cannot.
 std::string contentsOf(const std::string& path);

@@ -10,10 +10,10 @@
 #include "Platform/Time/Instant.h"
 #include "Tests/Support.h"
 
-// Tables of texts: an operation, what it is given, what it gives; one line a row.
+// Tables of checks. A row has an operation, the text that the operation gets, and the text that it must return.
 
-/// The instant of a UTC time "2011-05-06 08:00:00", by the standard library alone: what is expected in a table must
-/// not come from the code under test.
+/// The instant of a UTC time such as "2011-05-06 08:00:00". Uses the standard library alone, because expected values
+/// must not come from the code under test.
 inline platform::Instant utc(std::string_view text) {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
   std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
@@ -38,7 +38,7 @@ std::string shown(const std::optional<Value>& value) {
 }
 
 using Operation = std::string (*)(std::string_view);
-/// The function of one text as an operation.
+/// Makes an operation of a function that takes one text.
 template <auto kFunction>
 std::string apply(std::string_view text) {
   return shown(kFunction(text));
@@ -47,8 +47,8 @@ struct Row {
   int line;
   Operation operation;
   std::string_view text;
-  std::string_view expected;  ///< "none" for none, "raises <reason>" for an exception
-  std::string zone = {};      ///< "": as it is
+  std::string_view expected;  ///< "none" for no value, "raises <reason>" for an exception
+  std::string zone = {};      ///< the system time zone; "" leaves it unchanged
 };
 
 inline void expectOutcomes(std::initializer_list<Row> rows) {

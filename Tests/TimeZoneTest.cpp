@@ -18,7 +18,7 @@ std::string instant(std::string_view clock) {
 }
 std::string dayStart(std::string_view text) { return shown(TimeZone::system().startOfDay(utc(text))); }
 std::string dayEnd(std::string_view text) { return shown(TimeZone::system().endOfDay(utc(text))); }
-/// The clock's hour; offset, its share of summer time, weekday, the zone's name.
+/// At an instant: the clock's hour, the offset, the part of it that is summer time, the weekday; the zone's name.
 std::string state(std::string_view text) {
   const TimeZone& zone = TimeZone::system();
   const platform::Instant instant = utc(text);
@@ -30,20 +30,20 @@ std::string state(std::string_view text) {
 
 TEST(TimeZoneTest, WallClocksAndInstants) {
   expectOutcomes({
-      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},          // skipped
-      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},          // repeated
-      {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},    // half an hour
-      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},           // a day that is none
-      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},      // no midnight
-      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},        // back at midnight
-      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},        // back to midnight
-      {__LINE__, instant, "2011-04-10 12:00:00", "2011-04-10 11:00:00", "XXX0YYY,J100/0,J101/0"},  // a day of summer
+      {__LINE__, instant, "2011-03-27 02:30:00", "2011-03-27 01:30:00", "Europe/Berlin"},        // skipped
+      {__LINE__, instant, "2011-10-30 02:00:00", "2011-10-30 01:00:00", "Europe/Berlin"},        // repeated
+      {__LINE__, instant, "2011-10-02 02:15:00", "2011-10-01 15:45:00", "Australia/Lord_Howe"},  // skips half an hour
+      {__LINE__, instant, "2011-12-30 12:00:00", "2011-12-30 22:00:00", "Pacific/Apia"},         // this day is skipped
+      {__LINE__, dayStart, "2024-09-08 12:00:00", "2024-09-08 04:00:00", "America/Santiago"},    // midnight is skipped
+      {__LINE__, dayEnd, "2024-04-06 12:00:00", "2024-04-07 03:59:59", "America/Santiago"},      // 24:00 becomes 23:00
+      {__LINE__, dayStart, "2011-11-13 12:00:00", "2011-11-13 05:00:00", "America/Havana"},      // 01:00 becomes 00:00
+      {__LINE__, instant, "2011-04-10 12:00:00", "2011-04-10 11:00:00", "XXX0YYY,J100/0,J101/0"},  // summer for one day
       {__LINE__, instant, "2424-07-01 12:00:00", "2424-07-01 10:00:00", "Europe/Berlin"},
       {__LINE__, state, "2011-03-27 00:59:59", "1 3600 0 1 Europe/Berlin", ":Europe/Berlin"},
       {__LINE__, state, "9999-07-01 10:00:00", "12 7200 3600 5 Europe/Berlin", "Europe/Berlin"},
       {__LINE__, state, "2011-01-01 12:00:00", "12 0 -3600 7 Europe/Dublin", "Europe/Dublin"},
-      {__LINE__, state, "1943-06-01 12:00:00", "14 7200 7200 3 Europe/London", "Europe/London"},    // double
-      {__LINE__, state, "2016-07-01 12:00:00", "15 10800 0 6 Europe/Istanbul", "Europe/Istanbul"},  // kept for good
+      {__LINE__, state, "1943-06-01 12:00:00", "14 7200 7200 3 Europe/London", "Europe/London"},    // double summer
+      {__LINE__, state, "2016-07-01 12:00:00", "15 10800 0 6 Europe/Istanbul", "Europe/Istanbul"},  // summer time stays
       {__LINE__, state, "2023-07-01 12:00:00", "6 -21600 0 7 America/Mexico_City", "America/Mexico_City"},
       {__LINE__, state, "2011-03-27 01:00:00", "3 7200 3600 1 Europe/Berlin", "/usr/share/zoneinfo/Europe/Berlin"},
       {__LINE__, state, "2012-02-29 06:00:00", "6 0 0 4 UTC", "Nowhere/Land"},
@@ -52,7 +52,7 @@ TEST(TimeZoneTest, WallClocksAndInstants) {
 }
 
 TEST(TimeZoneTest, AgreesWithTheCLibrary) {
-  // What TZ may hold, and zones that changed late, often, by odd amounts, over the date line or the wrong way round.
+  // All forms of TZ, and zones with unusual changes: recent, frequent, by odd amounts, across the date line, reversed.
   std::istringstream names(
       ":Europe/Berlin /usr/share/zoneinfo/Asia/Kolkata :/etc/localtime UTC EST5EDT EST5EDT,M3.2.0,M11.1.0 "
       "CET-1CEST CET-1CEST,M3.5.0,M10.5.0/3 <+0330>-3:30 <-02>2<-01>,M3.5.0/-1,M10.5.0/0 "
@@ -62,7 +62,7 @@ TEST(TimeZoneTest, AgreesWithTheCLibrary) {
       "Antarctica/Troll Australia/Lord_Howe Europe/Dublin Europe/Istanbul Europe/London Europe/Moscow "
       "Pacific/Apia Pacific/Chatham Pacific/Kwajalein");
   std::mt19937_64 random(19700101);
-  for (std::string name; !names.fail(); names >> name) {  // the empty one first
+  for (std::string name; !names.fail(); names >> name) {  // the first name is empty
     const PinnedZone pinned(name);
     tzset();
     const TimeZone& zone = TimeZone::system();

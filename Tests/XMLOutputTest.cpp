@@ -5,7 +5,8 @@
 
 namespace {
 
-/// What of a text, in elements, attributes and comments, reads back from a document of XML's characters alone.
+/// Writes the text in elements, attributes and comments, and reads it back. The document must have only characters that
+/// XML allows.
 std::string readBack(std::string_view text) {
   xml::OutputDocument document;
   xml::Section& root = document.setRoot(std::make_unique<xml::Section>("r", 0));
@@ -20,7 +21,7 @@ std::string readBack(std::string_view text) {
   EXPECT_TRUE(platform::isUTF8(bytes)) << bytes;
   for (const char c : bytes) EXPECT_TRUE(static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\t') << bytes;
   const std::size_t start = bytes.find("<!--") + 4;
-  const std::size_t end = bytes.find("--", start);  // must not stand inside
+  const std::size_t end = bytes.find("--", start);  // "--" must only be the end of the comment
   EXPECT_EQ(bytes.substr(end, 8), "-->\n  <e") << bytes;
   const auto again = parsed(bytes);
   const auto elements = xml::Query("e").all(again->root());
@@ -31,7 +32,7 @@ std::string readBack(std::string_view text) {
   return value;
 }
 
-/// A document whose largest section has elements of these sizes, and what of it was written before the end.
+/// The text of a document whose largest section has elements of these sizes, and how much was written before the end.
 struct Growing {
   std::string text;
   std::size_t ahead = 0;
@@ -102,7 +103,7 @@ TEST(XMLOutputTest, SectionsStandWhereTheyWereAppended) {
   xml::Section& first = root.appendSection("s");
   root.appendSection("empty");
   root.appendChild("a");
-  root.appendChild("b", "\x01");  // a text of which nothing is left
+  root.appendChild("b", "\x01");  // its only character is dropped: written as <b></b>
   const auto element = [&document] {
     xml::Element made = document.newElement("e");
     made.node().appendChild("b").appendChild("c", "<");
@@ -127,7 +128,7 @@ TEST(XMLOutputTest, SectionsStandWhereTheyWereAppended) {
                                    indented("  ") + "  <!--end-->\n</r>\n");
 }
 
-/// Elements that share memory stay whole as long as one of them has an owner; texts of any size have room.
+/// Elements that share memory must stay valid as long as one of them is owned, whatever the size of their texts.
 TEST(XMLOutputTest, ElementsKeepTheirMemory) {
   for (const std::size_t size : {4U, 100'000U}) {
     xml::OutputDocument document;

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A document to query: an element is known by its "n".
+/// The document for the queries. The attribute "n" names each element.
 constexpr const char* kPlan = R"(<scenario xmlns="http://korvella/1" id="s">
   <project n="p"><title n="1"/><title n="2"/></project>
   <task id="t1" n="a"><link idref="t2" n="l1"/><link n="l2"/></task>
@@ -15,7 +15,8 @@ constexpr const char* kPlan = R"(<scenario xmlns="http://korvella/1" id="s">
   <other><project n="o"><title n="3"/></project><title n="4"/></other>
 </scenario>)";
 
-/// The matches in order, below the root or the element named in front of a bar; the last must be the one found alone.
+/// The names of all matches, below the root or below the element that is selected in front of a bar. Query::last() must
+/// find the last of them.
 std::string matches(std::string_view query) {
   const auto document = parsed(kPlan);
   xml::Node context = document->root();
@@ -32,7 +33,8 @@ std::string matches(std::string_view query) {
   return names;
 }
 
-/// What the document gives, "guessed" in front of it when something in it was, or why there is none.
+/// What "get" returns for the root, after "guessed" if something in the document was guessed; "none" and the reason if
+/// there is no document.
 template <typename Get>
 std::string reading(std::string_view bytes, Get get) {
   const xml::Reading reading = xml::Document::read(std::string(bytes));
@@ -55,13 +57,13 @@ constexpr const char* kTwoEntities = "<!DOCTYPE a [<!ENTITY in '&#x41;'><!ENTITY
 std::string typed(const std::string& declarations, const std::string& root) {
   return "<!DOCTYPE a SYSTEM 'a>b' [" + declarations + "]>\n" + root;
 }
-/// So many entities, each in the next.
+/// A document with this number of entities, each of which contains the one before.
 std::string nested(int entities) {
   std::string declarations = "<!ENTITY e1 'x'>";
   for (int i = 2; i <= entities; ++i) declarations += fmt::format("<!ENTITY e{} '&e{};'>", i, i - 1);
   return typed(declarations, fmt::format("<a>&e{};</a>", entities));
 }
-/// An entity of 100 times the character, so many times in a document of 1000.
+/// A document of 1000 characters that refers this many times to an entity of 100 characters.
 std::string grown(int times, char character = 'x') {
   std::string root = "<a>";
   for (int i = 0; i < times; ++i) root += "&e;";
@@ -69,7 +71,7 @@ std::string grown(int times, char character = 'x') {
   return root + std::string(1000 - root.size(), ' ');
 }
 
-/// Of high bytes first.
+/// The text as UTF-16, with the high byte first.
 std::string utf16(std::u16string_view text) {
   std::string bytes;
   for (const int unit : text) bytes += {static_cast<char>(unit >> 8), static_cast<char>(unit)};
@@ -190,7 +192,8 @@ TEST(XMLTreeTest, References) {
       {__LINE__, read, nested(21), "none: its entities are nested more than 20 deep"},
       {__LINE__, read, grown(101), "none: its entities expand to more than ten times its size"},
       {__LINE__, read, grown(100), std::string(10000, 'x')},
-      {__LINE__, read, grown(26, '>'), "none: its entities expand to more than ten times its size"},  // as "&gt;"
+      // Each ">" counts as "&gt;", which has four characters.
+      {__LINE__, read, grown(26, '>'), "none: its entities expand to more than ten times its size"},
   });
 }
 
