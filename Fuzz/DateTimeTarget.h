@@ -67,7 +67,7 @@ inline void checkInstant(double seconds) {
   if (seconds < -6e10 / 2) return;
   const auto text = MSPIUtilities::mppToKvdxDateTime(instant);
   const auto back = MSPIUtilities::kvdxToMppDateTime(*text);
-  check(back && back->seconds == instant.seconds, fmt::format("{} is written {}", instant.seconds, *text));
+  check(back && back->seconds == instant.seconds, fmt::format("{} is read back from {}", instant.seconds, *text));
 }
 
 inline void checkNumbers(std::string_view text) {
@@ -114,12 +114,12 @@ inline void callConversions(std::string_view text) {
 inline void callWithAnother(std::string_view text, std::string_view other) {
   using U = MSPIUtilities;
   callAny([&] {
-    check(U::compareMspdiDateTime(text, text) == 0, "equal to itself");
-    check(U::compareMspdiDateTime(text, other) == -U::compareMspdiDateTime(other, text), "one order");
+    check(U::compareMspdiDateTime(text, text) == 0, "a text is equal to itself");
+    check(U::compareMspdiDateTime(text, other) == -U::compareMspdiDateTime(other, text), "swapping reverses the order");
     return 0;
   });
   callAny([&] { return U::isWorkingDay(text, nullptr); });
-  // An advance steps day by day for up to about 10,000 years: correct, but too slow to try often.
+  // An advance takes a step for each day, up to about 10,000 years. This is correct, but too slow to try often.
   if (std::abs(platform::doubleValue(other)) >= 1e9) return;
   callAny([&] { return U::isoDateTime(text, other, true, nullptr); });
   callAny([&] { return U::isoDateTime(text, other, false, nullptr); });

@@ -39,7 +39,7 @@ inline std::string fuzzExport(std::string_view input) {
   for (std::size_t at = 0; at <= input.size();) {
     const std::size_t end = std::min(input.find(kDocumentSeparator, at), input.size());
     documents.push_back(fuzzDocument(input.substr(at, end - at)));
-    if (!documents.back()) return "";  // the exporter ends here
+    if (!documents.back()) return "";  // here, the exporter would end with an error
     at = end + 1;
   }
   if (documents.size() < 2) documents.push_back(fuzzDocument("<table-of-contents/>"));
