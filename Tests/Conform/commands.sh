@@ -68,7 +68,7 @@ grep -qF '<Name>bell\x07</Name>' bell-out.xml || bad "$(cat bell-out.xml)"
 [ "$(stat -c %a "50%41.xml")" = 640 ] || bad "written with mode $(stat -c %a "50%41.xml")"
 for encoding in UTF-8 UTF-16 UTF-16LE UTF-16BE; do
   iconv -t "$encoding" plan.xml >encoded.xml
-  "$conform" encoded.xml "$encoding.xml" 2>/dev/null && cmp UTF-8.xml "$encoding.xml" || bad "reads $encoding otherwise"
+  "$conform" encoded.xml "$encoding.xml" 2>/dev/null && cmp UTF-8.xml "$encoding.xml" || bad "$encoding: wrong copy"
 done
 
 # Elements that are not in the published orders, comments and processing instructions are kept, even outside the root.

@@ -129,27 +129,29 @@ class Judge:
 
     def judge_hours(self):
         for number, date, expected, found in self.differing_days():
-            self.expect(False, "hours of resource", self.plan.resources[number].get("id"),
+            self.expect(False, "wrong hours of resource", self.plan.resources[number].get("id"),
                         datetime.date.fromordinal(date), spans(expected), "in the file:", found and spans(found))
 
     def judge_calendar(self, number, calendar):
         name = self.plan.resources[number].get("id")
         own = self.plan.levels[number]
         is_base = text(calendar.element, "IsBaseCalendar") == "1"
-        self.expect(is_base == (calendar.chain == [calendar]) == (number in self.plan.parents or number == 0), "bases of", name)
-        self.expect(set(calendar.week) == (set(range(7)) if is_base else set(own.week)), "week days of", name)
-        self.expect(calendar.element.find("WorkWeeks") is None, "work weeks in", name)
+        self.expect(is_base == (calendar.chain == [calendar]) == (number in self.plan.parents or number == 0),
+                    "wrong bases of", name)
+        self.expect(set(calendar.week) == (set(range(7)) if is_base else set(own.week)), "wrong week days of", name)
+        self.expect(calendar.element.find("WorkWeeks") is None, "unexpected work weeks in", name)
         listed = [day for day in calendar.element.iterfind("WeekDays/WeekDay") if text(day, "DayType") == "0"]
         self.expect([(*calendar.period(day), text(day, "DayWorking"), hours_of(day)) for day in listed] ==
                     [(*calendar.period(day), text(day, "DayWorking"), hours_of(day)) for day in calendar.exceptions],
-                    "entries of day type 0 of", name)
+                    "entries of day type 0 differ from the exceptions of", name)
         for element in calendar.element.iter():
             if element.find("DayWorking") is not None:
                 times = [second_of(time.text) for time in element.iter() if time.tag in ("FromTime", "ToTime")]
                 times = times[:-1] + [times[-1] or DAY] if times else times
-                self.expect(len(times) <= 10 and sorted(set(times)) == times, "working times of", name, times)
-                self.expect(bool(times) == (text(element, "DayWorking") == "1"), "working days of", name)
-        self.expect(not any((time.text or "").startswith("24:") for time in calendar.element.iter()), "24:00 in", name)
+                self.expect(len(times) <= 10 and sorted(set(times)) == times, "wrong working times of", name, times)
+                self.expect(bool(times) == (text(element, "DayWorking") == "1"), "wrong working days of", name)
+        self.expect(not any((time.text or "").startswith("24:") for time in calendar.element.iter()),
+                    "a time 24:00 in", name)
         self.judge_exceptions(name, number, calendar)
 
     def judge_exceptions(self, name, number, calendar):
@@ -158,17 +160,18 @@ class Judge:
         for exception in calendar.exceptions:
             first, final = calendar.period(exception)
             fixed = [text(exception, tag) for tag in ("EnteredByOccurrences", "Type", "Occurrences")]
-            self.expect(fixed == ["0", "1", str(final - first + 1)], "exception of", name, fixed)
+            self.expect(fixed == ["0", "1", str(final - first + 1)], "wrong exception of", name, fixed)
             period = "".join(last(exception, "TimePeriod").itertext())
-            self.expect("T00:00:00" in period and "T23:59:59" in period, "period in", name, period)
+            self.expect("T00:00:00" in period and "T23:59:59" in period, "wrong period in", name, period)
             self.expect(first > before, "overlapping or unordered exceptions of", name, first)
-            self.expect(first > before + 1 or hours_of(exception) != before_hours, "two exceptions for one", name, first)
+            self.expect(first > before + 1 or hours_of(exception) != before_hours,
+                        "adjacent equal exceptions of", name, first)
             before, before_hours = final, hours_of(exception)
             same = [date for date in range(first, final + 1)
                     if calendar.hours(date, calendar.chain[1:]) == in_five(hours(date))]
-            self.expect(not same, "needless dates in", name, same[:3])
+            self.expect(not same, "an exception changes nothing on some dates in", name, same[:3])
             expected = ", ".join(names(range(first, final + 1)))
-            self.expect(text(exception, "Name") == expected, "name in", name, text(exception, "Name"), expected)
+            self.expect(text(exception, "Name") == expected, "wrong name in", name, text(exception, "Name"), expected)
 
     def working_days(self, resource, start, end):
         """First second, last second and working seconds of each working day from start to end."""
@@ -209,18 +212,21 @@ class Judge:
                 sums[kind] += value
                 days[start, finish] += value
                 self.expect(value > 0 and text(entry, "Unit") == "2" and text(entry, "UID") == text(after, "UID") and
-                            previous[0] <= start and previous[1] >= kind, "entry of", text(after, "UID"), start, kind, value)
+                            previous[0] <= start and previous[1] >= kind,
+                            "wrong entry of", text(after, "UID"), start, kind, value)
                 previous = (start, kind)
-            self.expect(sums == collections.Counter({"2": done, "1": work - done}), "sums of", text(after, "UID"), sums)
+            self.expect(sums == collections.Counter({"2": done, "1": work - done}),
+                        "wrong sums of", text(after, "UID"), sums)
             if after.find("ActualWork") is not None:
                 self.expect([duration_of(text(after, tag)) for tag in ("ActualWork", "RemainingWork")] ==
-                            [done, work - done], "work of", text(after, "UID"))
+                            [done, work - done], "wrong work of", text(after, "UID"))
             expected, roundings = collections.Counter(), collections.Counter()
             for start, finish, share in self.expected_work(after, task, source, work):
                 expected[start, finish] += share
                 roundings[start, finish] += 2  # one for the piece's share, one for the day's
             for day in {*expected, *days}:
-                self.expect(abs(expected[day] - days[day]) <= roundings[day], "work on", day, float(expected[day]), days[day])
+                self.expect(abs(expected[day] - days[day]) <= roundings[day],
+                            "wrong work on", day, float(expected[day]), days[day])
 
     def judge_project(self):
         week = [self.plan.week_day(0, weekday) for weekday in range(7)]
@@ -233,7 +239,7 @@ class Judge:
             day = spans(next(hours for hours in week if hours.bit_count() == length))
             times = [f"{s // 3600 % 24:02}:{s // 60 % 60:02}:{s % 60:02}" for s in (day[0][0], day[-1][1])]
             expected = [str(max((s + 30) // 60, 1)) for s in (length, sum(h.bit_count() for h in week))] + times
-        self.expect(found == expected, "the project's week", found, expected)
+        self.expect(found == expected, "wrong week of the project:", found, expected)
 
 
 def judge(programs, zone, bundle, counting):

@@ -63,7 +63,7 @@ def judge_order(element, path):
     names = next((ORDERS[key] for key in sorted(ORDERS, key=len, reverse=True) if path.endswith(key)), None)
     if names:
         places = [names.index(child.tag) if child.tag in names else len(names) for child in element]
-        check(places == sorted(places), "order:", path, [child.tag for child in element])
+        check(places == sorted(places), "wrong order:", path, [child.tag for child in element])
     for child in element:
         check(child.tag not in DATES or text(element, child.tag).strip(), "empty date:", path, child.tag)
         if len(child):
@@ -72,9 +72,9 @@ def judge_order(element, path):
 
 def judge_uids(root, kind):
     uids = [text(thing, "UID") for thing in objects(root, kind)]
-    check(all(uid.isdigit() and int(uid) <= 2097151 for uid in uids), kind, "UIDs", uids)
+    check(all(uid.isdigit() and int(uid) <= 2097151 for uid in uids), kind, "UIDs out of range:", uids)
     values = [int(uid) for uid in uids if uid.isdigit()]
-    check(len(set(values)) == len(values), kind, "UIDs twice", sorted(values))
+    check(len(set(values)) == len(values), kind, "UIDs are repeated:", sorted(values))
     return set(uids)
 
 
@@ -99,26 +99,31 @@ def judge_alone(root):
     fields = [text(definition, "FieldID") for definition in definitions]
     check(len(set(fields)) == len(fields), "fields defined twice:", fields)
     for definition in definitions:
-        check(FIELDS.get(text(definition, "FieldID")) == text(definition, "FieldName"), "field", ET.tostring(definition))
+        check(FIELDS.get(text(definition, "FieldID")) == text(definition, "FieldName"),
+              "wrong field", ET.tostring(definition))
     for thing in objects(root, "Task") + objects(root, "Resource"):
         used = [text(value, "FieldID") for value in thing.findall("ExtendedAttribute")]
-        check(len(set(used)) == len(used) and set(used) <= set(fields), text(thing, "UID"), "has the fields", used)
+        check(len(set(used)) == len(used) and set(used) <= set(fields),
+              text(thing, "UID"), "has undefined or repeated fields among", used)
     held = {is_held(task) for task in objects(root, "Task") if text(task, "Summary") == "0"}
     check(len(held) < 2, "some tasks are held on their dates and others are not")
     for task, number in outline_numbers(root):
-        check(text(task, "WBS") == text(task, "OutlineNumber") == number, "outline", text(task, "UID"), number)
-        check((text(task, "CalendarUID"), text(task, "IgnoreResourceCalendar")) == ("-1", "0"), "task calendar")
+        check(text(task, "WBS") == text(task, "OutlineNumber") == number,
+              "wrong outline number of task", text(task, "UID"), number)
+        check((text(task, "CalendarUID"), text(task, "IgnoreResourceCalendar")) == ("-1", "0"), "wrong task calendar")
         for link in task.findall("PredecessorLink"):
-            check(text(link, "PredecessorUID") in tasks and text(link, "LinkLag"), "link", text(task, "UID"))
+            check(text(link, "PredecessorUID") in tasks and text(link, "LinkLag"),
+                  "wrong link of task", text(task, "UID"))
     for assignment in objects(root, "Assignment"):
-        check(text(assignment, "TaskUID") in tasks, "assignment of task", text(assignment, "TaskUID"))
-        check(text(assignment, "ResourceUID") in resources | {"-65535"}, "assignment to", text(assignment, "ResourceUID"))
+        check(text(assignment, "TaskUID") in tasks, "assignment of a missing task", text(assignment, "TaskUID"))
+        check(text(assignment, "ResourceUID") in resources | {"-65535"},
+              "assignment to a missing resource", text(assignment, "ResourceUID"))
     for exceptions in root.findall("Calendars/Calendar/Exceptions"):
         days = [text(exception, "TimePeriod/FromDate") for exception in exceptions]
-        check(days == sorted(days), "exceptions:", days)
+        check(days == sorted(days), "unordered exceptions:", days)
     for week in root.findall("Calendars/Calendar/WorkWeeks/WorkWeek"):
         days = [text(day, "DayType") for day in week.findall("WeekDays/WeekDay") if "1" <= text(day, "DayType") <= "7"]
-        check(len(set(days)) == len(days), "weekdays of a work week:", days)
+        check(len(set(days)) == len(days), "repeated weekdays in a work week:", days)
 
 
 # --- Compared with the exact file ---
@@ -177,7 +182,7 @@ def judge_fields(exact, corrected, kind):
         now = collections.Counter((alias if alias in known else re.sub(r" \(\d+\)$", "", alias), value)
                                   for alias, value in now.elements())
         lost = {key for key in before - now if len(kept) < 30 or key[0] in kept}
-        check(not lost and not now - before, kind, "fields", lost, now - before)
+        check(not lost and not now - before, kind, "fields are lost or new:", lost, now - before)
 
 
 def links(root):
@@ -212,14 +217,16 @@ def judge_against(exact, corrected, has_bundle):
                 check(len(old_parts) == len(new_parts), kind, text(old, "UID"), parts, len(new_parts))
                 for old_part, new_part in zip(old_parts, new_parts):
                     judge_kept(old_part, new_part, has_bundle)
-    check(links(exact) == links(corrected), "links:", links(exact), links(corrected))
-    check(assigned(exact) == assigned(corrected), "assignments:", assigned(exact), assigned(corrected))
+    check(links(exact) == links(corrected), "links differ:", links(exact), links(corrected))
+    check(assigned(exact) == assigned(corrected), "assignments differ:", assigned(exact), assigned(corrected))
     for kind in ("Task", "Resource"):
         judge_fields(exact, corrected, kind)
     for old, new in zip(objects(exact, "Resource"), objects(corrected, "Resource")):
-        check(text(new, "Name") == text(old, "Name").translate(str.maketrans(",[]", ";()")), "name", text(new, "Name"))
+        check(text(new, "Name") == text(old, "Name").translate(str.maketrans(",[]", ";()")),
+              "wrong name", text(new, "Name"))
         material = text(new, "Type") == "0" and text(new, "StandardRate")
-        check(text(new, "StandardRateFormat") == ("8" if material else text(old, "StandardRateFormat")), "rate")
+        check(text(new, "StandardRateFormat") == ("8" if material else text(old, "StandardRateFormat")),
+              "wrong unit of a rate")
 
 
 # --- Compared with the bundle ---
@@ -244,20 +251,23 @@ def rounded(value):
 
 
 def judge_divided(thing, ratio, name):
-    check(text(thing, "PercentWorkComplete") == (str(rounded(ratio * 100)) if rounded(ratio * 100) else ""), name, "percent")
+    check(text(thing, "PercentWorkComplete") == (str(rounded(ratio * 100)) if rounded(ratio * 100) else ""), name,
+          "wrong percentage")
     work, done = seconds(text(thing, "Work")), seconds(text(thing, "ActualWork"))
     if work >= 0:
-        check(abs(done - work * ratio) <= 1 and done + seconds(text(thing, "RemainingWork")) == work, name, "work")
-    check(bool(text(thing, "ActualStart")) == (ratio > 0 and bool(text(thing, "Start"))), name, "ActualStart")
-    check(bool(text(thing, "ActualFinish")) == (ratio == 1 and bool(text(thing, "Finish"))), name, "ActualFinish")
+        check(abs(done - work * ratio) <= 1 and done + seconds(text(thing, "RemainingWork")) == work,
+              name, "wrong work")
+    check(bool(text(thing, "ActualStart")) == (ratio > 0 and bool(text(thing, "Start"))), name, "wrong ActualStart")
+    check(bool(text(thing, "ActualFinish")) == (ratio == 1 and bool(text(thing, "Finish"))), name, "wrong ActualFinish")
 
 
 def judge_priorities(pairs):
     for priority, published in pairs:
         lowest, highest = (500, 500) if priority == 0 else (501, 999) if priority > 0 else (1, 499)
-        check(lowest <= published <= highest, "priority", priority, "is", published)
+        check(lowest <= published <= highest, "priority", priority, "is wrongly written as", published)
     for (low, low_published), (high, high_published) in zip(pairs, pairs[1:]):
-        check((low < high) == (low_published < high_published), "priorities", low, high, low_published, high_published)
+        check((low < high) == (low_published < high_published),
+              "wrong order of priorities", low, high, low_published, high_published)
 
 
 def judge_plan(exact, corrected, bundle):
@@ -273,7 +283,7 @@ def judge_plan(exact, corrected, bundle):
         ratio = ratios[text(new, "UID")] = ratio_of(source)
         judge_divided(new, ratio, source.get("id"))
         duration, remaining = seconds(text(new, "Duration")), seconds(text(new, "RemainingDuration"))
-        check(abs(duration * (1 - ratio) - remaining) <= 1, source.get("id"), "RemainingDuration", remaining)
+        check(abs(duration * (1 - ratio) - remaining) <= 1, source.get("id"), "wrong RemainingDuration", remaining)
         priorities.add((int(text(source, "priority") or 0), int(text(new, "Priority"))))
     judge_priorities(sorted(priorities))
     for assignment in objects(corrected, "Assignment"):
