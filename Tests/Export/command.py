@@ -185,12 +185,12 @@ def judge_json(faults):
     lines = run(["--json", "--check", "Plan.kvdx", "Doubtful.kvdx", "Empty.kvdx", "absent.kvdx", "terminal"]).stdout.splitlines()
     objects = sorted((json.loads(line) for line in lines), key=lambda object: "PDEat".index(object["bundle"][0]))
     if [object["status"] for object in objects] != ["checked", "checked", "failed", "failed", "checked"]:
-        faults.append(f"--json: {lines}")
+        faults.append(f"--json: wrong statuses: {lines}")
     elif objects[0]["counts"]["tasks"] != 2 or len(objects[1]["warnings"]) < 2 or objects[2]["output"] is not None:
-        faults.append(f"--json says other things: {lines}")
+        faults.append(f"--json: wrong counts, warnings or output: {lines}")
     paged = json.loads(run(["--json", "--page", "Plan.kvdx"]).stdout)
     if pathlib.Path(paged["page"]) != pathlib.Path("Plan.html").resolve():
-        faults.append(f"--json --page: {paged}")
+        faults.append(f"--json --page: wrong page: {paged}")
 
 
 def judge_lack_of_memory(faults):
@@ -261,7 +261,7 @@ def judge_streams(faults):
             shown += piece
     process.wait(60)
     if b"[2J" in shown.replace(rb"\x1b[2J", b"") or b"50 %" not in shown:
-        faults.append(f"a terminal obeys a name: {shown}")
+        faults.append(f"the terminal gets the control characters of a name, or no progress: {shown}")
 
 
 def main():

@@ -71,9 +71,9 @@ def main():
             there = export(bundle, zone, work / f"there{number}.xml")
             here = export(bundle, "UTC", work / f"here{number}.xml")
             if not isinstance(there, bytes) or there != here:
-                faults.append(f"{bundle} differs in UTC from {zone}: {there if isinstance(there, str) else ''}")
+                faults.append(f"{bundle}: differs in UTC and {zone}: {there if isinstance(there, str) else ''}")
             elif number >= len(EXAMPLES) and len(set(map(tuple, starts(bundle, here)))) != 1:
-                faults.append(f"{zone}: other starts than the plan's: {starts(bundle, here)}")
+                faults.append(f"{zone}: the starts differ from the plan's: {starts(bundle, here)}")
     print("\n".join(faults))
     return 1 if faults else 0
 

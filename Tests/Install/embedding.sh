@@ -23,5 +23,5 @@ sed -i 's|<title>House Renovation, .*</title>||' "$scratch/Untitled.kvdx/"*.xml
 "$embedding" "$scratch/Untitled.kvdx" "$scratch/untitled.xml" >/dev/null 2>&1
 expect_same 'name of the project' '  <Name>Embedded plan</Name>' "$(grep -m 1 '<Name>' "$scratch/untitled.xml")"
 if "$embedding" "$scratch/absent.kvdx" "$scratch/absent.xml" 2>/dev/null; then
-  fail "an absent bundle is exported"
+  fail "exporting an absent bundle succeeds"
 fi

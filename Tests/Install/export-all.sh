@@ -66,12 +66,12 @@ failed_bundles_are_told_and_resumed() {
   echo nonsense >some/Broken.KVDX/__TOC.xml
   run 1 --jobs 2 --log some-log some some/south
   expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
-  expect_same 'told as failed' "Failed: $scratch/some/Broken.KVDX" "$(grep ^Failed errors)"
+  expect_same 'reported as failed' "Failed: $scratch/some/Broken.KVDX" "$(grep ^Failed errors)"
   grep -q '    .*Failed to build XML DOM' errors || fail "the log of the failed export is missing"
   run 2 --log some-log some
   make_bundle some/Broken.KVDX mended
   touch some-log/mine.{seq,err}
-  printf '4\tloc' >>some-log/joblog # what a full disk leaves of a line
+  printf '4\tloc' >>some-log/joblog # the part of a line that fits on a full disk
   run 0 --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
@@ -89,7 +89,7 @@ conforming_copies_are_made_beside_the_exports() {
   sed -i 's|</type></resource>|</type><child-resource idref="r1"/></resource>|
           s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' \
     plans/Bolts.kvdx/Plan.xml
-  # A plan's text that imitates a line of the exporter's log, in a bundle whose copy fails.
+  # A bundle whose copy fails, with a text that imitates a line of the exporter's log.
   echo mine >thesis
   sed "s|Nuts, bolts|\&#10;2026-05-04 08:00:00.000 MSPDIExport[1] Output: '$scratch/thesis'|" \
     plans/Bolts.kvdx/Plan.xml >plans/Unlucky.kvdx/Plan.xml
@@ -98,7 +98,7 @@ conforming_copies_are_made_beside_the_exports() {
     "exec '$bin/mspdi-conform' \"\$@\""
   export_all=stub/mspdi-export-all run 1 --conform --log conform-log plans
   expect_same counts '2 of 4 bundles exported, 2 failed, 0 not run' "$counts"
-  expect_same 'told as failed' "Failed: $scratch/plans/Unlucky.kvdx"$'\n'"Failed: $scratch/plans/$long.kvdx" \
+  expect_same 'reported as failed' "Failed: $scratch/plans/Unlucky.kvdx"$'\n'"Failed: $scratch/plans/$long.kvdx" \
     "$(grep ^Failed errors)"
   grep -q '    out of memory' errors || fail "the log of the failed copy is missing"
   # Plans are numbered in the order of their names, so Bolts is number 1.
@@ -246,7 +246,7 @@ names_that_the_log_cannot_show_as_they_are() {
   run 1 --exact odd
   expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
   script -qec "'$export_all' odd" /dev/null >>shown || true
-  ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b\x9b]' errors shown || fail "a terminal obeys a name"
+  ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b\x9b]' errors shown || fail "unescaped control characters"
 }
 
 other_machines_are_reached_by_ssh() {
@@ -257,7 +257,7 @@ other_machines_are_reached_by_ssh() {
   for bundle in remote/*/*.kvdx; do
     make_bundle "$bundle" "$bundle"
   done
-  # No login shell, as for services.
+  # Accounts of services have no login shell.
   SHELL=/usr/sbin/nologin PARALLEL_SSH=$scratch/ssh-stand-in TZ=Asia/Tokyo \
     run 0 --exact --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
   expect_same machines $'alpha\nbeta' "$(cut -f2 remote-log/joblog | grep -v Host | sort -u)"

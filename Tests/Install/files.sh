@@ -17,5 +17,5 @@ for page in "$prefix"/share/man/man1/*.gz; do
   zcat "$page" | cmp - "$ROOT/man/$(basename "$page" .gz)"
 done
 if grep -rlF -e "$ROOT" -e "$build" "$prefix" --include=*.cmake; then
-  fail "these files name folders of the build"
+  fail "these files contain paths of the build"
 fi

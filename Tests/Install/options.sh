@@ -45,7 +45,7 @@ offered_by_zsh() {
 for program in "$prefix"/bin/*; do
   command=${program##*/}
   told=$(told_by "$command" | options_in)
-  [ -n "$told" ] || fail "$command tells no options"
+  [ -n "$told" ] || fail "the usage of $command lists no options"
   expect_same "$command --help and its man page" "$told" "$(in_man_page "$command" | options_in)"
   for shell in bash zsh; do
     expect_same "$command --help and $shell" "$(long_ones "$told")" \

@@ -134,7 +134,7 @@ def check_refused(what, contents, arguments, status, message):
     out = run(*arguments)
     expect(f"{what}: status", status, out.returncode)
     if not re.search(message, out.stderr):
-        bad(f"{what}: said {out.stderr}")
+        bad(f"{what}: wrong message {out.stderr}")
     expect(f"{what}: files", (before, "kept"), (sorted(os.listdir()), pathlib.Path("existing.html").read_text()))
 
 
@@ -143,7 +143,7 @@ with tempfile.TemporaryDirectory() as folder:
     os.mkdir("P.kvdx")
     golden = sorted(map(str, source.glob("Tests/Golden/*/expected.xml")))
     if not golden:
-        bad("no golden cases")
+        bad("there are no golden cases")
     for path in golden:
         check_golden(path)
     for what, (contents, shown) in ODD.items():
@@ -155,7 +155,7 @@ with tempfile.TemporaryDirectory() as folder:
     for name in ("in.html", "in-1.html", "in-2.html"):
         run("in.xml")
         if not os.path.exists(name):
-            bad(f"no {name}")
-    expect("the same page again", pathlib.Path("in.html").read_bytes(), pathlib.Path("in-2.html").read_bytes())
+            bad(f"{name} was not written")
+    expect("a second page", pathlib.Path("in.html").read_bytes(), pathlib.Path("in-2.html").read_bytes())
     os.chdir("/")
 sys.exit(failures != 0)
