@@ -43,7 +43,7 @@ constexpr std::array kCorrections = {
     Correction{"Links", &correctLinks},
     Correction{"ProjectWeek", &correctProjectWeek},
     Correction{"WorkOverTime", &correctWorkOverTime},
-    // With a bundle, the two corrections after this one find nothing to do; they are for files without one.
+    // The two corrections after this one are for files without a bundle. With a bundle, they find nothing to do.
     Correction{"Days", &correctDays},
     Correction{"WorkWeeks", &correctWorkWeeks},
     Correction{"ExceptionDates", &correctExceptionDates},

@@ -29,7 +29,7 @@ namespace {
 
 /// This many take about three gigabytes of memory.
 constexpr std::size_t kMostExceptions = 1'000'000;
-/// With more than this many, those far from the tasks are left out: they come from dates that are centuries off.
+/// If there are more, those far from the tasks are left out: they come from dates that are centuries off.
 constexpr std::size_t kManyExceptions = 100'000;
 constexpr std::int64_t kDaysAround = 3653;  ///< ten years
 
@@ -53,7 +53,7 @@ std::vector<Calendar> calendarsOf(const Copy& copy, PlanHours& hours) {
 
 // Which exceptions.
 
-/// From ten years before the tasks to ten years after them.
+/// The dates from ten years before the first task to ten years after the last.
 DateRange daysAroundTasks(const Plan& plan) {
   DateRange range{lastKeptDay(), firstKeptDay()};
   for (const xml::Node task : plan.tasks()) {

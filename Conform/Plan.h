@@ -22,9 +22,9 @@ struct PlanAssignment {
   xml::Node resource;    ///< the assigned `resource`; empty when there is none
 };
 
-/// The bundle's plan in the order in which it is exported: the n-th task here is the n-th `Task` of the file, and the
-/// same holds for calendars (one for each resource, groups included), resources and assignments. Refers to the
-/// documents, which must outlive it.
+/// The bundle's plan in the order in which it is exported: the n-th task here is the n-th `Task` of the file. The same
+/// is true of calendars (one for each resource, groups included), resources and assignments. Refers to the documents,
+/// which must outlive it.
 class Plan {
  public:
   /// @param plan the exported scenario. @param tableOfContents the bundle's "__TOC.xml".

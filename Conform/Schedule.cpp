@@ -134,7 +134,7 @@ void Schedule::readDatedDays(const std::vector<xml::Node>& days, std::vector<std
   }
   const auto earlier = [](const ChangedDays& a, const ChangedDays& b) { return a.first < b.first; };
   std::stable_sort(changes_.begin(), changes_.end(), earlier);
-  // In reverse, so that of equal dates the last is kept.
+  // In reverse, so that the last of several equal dates is kept.
   const auto kept = std::unique(changes_.rbegin(), changes_.rend(),
                                 [](const ChangedDays& a, const ChangedDays& b) { return a.first == b.first; });
   changes_.erase(changes_.begin(), kept.base());

@@ -23,7 +23,7 @@ namespace conform {
 /// - for the week, `flattened-schedule-day` if there are any, otherwise `schedule-day`;
 /// - for dated changes, the dated flattened days if there are any, otherwise the events of `calendar`.
 ///
-/// Of several elements for one weekday or date, the last one counts.
+/// If several elements are for one weekday or date, the last one counts.
 class Schedule {
  public:
   /// @param resource the source `resource`; without a `schedule`, the result is empty.
