@@ -16,13 +16,10 @@ bool hasExtension(const std::string& path, std::string_view extension) {
 
 bool isBundle(const std::string& path) { return hasExtension(path, "kvdx") && platform::isDirectory(path); }
 
-/// The folder and those above it. A link to a bundle may have another name, so links are resolved.
-std::vector<std::string> upwards(const std::string& folder) {
+/// The folder and those above it.
+std::vector<std::string> upwards(std::string folder) {
   std::vector<std::string> folders;
-  for (std::string next = platform::resolvedPath(folder); next.size() > 1;
-       next = platform::deleteLastPathComponent(next)) {
-    folders.push_back(next);
-  }
+  for (; folder.size() > 1; folder = platform::deleteLastPathComponent(folder)) folders.push_back(folder);
   return folders;
 }
 
@@ -33,8 +30,11 @@ void refuse(const std::string& bundle) {
 }  // namespace
 
 void requireOutsideBundles(const std::string& folder) {
-  for (const std::string& above : upwards(folder)) {
-    if (isBundle(above)) refuse(above);
+  // A bundle's name may be that of a link, or of what a link leads to.
+  for (const std::string& path : {platform::absolutePath(folder), platform::resolvedPath(folder)}) {
+    for (const std::string& above : upwards(path)) {
+      if (isBundle(above)) refuse(above);
+    }
   }
 }
 
@@ -51,7 +51,7 @@ std::string outputPath(const std::string& bundle, const std::string& defaultFold
   requireOutsideBundles(folder);
   // The bundle itself may have another name.
   const std::string source = platform::resolvedPath(bundle);
-  for (const std::string& above : upwards(folder)) {
+  for (const std::string& above : upwards(platform::resolvedPath(folder))) {
     if (above == source) refuse(above);
   }
   return path;

@@ -31,7 +31,7 @@ void requireFree(const std::string& output) {
   if (output.empty()) conform::fail("the output has no name");
   if (platform::isNameTaken(output)) conform::fail(output + " exists");
   if (!platform::isDirectory(folderOf(output))) conform::fail("no folder " + folderOf(output));
-  requireOutsideBundles(platform::absolutePath(folderOf(output)));
+  requireOutsideBundles(platform::absolutePath(platform::pathOfSystem(folderOf(output))));
 }
 
 std::string baseNameOf(const std::string& path) {

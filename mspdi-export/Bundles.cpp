@@ -25,11 +25,18 @@ bool mayBePacked(const std::string& path) {
   return extension == "kvdx" || (extension == "zip" && extensionOf(platform::deletePathExtension(path)) == "kvdx");
 }
 
+std::string unreadable(const std::string& path, const std::string& problem) {
+  return fmt::format("'{}' could not be read: {}.", path, problem);
+}
+
 void take(const std::string& path, const platform::FolderEntry& entry, FoundBundles& found) {
+  std::string problem;
   if (entry.isFolder) {
     found.bundles.push_back({path, false});
-  } else if (entry.isFile && platform::isZipArchive(path)) {
+  } else if (entry.isFile && platform::isZipArchive(path, problem)) {
     found.bundles.push_back({path, true});
+  } else if (!problem.empty()) {
+    found.problems.push_back({path, unreadable(path, problem)});
   } else {
     const char* reason = entry.isFile ? "no folder and no zip archive" : "a link, or something else than a file";
     found.passedOver.push_back({path, fmt::format("'{}' is passed over: {}.", path, reason)});
@@ -53,7 +60,7 @@ FoundBundles bundlesBelow(const std::string& folder) {
       }
     }
     if (!problem.empty()) {
-      found.problems.push_back({next, fmt::format("The folder '{}' could not be read: {}.", next, problem)});
+      found.problems.push_back({next, fmt::format("The folder {}", unreadable(next, problem))});
     }
   }
   const auto byPath = [](const auto& a, const auto& b) { return a.path < b.path; };
@@ -71,8 +78,9 @@ void append(FoundBundles& to, FoundBundles more) {
   move(to.passedOver, more.passedOver);
 }
 
-std::string problemOfFile(const std::string& path) {
+std::string problemOfFile(const std::string& path, const std::string& problem) {
   if (!platform::mayExist(path)) return fmt::format("'{}' does not exist.", path);
+  if (!problem.empty()) return unreadable(path, problem);
   if (!mayBePacked(path)) return fmt::format("'{}' is no bundle: a bundle is a folder named .kvdx.", path);
   return fmt::format("'{}' is a file, and no zip archive that a bundle could be in. Copy the bundle anew as a folder.",
                      path);
@@ -83,6 +91,7 @@ std::string problemOfFile(const std::string& path) {
 FoundBundles findBundles(const std::vector<std::string>& arguments) {
   FoundBundles found;
   for (const std::string& argument : arguments) {
+    std::string problem;
     if (isBundleFolder(argument)) {
       found.bundles.push_back({argument, false});
     } else if (platform::isDirectory(argument)) {
@@ -91,10 +100,10 @@ FoundBundles findBundles(const std::vector<std::string>& arguments) {
         below.problems.push_back({argument, fmt::format("There is no bundle in the folder '{}'.", argument)});
       }
       append(found, std::move(below));
-    } else if ((mayBePacked(argument) || extensionOf(argument) == "zip") && platform::isZipArchive(argument)) {
+    } else if ((mayBePacked(argument) || extensionOf(argument) == "zip") && platform::isZipArchive(argument, problem)) {
       found.bundles.push_back({argument, true});
     } else {
-      found.problems.push_back({argument, problemOfFile(argument)});
+      found.problems.push_back({argument, problemOfFile(argument, problem)});
     }
   }
   return found;
@@ -118,8 +127,9 @@ UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) 
   if (problem_) return;
   path_ = unpacked;
   if (platform::fileExists(platform::appendPathComponent(unpacked, kContents))) return;
-  const auto bundles = bundlesBelow(unpacked).bundles;
-  if (bundles.size() == 1 && !bundles[0].isPacked) {
+  auto bundles = bundlesBelow(unpacked).bundles;
+  std::erase_if(bundles, [](const Bundle& below) { return below.isPacked; });
+  if (bundles.size() == 1) {
     path_ = bundles[0].path;
   } else {
     problem_ = fmt::format("it holds {} bundles; one is expected", bundles.size());

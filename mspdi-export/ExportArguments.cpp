@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Platform/System/Console.h"
+#include "Platform/System/FileSystem.h"
 
 namespace {
 
@@ -103,5 +104,7 @@ std::variant<ExportArguments, int> readExportArguments(int argc, const char* con
     tellWrongUse(app, error);
     return kWrongUse;
   }
+  for (std::string& bundle : arguments.bundles) bundle = platform::pathOfSystem(bundle);
+  arguments.output = platform::pathOfSystem(arguments.output);
   return arguments;
 }

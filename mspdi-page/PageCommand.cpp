@@ -27,12 +27,12 @@ void tell(std::string_view text) { platform::say(kProgram, text); }
 
 /// Writes the page. With a name given by the user, it is written under exactly this name or not at all.
 std::string write(const Arguments& arguments) {
-  const std::string input = platform::absolutePath(arguments.input);
-  requireOutsideBundles(
-      platform::deleteLastPathComponent(platform::absolutePath(arguments.output.value_or(arguments.input))));
+  const std::string input = platform::absolutePath(platform::pathOfSystem(arguments.input));
+  requireOutsideBundles(platform::deleteLastPathComponent(
+      platform::absolutePath(platform::pathOfSystem(arguments.output.value_or(arguments.input)))));
   if (!arguments.output) return page::writePageOf(input, page::pagePathOf(input), false);
   if (arguments.output->empty()) conform::fail("the output has no name");
-  const std::string output = platform::absolutePath(*arguments.output);
+  const std::string output = platform::absolutePath(platform::pathOfSystem(*arguments.output));
   if (platform::mayExist(output)) conform::fail(output + " exists");
   return page::writePageOf(input, output, false);
 }

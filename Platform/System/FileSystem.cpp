@@ -144,6 +144,16 @@ std::string resolvedPath(const std::string& path) {
   return error ? path : resolved.string();
 }
 
+std::string pathOfSystem(const std::string& path) {
+  if (path.starts_with('~')) return pathOfSystem("./" + path);
+  const std::string real = resolvedPath(path);
+  if (path.find("..") == std::string::npos || resolvedPath(absolutePath(path)) == absolutePath(real)) return path;
+  const std::size_t slash = withoutTrailingSlashes(path).rfind('/');
+  const std::string last(withoutTrailingSlashes(path).substr(slash + 1));
+  // The last part may itself be a link, which stays.
+  return last == ".." ? real : resolvedPath(path.substr(0, slash)) + "/" + last;
+}
+
 void deleteItem(const std::string& path) { std::remove(path.c_str()); }
 
 void createDirectories(const std::string& path) {

@@ -153,13 +153,12 @@ TemporaryFolder::~TemporaryFolder() {
   if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
 }
 
-bool isZipArchive(const std::string& path) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return false;
+bool isZipArchive(const std::string& path, std::string& problem) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   std::array<char, 4> mark{};
-  const bool isRead = ::read(descriptor, mark.data(), mark.size()) == static_cast<ssize_t>(mark.size());
-  ::close(descriptor);
-  return isRead && std::memcmp(mark.data(), "PK\3\4", mark.size()) == 0;
+  const ssize_t size = file.isOpen() ? ::read(file.get(), mark.data(), mark.size()) : -1;
+  if (size < 0) problem = std::strerror(errno);
+  return size == static_cast<ssize_t>(mark.size()) && std::memcmp(mark.data(), "PK\3\4", mark.size()) == 0;
 }
 
 std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder) {

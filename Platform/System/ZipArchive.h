@@ -24,7 +24,8 @@ class TemporaryFolder {
 };
 
 /// Whether the file begins like a zip archive.
-[[nodiscard]] bool isZipArchive(const std::string& path);
+/// @param problem set to the reason when the file cannot be read; the result is then false.
+[[nodiscard]] bool isZipArchive(const std::string& path, std::string& problem);
 
 /// Unpacks a zip archive into an existing folder that nobody else can write to. Only files and folders are unpacked,
 /// and nothing outside the folder.

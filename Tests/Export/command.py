@@ -65,6 +65,11 @@ def prepare():
         bundle(pathlib.Path("many/deep") / f"{name}.kvdx")
     shutil.copytree("Empty.kvdx", "many/Broken.kvdx")
     pathlib.Path("many/again").symlink_to(".")
+    bundle(pathlib.Path("~x.kvdx"))
+    os.makedirs("there/below")
+    os.makedirs("here")
+    pathlib.Path("here/link").symlink_to("../there/below")
+    pathlib.Path("here/Link.kvdx").symlink_to("../there")
     bundle(pathlib.Path("mixed/A.kvdx"))
     pathlib.Path("mixed/Link.kvdx").symlink_to("A.kvdx")
     pathlib.Path("mixed/Plain.kvdx").write_text("no archive")
@@ -93,6 +98,7 @@ def prepare():
     packed("Folders.kvdx.zip", {f"{i}/{'d/' * 19}f": "" for i in range(60)})
     packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
     packed("Mac.kvdx.zip", {f"B.kvdx/{name}": text for name, text in inside.items()} | {"__MACOSX/B.kvdx/._P.xml": "x"})
+    packed("Nested.kvdx.zip", {"P.kvdx": pathlib.Path("Flat.kvdx.zip").read_bytes()})
     packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
     pathlib.Path("Cut.kvdx.zip").write_bytes(pathlib.Path("Flat.kvdx.zip").read_bytes()[:-30])
     with zipfile.ZipFile("Linked.kvdx.zip", "w") as archive:
@@ -134,6 +140,9 @@ ROWS = [
     (["Plan.kvdx", "-o", "absent/P.xml"], 1, "'.*absent' does not exist", []),
     (["Plan.kvdx", "-o", "n" * 300 + ".xml"], 1, "could not be written: File name too long", []),
     ([LONGEST + ".kvdx"], 1, "could not be written: File name too long", []),
+    (["Plan.kvdx", "-o", "here/link/../out.xml"], 0, "out.xml: ", ["there/out.xml"]),
+    (["Plan.kvdx", "-o", "here/Link.kvdx/out.xml"], 1, "inside of the bundle", []),
+    (["~x.kvdx"], 0, "~x.xml: ", ["~x.xml"]),
     (["Plan.kvdx", "-o", ""], 2, "the output has no name", []),
     (["Plan.kvdx", "-o", "plan.txt"], 1, "neither an existing folder nor a name", []),
     (["Plan.kvdx", "--overwrit"], 2, "did you mean --overwrite", []),
@@ -157,6 +166,7 @@ ROWS = [
     (["Folders.kvdx.zip"], 1, "has more than 1000 folders", []),
     (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
     (["Mac.kvdx.zip"], 0, "Mac.xml: 2 tasks", ["Mac.xml"]),
+    (["Nested.kvdx.zip"], 1, "it holds 0 bundles; one is expected", []),
     (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
     (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
     (["Home.kvdx.zip"], 0, "Home.xml: 2 tasks", ["Home.xml"]),

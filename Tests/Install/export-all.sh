@@ -285,6 +285,8 @@ wrong_arguments_run_nothing() {
   run 2 --resume
   run 2 --log empty --resume
   refused "one file: $scratch/twins/Plan" twins
+  refused 'inside of a bundle' --log twins/Plan.kvdx/log twins
+  refused 'inside of a bundle' --output twins/Plan.kvdx/out copies
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
   refused 'do not go with --zone' --zone UTC --exact copies
   refused 'jobs takes' --jobs 0x --log empty copies
