@@ -219,6 +219,16 @@ ended_runs_are_resumed_alone_and_make_nothing_twice() {
     expect_same outputs $'First.xml\nSecond.xml' "$(ls -A "out-$end")"
     rm hangs
   done
+  # Without --log, the temporary folder goes as well, also when no trap knows the signal.
+  mkdir temporary
+  TMPDIR=$scratch/temporary PATH=$scratch/stub:$PATH "$export_all" --jobs 1 --output out-USR1 plans >counts 2>errors &
+  await hangs $!
+  kill -s USR1 $!
+  for ((tries = 0; tries < 300; tries++)); do
+    [ -n "$(ls -A temporary)" ] || break
+    sleep 0.1
+  done
+  expect_same 'left behind' '' "$(ls -A temporary; ls -A out-USR1 | grep '^\.')"
 }
 
 arguments_of_one_name_stay_apart() {
@@ -237,6 +247,8 @@ names_that_the_log_cannot_show_as_they_are() {
   done
   run 0 odd
   expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+  env SHELLOPTS=noglob "$export_all" --output globbed odd >counts 2>errors || fail "$(cat errors)"
+  expect_same 'without globs' 3 "$(ls globbed/*.xml | wc -l)"
   # Neither the log of a failed export nor the progress prints control characters to the terminal.
   echo nonsense >odd/$'esc\x1b\xc2\x9b\x9b.kvdx'/__TOC.xml
   refused 'Unknown option' $'-\x1b.kvdx'
