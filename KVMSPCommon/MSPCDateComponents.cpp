@@ -45,6 +45,11 @@ std::int64_t MSPCDateComponents::secondsFromGMT() const {
                              static_cast<platform::Wide>(timeZoneMinute_) * kSecondsPerMinute);
 }
 
+Instant MSPCDateComponents::instant() const {
+  const std::int64_t clock = GregorianCalendar::secondsFromCivil(civil());
+  return {static_cast<double>(platform::saturated(static_cast<platform::Wide>(clock) - secondsFromGMT()))};
+}
+
 void MSPCDateComponents::fixUTC() { isUTC_ = timeZoneHour_ == 0 && timeZoneMinute_ == 0; }
 
 void MSPCDateComponents::setUTC() {
@@ -89,6 +94,7 @@ MSPCUnitFlags MSPCDateComponents::convertToUTC() {
 
 MSPCUnitFlags MSPCDateComponents::convertToSystemTimezone() {
   const TimeZone& zone = TimeZone::system();
+  if (takesOffsetsAsMeant()) return convertToTimeZoneForSecondsFromGMT(zone.secondsFromGMT(instant()));
   return convertToTimeZoneForSecondsFromGMT(zone.secondsFromGMT(zone.instantFromCivil(civil())));
 }
 

@@ -46,11 +46,13 @@ class MSPCDateComponents : public platform::DateComponents {
   void setTimeZoneMinute(std::int64_t minutes) { timeZoneMinute_ = minutes; }
 
   /// From now on, the process reads and writes offsets as people mean them. The exact file, which must not change,
-  /// differs in two ways:
+  /// differs in three ways:
   ///
   ///   "-03:30"                   the hours are negative and the minutes are not: 2 hours 30 minutes west of UTC
   ///   daylight-saving time       labelled with today's standard offset plus its share, even if the zone's standard
   ///                              offset was different at that date
+  ///   near a clock change        converted with the offset that the zone has when its clock shows the fields, although
+  ///                              these are in another offset: hours before or after the change are an hour off
   static void takeOffsetsAsMeant();
   [[nodiscard]] static bool takesOffsetsAsMeant();
 
@@ -60,6 +62,9 @@ class MSPCDateComponents : public platform::DateComponents {
   /// The offset in seconds: 0 in UTC, otherwise hours plus minutes, each with its own sign. -3:30 with positive minutes
   /// gives -9000.
   [[nodiscard]] std::int64_t secondsFromGMT() const;
+
+  /// The instant at which a clock with the offset shows the fields.
+  [[nodiscard]] platform::Instant instant() const;
 
   /// Sets isUTC() to whether the offset is 0:0.
   void fixUTC();

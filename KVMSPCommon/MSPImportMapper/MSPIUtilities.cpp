@@ -149,9 +149,7 @@ std::optional<Instant> MSPIUtilities::kvdxToMppDateTime(std::string_view kvdx) {
   MSPCUnitFlags flags = 0;
   const MSPCDateComponents record = kvdxComponents(kvdx, flags);
   if ((flags & kMSPCTimeZoneUnits) == 0) return dateFromComponents(record);
-  const std::int64_t clock = GregorianCalendar::secondsFromCivil(record.civil());
-  return Instant{
-      static_cast<double>(platform::saturated(static_cast<platform::Wide>(clock) - record.secondsFromGMT()))};
+  return record.instant();
 }
 
 std::optional<Instant> MSPIUtilities::kvdxToMppDateTimeByWallClock(std::string_view kvdx) {
@@ -204,9 +202,11 @@ std::optional<std::string> MSPIUtilities::mppToMspdiDateTime(std::optional<Insta
     const TimeZone& zone = TimeZone::system();
     const std::int64_t clock = zone.civilSecondsFromInstant(*mpp);
     const std::int64_t label = MSPCDateComponents::systemOffset(*mpp) / kSecondsPerMinute;
-    if (isFourDigitYear(clock) && label % 60 >= 0) {
+    const bool isAsMeant = MSPCDateComponents::takesOffsetsAsMeant();
+    if (isFourDigitYear(clock) && (isAsMeant || label % 60 >= 0)) {
       const std::int64_t offset = zone.secondsFromGMT(zone.instantFromCivilSeconds(clock));
-      std::string text = usualDateTime(GregorianCalendar::civilFromSeconds(clock - label * kSecondsPerMinute + offset));
+      const std::int64_t moved = isAsMeant ? clock : clock - label * kSecondsPerMinute + offset;
+      std::string text = usualDateTime(GregorianCalendar::civilFromSeconds(moved));
       if (!text.empty()) return text;
     }
     return kvdxToMspdiDateTime(orEmpty(mppToKvdxDateTime(mpp)));

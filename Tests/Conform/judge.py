@@ -5,13 +5,17 @@ Children must be in the published order (orders.txt), and identifiers, reference
 corrections must not lose or change anything else of the exact file. With the bundle, as for files of mspdi-export,
 progress and priorities must be those of the plan. days_judge.py checks calendars and TimephasedData."""
 import collections
+import contextlib
+import datetime
 import fractions
 import pathlib
 import re
 import sys
 import xml.etree.ElementTree as ET
+import zoneinfo
 
 HERE = pathlib.Path(__file__).parent
+READINGS = set()  # dates that the plan means; empty without a bundle
 faults = []
 
 
@@ -149,12 +153,30 @@ def is_held(task):
     return all(text(task, name) == text(task, "Manual" + name) for name in ("Start", "Finish", "Duration"))
 
 
+def readings(bundle):
+    """What the clocks of Berlin showed at the dates of the plan and its baselines."""
+    dates = {date for path in pathlib.Path(bundle).glob("*.xml")
+             for date in re.findall(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(?:Z|[+-]\d\d:\d\d)", path.read_text(errors="replace"))}
+    for date in dates:
+        with contextlib.suppress(ValueError, OverflowError):  # dates that are in no calendar, or at its ends
+            yield datetime.datetime.fromisoformat(date).astimezone(zoneinfo.ZoneInfo("Europe/Berlin")).isoformat()[:19]
+
+
+def is_mended_date(name, exact, corrected):
+    """Whether a date was an hour off, since the clocks changed near it, and is now what they showed."""
+    difference = datetime.datetime.fromisoformat(corrected or "0001-01-01") - datetime.datetime.fromisoformat(exact)
+    return name in DATES and abs(difference.total_seconds()) == 3600 and corrected in READINGS
+
+
 def judge_kept(exact, corrected, has_bundle):
     kind = exact.tag
     changed = CHANGED.get(kind, set()) - (set() if has_bundle else ONLY_WITH_BUNDLE)
     if text(corrected, "Manual") == "1" and is_held(corrected):
         changed = changed | {"Manual"}
     lost = leaves(exact, changed) - leaves(corrected, set())
+    for name, value in [leaf for leaf in lost if leaf[0] in DATES and READINGS]:
+        if is_mended_date(name, value, text(corrected, name)):
+            del lost[name, value]
     check(not lost, kind, text(exact, "UID"), "lost", dict(lost))
 
 
@@ -294,6 +316,8 @@ def judge_plan(exact, corrected, bundle):
 def main():
     exact, corrected = read(sys.argv[1]), read(sys.argv[2])
     judge_alone(corrected)
+    if len(sys.argv) > 3:
+        READINGS.update(readings(sys.argv[3]))
     judge_against(exact, corrected, len(sys.argv) > 3)
     if len(sys.argv) > 3:
         judge_plan(exact, corrected, sys.argv[3])

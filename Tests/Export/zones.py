@@ -21,17 +21,27 @@ CONTENTS = "<t><project><scenario id='s' filename='P.xml'/></project><window><ed
 
 
 def make(bundle, number, zone):
-    """A plan of two years with dates in all seasons, and time off from midnight to midnight."""
+    """A plan of two years with dates in all seasons and around all clock changes, and time off from midnight to
+    midnight."""
     chance, zone = random.Random(number), zoneinfo.ZoneInfo(zone)
+    first = datetime.datetime(2025, 1, 1, tzinfo=datetime.timezone.utc)
 
     def date(day, hour):
         reading = datetime.datetime(2025, 1, 1, hour, 15, tzinfo=zone) + datetime.timedelta(days=day)
         return reading.astimezone(datetime.timezone.utc).astimezone(zone).isoformat()
 
-    tasks = [f"<task id='t{i}'><title>T{i}</title><start-date>{date(day, 8)}</start-date>"
-             f"<end-date>{date(day + chance.randrange(1, 20), 17)}</end-date><duration>28800</duration></task>"
-             for i, day in enumerate(chance.sample(range(700), 60), 1)]
-    children = "".join(f"<child-task idref='t{i}'/>" for i in range(1, 61))
+    def moment(minutes):
+        return (first + datetime.timedelta(minutes=minutes)).astimezone(zone)
+
+    def is_change(day):
+        return moment(day * 1440).utcoffset() != moment((day + 1) * 1440).utcoffset()
+
+    spans = [(date(day, 8), date(day + chance.randrange(1, 20), 17)) for day in chance.sample(range(700), 60)]
+    spans += [(moment(at).isoformat(), moment(at + 45).isoformat()) for day in filter(is_change, range(700))
+              for at in range(day * 1440 - 900, day * 1440 + 2400, 45)]
+    tasks = [f"<task id='t{i}'><title>T{i}</title><start-date>{start}</start-date><end-date>{end}</end-date>"
+             "<duration>28800</duration></task>" for i, (start, end) in enumerate(spans, 1)]
+    children = "".join(f"<child-task idref='t{i}'/>" for i in range(1, len(tasks) + 1))
 
     def midnight(day):
         return f"{date(day, 8)[:11]}00:00:00{date(day, 8)[19:]}"
