@@ -53,7 +53,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 }
 
 /// The reason when a process ended without giving one.
-constexpr const char* kKilled = "its process ended unexpectedly";
+constexpr const char* kKilled = "its process could not be started, or ended unexpectedly";
 
 std::string sentenceOf(const platform::ChildResult& result) {
   return result.said.empty() ? fmt::format("failed: {}", kKilled) : result.said;
@@ -137,7 +137,9 @@ std::size_t ExportCommand::exportAll(const std::vector<Bundle>& bundles) const {
   }
   bar.clear();
   for (std::size_t i = 0; i < bundles.size(); ++i) {
-    if (arguments_.json && results[i].said.empty()) tellFailure(bundles[i].path, kKilled);
+    if (!results[i].said.empty()) continue;
+    if (arguments_.json) tellFailure(bundles[i].path, kKilled);
+    if (arguments_.quiet && !arguments_.json) say("{}: {}.", bundles[i].path, kKilled);
   }
   const auto failed = static_cast<std::size_t>(
       std::count_if(results.begin(), results.end(), [](const auto& result) { return result.status != 0; }));

@@ -1,15 +1,27 @@
 #include "Platform/System/NewFile.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/NumberedPath.h"
 
 namespace platform {
+namespace {
+
+/// A folder is never replaced, not even an empty one; it is the user's.
+bool isFolder(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(std::filesystem::symlink_status(path, ignored));
+}
+
+}  // namespace
 
 NewFile writeNewFile(const std::string& path, bool replaces, const std::function<void(AtomicFile& file)>& append) {
   using Outcome = AtomicFile::Outcome;
   NumberedPath target(path);
   const auto mayReplace = [&] { return replaces && target.isFirst(); };
-  while (mayReplace() ? !canBeReplaced(target.get()) : isNameTaken(target.get())) target.goOn();
+  while (mayReplace() ? isFolder(target.get()) : isNameTaken(target.get())) target.goOn();
   AtomicFile file(target.get());
   append(file);
   Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());

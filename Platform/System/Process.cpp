@@ -84,7 +84,7 @@ DeferredEnd::~DeferredEnd() { catchUp(); }
 
 ChildResult runInChild(const std::function<ChildResult()>& work) {
   std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {1, "failed: no process could be started"};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return {1, ""};
   // A parent that ignored it passes this on, and then waitpid() cannot tell how a child ended.
   std::signal(SIGCHLD, SIG_DFL);
   const Descriptor reader = Descriptor::besideStandardStreams(ends[0]);
@@ -94,7 +94,7 @@ ChildResult runInChild(const std::function<ChildResult()>& work) {
   writer = Descriptor();
   childUnderWay = child;
   if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // a signal that arrived before the child existed
-  ChildResult result{1, child < 0 ? "failed: no process could be started" : readAll(reader.get())};
+  ChildResult result{1, child < 0 ? "" : readAll(reader.get())};
   int status = 0;
   pid_t ended = -1;
   while (child > 0 && (ended = ::waitpid(child, &status, 0)) < 0 && errno == EINTR) {

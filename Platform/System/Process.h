@@ -27,7 +27,7 @@ class DeferredEnd {
 /// The result of a child process.
 struct ChildResult {
   int status = 1;    ///< 0 when all went well
-  std::string said;  ///< one line for the parent; empty when the child was killed
+  std::string said;  ///< one line for the parent; empty when the child was killed or could not be started
 };
 
 /// Runs the work in a fork of this process and waits for it. The child writes to the same standard streams. An

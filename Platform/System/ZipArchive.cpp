@@ -4,6 +4,7 @@
 #include <archive_entry.h>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale() is POSIX
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,6 +37,25 @@ std::string problemOf(const Archive& archive) {
   const char* text = archive_error_string(archive.get());
   return text == nullptr ? "the archive is damaged" : text;
 }
+
+/// While this object lives, the library reads names in UTF-8. In the "C" locale it gives no name that is not ASCII.
+class LocaleOfUTF8 {
+ public:
+  LocaleOfUTF8() : locale_(::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {
+    if (locale_ != nullptr) before_ = ::uselocale(locale_);
+  }
+  ~LocaleOfUTF8() {
+    if (locale_ == nullptr) return;
+    ::uselocale(before_);
+    ::freelocale(locale_);
+  }
+  LocaleOfUTF8(const LocaleOfUTF8&) = delete;
+  LocaleOfUTF8& operator=(const LocaleOfUTF8&) = delete;
+
+ private:
+  locale_t locale_;
+  locale_t before_ = nullptr;
+};
 
 std::string nameOf(archive_entry* entry) {
   if (const char* name = archive_entry_pathname_utf8(entry)) return name;
@@ -164,6 +184,7 @@ bool isZipArchive(const std::string& path, std::string& problem) {
 std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder) {
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
+  const LocaleOfUTF8 locale;
   const Archive archive(archive_read_new(), &archive_read_free);
   // Only by its list of members: without it, a file of a damaged archive could be missing.
   archive_read_support_format_zip_seekable(archive.get());

@@ -51,6 +51,8 @@ def prepare():
     bundle(pathlib.Path("Full.kvdx"))
     bundle(pathlib.Path("Full.xml/Other.kvdx"))
     pathlib.Path("Full-1.xml").touch()
+    bundle(pathlib.Path("Beside.kvdx"))
+    os.mkdir("Beside.xml")
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
     bundle(pathlib.Path("Wordy.kvdx"))  # the log repeats its resource's name for each calendar
     wordy = ("<child-resource idref='r1'/></resource><resource id='r1'><type>Staff</type>"
@@ -98,6 +100,7 @@ def prepare():
     packed("Folders.kvdx.zip", {f"{i}/{'d/' * 19}f": "" for i in range(60)})
     packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
     packed("Mac.kvdx.zip", {f"B.kvdx/{name}": text for name, text in inside.items()} | {"__MACOSX/B.kvdx/._P.xml": "x"})
+    packed("Accents.kvdx.zip", {f"Pl\u00e4n.kvdx/{name}": text for name, text in inside.items()})
     packed("Nested.kvdx.zip", {"P.kvdx": pathlib.Path("Flat.kvdx.zip").read_bytes()})
     packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
     pathlib.Path("Cut.kvdx.zip").write_bytes(pathlib.Path("Flat.kvdx.zip").read_bytes()[:-30])
@@ -128,6 +131,7 @@ ROWS = [
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
+    (["--overwrite", "Beside.kvdx"], 0, "Beside-1.xml: ", ["Beside-1.xml"]),
     (["--overwrite", "Full.kvdx"], 0, "Full-2.xml: ", ["Full-2.xml"]),
     (["--page", "Plan.kvdx"], 0, "Plan.html shows the plan", ["Plan.html", "Plan.xml"]),
     (["--page", "--check", "Plan.kvdx"], 0, "!shows the plan", []),
@@ -166,6 +170,7 @@ ROWS = [
     (["Folders.kvdx.zip"], 1, "has more than 1000 folders", []),
     (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
     (["Mac.kvdx.zip"], 0, "Mac.xml: 2 tasks", ["Mac.xml"]),
+    (["Accents.kvdx.zip"], 0, "Accents.xml: 2 tasks", ["Accents.xml"]),
     (["Nested.kvdx.zip"], 1, "it holds 0 bundles; one is expected", []),
     (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
     (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
