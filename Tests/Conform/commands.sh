@@ -92,46 +92,6 @@ for one in '<Hyperlink>kept</Hyperlink> 20' '<!--kept--> 21' '<?kept?> 21' '<Nam
 done
 cmp kept.xml again.xml || bad "a copy of a copy differs"
 
-clear=$'Clear \u009b2J'
-# bundle PATH [PLAN]
-bundle() {
-  mkdir -p "$1"
-  file "$1/__TOC.xml" '<toc><project><scenario id="s" filename="Plan.xml"/></project>
-    <window><editing-scenario>s</editing-scenario></window></toc>'
-  file "$1/Plan.xml" "${2-<scenario><top-resource idref=\"r-1\"/><resource id=\"r-1\"><type>Group</type></resource>
-    <top-task idref=\"t1\"/><task id=\"t1\"><title>$clear</title><start-date>2026-05-04T08:00:00Z</start-date>
-    <end-date>2026-05-04T12:00:00Z</end-date><duration>14400</duration><prerequisite-task idref=\"t9\"/></task></scenario>}"
-}
-bundle Plan.kvdx
-bundle inner.kvdx/Plan.kvdx
-bundle broken.kvdx '<scenario><top-task idref="t1"/>'
-bundle empty.kvdx '<plan/>'
-mkdir folder.xml
-ends "no bundle"                     2 "bundles is required"                 "$send"
-ends "an unknown option"             2 "--speed"                             "$send" --speed Plan.kvdx
-ends "no currency"                   2 "no code of three letters"            "$send" --currency EURO Plan.kvdx
-ends "the version"                   0 "mspdi-export 0"                      "$send" --version
-ends "help"                          0 "--keep-dates"                        "$send" -h
-ends "an absent bundle"              1 "'absent.kvdx' does not exist"         "$send" absent.kvdx
-ends "no folder of a bundle's name"  1 "no bundle in the folder 'folder'"     "$send" folder
-ends "no plan in front"              1 "shows no plan"                       "$send" empty.kvdx
-ends "what the exporter raises"      1 "Invalid format of KVDX top Resource" "$send" broken.kvdx
-ends "no folder for the output"      1 "'$folder/absent' does not exist"      "$send" Plan.kvdx -o absent/out.xml
-ends "no XML as output"              1 "neither an existing folder nor"       "$send" Plan.kvdx -o out.txt
-ends "an output inside of a bundle"  1 "would lie inside of the bundle"      "$send" Plan.kvdx -o Plan.kvdx/out.xml
-ends "a bundle inside of a bundle"   1 "would lie inside of the bundle"      "$send" inner.kvdx/Plan.kvdx
-
-# No existing file is replaced, wherever the output goes.
-rm plan.xml
-ends "beside the bundle"             0 "Plan.xml: 1 task, "                   "$send" Plan.kvdx
-ends "the next number"               0 "Plan-1.xml: 1 task, "                 "$send" Plan.kvdx/
-ends "into a folder"                 0 "Plan.xml: 1 task, "                   "$send" Plan.kvdx -o folder.xml
-ends "an existing file"              0 "existing-1.xml: 1 task, "             "$send" --output existing.xml Plan.kvdx
-ends "a link to nothing"             0 "link-1.xml: 1 task, "                 "$send" Plan.kvdx -o link.xml
-[ "$(cat existing.xml)" = kept ] || bad "an existing file was replaced"
-[ -f folder.xml/Plan.xml ] || bad "not written into the folder"
-ends "what is left out" 0 "task t1 'Clear \\u009b2J': its link to t9 is left out" "$send" Plan.kvdx
-file Plan.kvdx/Plan.xml "$(sed 's|</scenario>|</scenarios>|' Plan.kvdx/Plan.xml)"
-ends "a malformed document" 0 "warning: Document '$folder/Plan.kvdx/Plan.xml' is malformed" "$send" Plan.kvdx
+ends "the version of mspdi-export"   0 "mspdi-export 0"                      "$send" --version
 
 [ "$failures" -eq 0 ]

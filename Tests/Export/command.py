@@ -54,6 +54,13 @@ def prepare():
     bundle(pathlib.Path("Beside.kvdx"))
     os.mkdir("Beside.xml")
     bundle(pathlib.Path("Doubtful.kvdx"), end="soon")
+    bundle(pathlib.Path("inner.kvdx/Plan.kvdx"))
+    pathlib.Path("nothing.xml").symlink_to("nowhere")
+    link = "<title>\u009b2J</title><prerequisite-task idref='t9'/>"
+    for name, text in (("Front", "<plan/>"), ("Raising", "<scenario/>"), ("Malformed", plan() + "<"),
+                       ("Linking", plan().replace("<title>A</title>", link, 1))):
+        bundle(pathlib.Path(f"{name}.kvdx"))
+        pathlib.Path(f"{name}.kvdx/P.xml").write_text(text)
     bundle(pathlib.Path("Wordy.kvdx"))  # the log repeats its resource's name for each calendar
     wordy = ("<child-resource idref='r1'/></resource><resource id='r1'><type>Staff</type>"
              f"<name>{'n' * 100_000}</name><schedule>{'<calendar/>' * 1000}</schedule></resource>")
@@ -128,6 +135,13 @@ ROWS = [
     (["Wordy.kvdx"], 1, "The export grew too large", []),
     (["--strict", "Doubtful.kvdx"], 1, "there are warnings, so nothing is written", []),
     (["Empty.kvdx"], 1, "No 'project' element found in source document.*\n.*Open the plan in Korvella", []),
+    (["Front.kvdx"], 1, "shows no plan", []),
+    (["Raising.kvdx"], 1, "Invalid format of KVDX top Resource", []),
+    (["Malformed.kvdx"], 0, "warning: Document '.*/Malformed.kvdx/P.xml' is malformed", ["Malformed.xml"]),
+    (["Linking.kvdx"], 0, r"task t-?1 '\\u009b2J': its link to t9 is left out", ["Linking.xml"]),
+    (["inner.kvdx/Plan.kvdx"], 1, "would lie inside of the bundle", []),
+    (["Plan.kvdx", "-o", "nothing.xml"], 0, "nothing-1.xml: ", ["nothing-1.xml"]),
+    (["Plan.kvdx", "-o", "Full.xml"], 0, "Plan.xml: ", ["Full.xml/Plan.xml"]),
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
