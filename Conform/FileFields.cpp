@@ -2,13 +2,15 @@
 
 #include <algorithm>
 
+#include "Platform/Text/Texts.h"
+
 namespace conform {
 
 FileFields::FileFields(pugi::xml_node definitions) {
   for (const pugi::xml_node definition : definitions.children("ExtendedAttribute")) {
     std::string name = definition.child("Alias").text().get();
     if (name.empty()) name = definition.child("FieldName").text().get();
-    definitions_[definition.child("FieldID").text().get()].names.push_back(std::move(name));
+    definitions_[definition.child("FieldID").text().get()].names.push_back(platform::shortened(name));
   }
 }
 

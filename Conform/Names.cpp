@@ -10,6 +10,7 @@
 #include "Conform/Elements.h"
 #include "Conform/Labels.h"
 #include "Platform/Base/IdHash.h"
+#include "Platform/Text/Texts.h"
 
 namespace conform {
 namespace {
@@ -26,7 +27,7 @@ std::string_view beginningOf(std::string_view text, std::size_t characters) {
 }
 
 std::string renamed(std::string_view label, std::string_view before, std::string_view now) {
-  return fmt::format("{}: \"{}\" is now \"{}\"", label, before, now);
+  return fmt::format("{}: \"{}\" is now \"{}\"", label, platform::shortened(before), platform::shortened(now));
 }
 
 char replaced(char c) {

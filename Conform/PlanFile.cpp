@@ -9,6 +9,7 @@
 #include "Conform/FileFields.h"
 #include "Conform/FileTexts.h"
 #include "Conform/WallClock.h"
+#include "Platform/Text/Texts.h"
 #include "Platform/Time/Instant.h"
 
 using platform::kSecondsPerDay;
@@ -22,6 +23,8 @@ constexpr Span kMorning{8 * kSecondsPerHour, 12 * kSecondsPerHour};
 constexpr Span kAfternoon{13 * kSecondsPerHour, 17 * kSecondsPerHour};
 
 std::string copyOf(pugi::xml_node parent, const char* name) { return std::string(textOf(parent, name)); }
+/// A text that is shown again for each task, resource or calendar that refers to it.
+std::string labelOf(pugi::xml_node parent, const char* name) { return platform::shortened(textOf(parent, name)); }
 bool isTrue(pugi::xml_node parent, const char* name) {
   const std::string_view text = textOf(parent, name);
   return text == "1" || text == "true";
@@ -93,7 +96,7 @@ void readExceptions(pugi::xml_node element, FileCalendar& calendar) {
 FileCalendar readCalendar(pugi::xml_node element) {
   FileCalendar calendar;
   calendar.uid = copyOf(element, "UID");
-  calendar.name = copyOf(element, "Name");
+  calendar.name = labelOf(element, "Name");
   calendar.baseUid = copyOf(element, "BaseCalendarUID");
   calendar.week = readWeek(element.child("WeekDays"));
   readExceptions(element, calendar);
@@ -128,7 +131,7 @@ void readDates(pugi::xml_node element, FileTask& task) {
 FileTask readTask(pugi::xml_node element, FileFields& fields) {
   FileTask task;
   task.uid = copyOf(element, "UID");
-  task.number = copyOf(element, "ID");
+  task.number = labelOf(element, "ID");
   task.name = copyOf(element, "Name");
   task.level = numberOf(element, "OutlineLevel", 0);
   task.isSummary = isTrue(element, "Summary");
@@ -145,11 +148,11 @@ FileResource readResource(pugi::xml_node element, FileFields& fields) {
   FileResource resource;
   resource.uid = copyOf(element, "UID");
   resource.number = copyOf(element, "ID");
-  resource.name = copyOf(element, "Name");
+  resource.name = labelOf(element, "Name");
   resource.type = codeOf(element, "Type", 1);
   resource.group = copyOf(element, "Group");
   resource.unitsAvailable = copyOf(element, "MaxUnits");
-  resource.unitName = copyOf(element, "MaterialLabel");
+  resource.unitName = labelOf(element, "MaterialLabel");
   resource.rate = copyOf(element, "StandardRate");
   resource.rateFormat = codeOf(element, "StandardRateFormat", 2);
   resource.costPerUse = copyOf(element, "CostPerUse");
@@ -164,7 +167,7 @@ bool isPlaceholder(const FileResource& resource) { return resource.name.empty() 
 
 void readHeader(pugi::xml_node project, PlanFile& plan) {
   plan.title = copyOf(project, project.child("Title") ? "Title" : "Name");
-  plan.currencySymbol = copyOf(project, "CurrencySymbol");
+  plan.currencySymbol = labelOf(project, "CurrencySymbol");
   plan.currencyPosition = codeOf(project, "CurrencySymbolPosition", 0);
   plan.calendarUid = copyOf(project, "CalendarUID");
   plan.weekStartDay = codeOf(project, "WeekStartDay", 0) % 7;

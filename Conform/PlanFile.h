@@ -96,7 +96,9 @@ struct FileAssignment {
   std::string units;  ///< a factor, as it is written
 };
 
-/// The contents of a Microsoft Project XML file. Texts are as in the file; absent ones are empty.
+/// The contents of a Microsoft Project XML file. Texts are as in the file; absent ones are empty. Texts that the page
+/// repeats wherever it refers to an object (names of resources, calendars and fields, numbers of tasks, units, the
+/// currency symbol) are shortened, so that the page's size stays proportional to the file's.
 struct PlanFile {
   std::string title;  ///< the project's title, else its name
   std::string currencySymbol;

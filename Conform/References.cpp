@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <unordered_map>
 #include <unordered_set>
 
 #include "Conform/Copy.h"
@@ -128,7 +129,7 @@ class References {
     }
     copy_.report.warn(fmt::format("{}: its assignment to {}, which is no resource of the file, is to nobody",
                                   labelOfTask(copy_.tasks[assignment.source->task]),
-                                  sourceLabelOf(assignment.source->resource, "name")));
+                                  labelOfResource(assignment.source->resource)));
   }
 
   /// Cached for the next link or assignment of the task, since finding its name may take long.
@@ -138,9 +139,17 @@ class References {
     return label_;
   }
 
+  /// Cached for the same reason. Assignments to several resources alternate, so all labels are kept.
+  const std::string& labelOfResource(xml::Node resource) {
+    const auto [label, isNew] = resourceLabels_.try_emplace(resource.identity());
+    if (isNew) label->second = sourceLabelOf(resource, "name");
+    return label->second;
+  }
+
   Copy& copy_;
   const Item* labelled_ = nullptr;
   std::string label_;
+  std::unordered_map<const void*, std::string> resourceLabels_;
   Known tasks_;
   Known resources_;
 };

@@ -75,6 +75,21 @@ TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
   });
 }
 
+TEST(PlanFile, ShortensTextsThatThePageRepeats) {
+  const std::string text(300, 'n');
+  const auto tag = [&text](const std::string& name) { return "<" + name + ">" + text + "</" + name + ">"; };
+  const auto plan = conform::readPlanFile("<Project xmlns='http://schemas.microsoft.com/project'>" +
+                                          tag("CurrencySymbol") + "<Calendars><Calendar>" + tag("Name") +
+                                          "</Calendar></Calendars><ExtendedAttributes><ExtendedAttribute>" +
+                                          tag("Alias") + "</ExtendedAttribute></ExtendedAttributes><Tasks><Task>" +
+                                          tag("ID") + "<ExtendedAttribute/></Task></Tasks><Resources><Resource>" +
+                                          tag("Name") + tag("MaterialLabel") + "</Resource></Resources></Project>");
+  for (const auto& shown : {plan.currencySymbol, plan.calendars[0].name, plan.tasks[0].number,
+                            plan.tasks[0].fields[0].name, plan.resources[0].name, plan.resources[0].unitName}) {
+    EXPECT_EQ(shown, std::string(200, 'n') + "...");
+  }
+}
+
 constexpr Operation kDateTime = apply<conform::dateTimeSeconds>;
 constexpr Operation kTime = apply<conform::timeOfDaySeconds>;
 constexpr Operation kDuration = apply<conform::durationSeconds>;

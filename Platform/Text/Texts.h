@@ -34,8 +34,8 @@ void appendEscaped(std::string& to, std::string_view text, bool (*isEscaped)(std
 /// of writing, and bytes that are not UTF-8 become escapes such as "\n", "\x1b" and "\u202e".
 [[nodiscard]] std::string printable(std::string_view text);
 
-/// The text for a message that may be repeated thousands of times: when longer than 200 bytes, its beginning (whole
-/// characters) and "...".
+/// The text for messages and labels that may be repeated thousands of times: when longer than 200 bytes, its beginning
+/// (whole characters) and "...".
 [[nodiscard]] std::string shortened(std::string_view text);
 
 /// Length in bytes of the character that the text begins with; 0 when the text is empty or does not begin with UTF-8.
