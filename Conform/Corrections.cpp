@@ -11,6 +11,7 @@
 #include "Conform/KeepDates.h"
 #include "Conform/Links.h"
 #include "Conform/Names.h"
+#include "Conform/NegativeDurations.h"
 #include "Conform/Order.h"
 #include "Conform/Outline.h"
 #include "Conform/Priority.h"
@@ -38,6 +39,8 @@ constexpr std::array kCorrections = {
     Correction{"Currency", &correctCurrency},
     Correction{"TaskCalendars", &correctTaskCalendars},
     Correction{"Priority", &correctPriorities},
+    // Before Progress, because it divides the durations.
+    Correction{"NegativeDurations", &correctNegativeDurations},
     Correction{"Progress", &correctProgress},
     Correction{"Rates", &correctRates},
     Correction{"Links", &correctLinks},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -106,6 +107,7 @@ class Sorter {
   }
   [[nodiscard]] std::size_t sorted() const { return sorted_; }
   [[nodiscard]] std::size_t emptyDates() const { return emptyDates_; }
+  [[nodiscard]] std::size_t shortYears() const { return shortYears_; }
 
  private:
   struct Open {
@@ -137,13 +139,26 @@ class Sorter {
 
   /// The child's place; 0 when it was removed. Notes children that need sorting themselves.
   std::size_t placeOf(pugi::xml_node element, pugi::xml_node child, const Order::Child& known) {
-    if (known.isDateTime && isBlank(textOf(child))) {
-      element.remove_child(child);
-      ++emptyDates_;
-      return 0;
+    if (known.isDateTime) {
+      if (isBlank(textOf(child))) {
+        element.remove_child(child);
+        ++emptyDates_;
+        return 0;
+      }
+      completeYear(child);
     }
     if (known.order != nullptr) open_.push_back({child, known.order});
     return known.place;
+  }
+
+  /// A year has at least four digits in XML: "1-01-01T00:00:00" becomes "0001-01-01T00:00:00".
+  void completeYear(pugi::xml_node date) {
+    constexpr std::size_t kDigits = 4;
+    const std::string_view text = textOf(date);
+    const std::size_t digits = text.substr(0, kDigits).find('-');
+    if (digits == std::string_view::npos || digits == 0) return;
+    setText(date, std::string(kDigits - digits, '0').append(text));
+    ++shortYears_;
   }
 
   void rearrange(pugi::xml_node element) {
@@ -160,6 +175,7 @@ class Sorter {
   std::vector<pugi::xml_node> inOrder_;
   std::size_t sorted_ = 0;
   std::size_t emptyDates_ = 0;
+  std::size_t shortYears_ = 0;
 };
 
 }  // namespace
@@ -170,6 +186,7 @@ void correctOrder(Copy& copy) {
   sorter.sortAllBelow(copy.project, *orders.orderOf("Project", ""));
   copy.report.count("elements with children in another order", sorter.sorted());
   copy.report.count("empty dates left out", sorter.emptyDates());
+  copy.report.count("years of fewer than four digits", sorter.shortYears());
 }
 
 }  // namespace conform

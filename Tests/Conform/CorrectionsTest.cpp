@@ -311,6 +311,9 @@ TEST(Corrections, SetWhatReadersInsistOn) {
     for (const string& level : all) tasks += xmlTask(tag("OutlineLevel", level));
     return xmlTasks(tasks);
   };
+  const string malformed =
+      xmlTasks(xmlTask(tag("UID", "1") + tag("Duration", "PT-24H0M0S") + tag("Start", "1-01-01T00:00:00") +
+                       tag("Baseline", tag("Work", "PT0H0M-1S"))));
   const string calendar = kEachTask + "CalendarUID IgnoreResourceCalendar";
   const string ownCalendar = xmlTasks(xmlTask(tag("CalendarUID", "3") + tag("IgnoreResourceCalendar", "1")));
   expectWithBundle({
@@ -332,6 +335,10 @@ TEST(Corrections, SetWhatReadersInsistOn) {
       {__LINE__, "outline numbers from levels", levels({"0", "2", "1", "3", "3", "2", "5", "4", "1"}),
        kTask + "OutlineNumber", "0, 1.1, 2, 2.1.1, 2.1.2, 2.2, 2.2.1.1.1, 2.2.1.2, 3"},
       {__LINE__, "too deep", levels({"2001"}), kTask + "WBS", "task 1 has OutlineLevel 2001, which is above 2000"},
+      {__LINE__, "values that are none in XML", malformed, kEachTask + "Duration Baseline/Work Start",
+       "PT0H0M0S PT0H0M0S 0001-01-01T00:00:00"},
+      {__LINE__, "a warning about the durations", malformed, "said",
+       "task 1: PT0H0M0S is written for its negative durations"},
       {__LINE__, "a calendar of the task stays", ownCalendar, calendar, "3 1"},
   });
 }
