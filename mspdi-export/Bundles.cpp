@@ -122,13 +122,11 @@ UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) 
   }
   // The archive may contain the bundle's folder, or only the folder's contents.
   const std::string unpacked = platform::appendPathComponent(folder, "Bundle.kvdx");
-  platform::createDirectories(unpacked);
   problem_ = platform::unpackZipArchive(bundle.path, unpacked);
   if (problem_) return;
-  path_ = unpacked;
-  if (platform::fileExists(platform::appendPathComponent(unpacked, kContents))) return;
   auto bundles = bundlesBelow(unpacked).bundles;
   std::erase_if(bundles, [](const Bundle& below) { return below.isPacked; });
+  if (platform::fileExists(platform::appendPathComponent(unpacked, kContents))) bundles.push_back({unpacked, false});
   if (bundles.size() == 1) {
     path_ = bundles[0].path;
   } else {

@@ -33,9 +33,10 @@ constexpr std::size_t kBlockSize = std::size_t{1} << 16;
 
 using Archive = std::unique_ptr<archive, decltype(&archive_read_free)>;
 
+/// Some of the library's messages end with a line feed.
 std::string problemOf(const Archive& archive) {
   const char* text = archive_error_string(archive.get());
-  return text == nullptr ? "the archive is damaged" : text;
+  return std::string(text == nullptr ? "the archive is damaged" : trimmed(text));
 }
 
 /// While this object lives, the library reads names in UTF-8. In the "C" locale it gives no name that is not ASCII.
@@ -55,6 +56,19 @@ class LocaleOfUTF8 {
  private:
   locale_t locale_;
   locale_t before_ = nullptr;
+};
+
+/// While this object lives, new files and folders get the permissions that they are made with, whatever the user's
+/// umask. With some, this program could not read what it unpacks.
+class PrivateMask {
+ public:
+  PrivateMask() : before_(::umask(0077)) {}
+  ~PrivateMask() { ::umask(before_); }
+  PrivateMask(const PrivateMask&) = delete;
+  PrivateMask& operator=(const PrivateMask&) = delete;
+
+ private:
+  mode_t before_;
 };
 
 std::string nameOf(archive_entry* entry) {
@@ -163,6 +177,7 @@ std::optional<std::string> unpackMember(const Archive& archive, archive_entry* e
 TemporaryFolder::TemporaryFolder() {
   const char* parent = std::getenv("TMPDIR");
   path_ = appendPathComponent(parent == nullptr || *parent == '\0' ? "/tmp" : parent, "mspdi-export-XXXXXX");
+  const PrivateMask mask;
   if (::mkdtemp(path_.data()) == nullptr) path_.clear();
 }
 
@@ -185,11 +200,13 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
   const LocaleOfUTF8 locale;
+  const PrivateMask mask;
   const Archive archive(archive_read_new(), &archive_read_free);
   // Only by its list of members: without it, a file of a damaged archive could be missing.
   archive_read_support_format_zip_seekable(archive.get());
   if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
 
+  if (::mkdir(folder.c_str(), 0700) != 0) return fmt::format("{}: {}", folder, std::strerror(errno));
   Allowance allowance(static_cast<std::uint64_t>(info.st_size));
   archive_entry* entry = nullptr;
   for (;;) {

@@ -27,8 +27,8 @@ class TemporaryFolder {
 /// @param problem set to the reason when the file cannot be read; the result is then false.
 [[nodiscard]] bool isZipArchive(const std::string& path, std::string& problem);
 
-/// Unpacks a zip archive into an existing folder that nobody else can write to. Only files and folders are unpacked,
-/// and nothing outside the folder.
+/// Unpacks a zip archive into a new folder, which only this user can read, inside an existing one that nobody else can
+/// write to. Only files and folders are unpacked, and nothing outside the folder.
 /// @return none when all went well; otherwise the reason in plain words, and part of the archive may be in the folder.
 /// Refused are: members that lead out of the folder or are more than 20 folders deep; links, special files and members
 /// with passwords; archives that unpack to more than 64 MB plus 200 times their size (plans shrink to between a tenth
