@@ -36,7 +36,9 @@ pugi::xml_node parseExported(pugi::xml_document& document, std::string& text, un
   const auto result = document.load_buffer_inplace(text.data(), text.size(), options, pugi::encoding_utf8);
   if (!result) fail(result.description());
   const pugi::xml_node root = document.document_element();
-  if (std::string_view(root.name()) != "Project" || root.attribute("xmlns").value() != kNamespace) {
+  const std::string_view name = root.name();
+  if (name.ends_with(":Project")) fail("the names of its elements have a prefix, and only names without one are read");
+  if (name != "Project" || root.attribute("xmlns").value() != kNamespace) {
     fail("this is no Microsoft Project XML file");
   }
   return root;

@@ -51,6 +51,8 @@ TEST(XMLStrict, RefusesWhatTheTreesParserWouldPassOn) {
       {__LINE__, refusal, "<a>\n\x01</a>", "raises line 2: it has a character that XML does not have"},
       {__LINE__, refusal, "<a>\xEF\xBF\xBF</a>", "raises line 1: it has a character that XML does not have"},
       {__LINE__, refusal, "<!DOCTYPE a><a/>", "raises line 1: it has a document type (<!DOCTYPE)"},
+      {__LINE__, refusal, "<?xml version='1.0'\n encoding=\"UTF-8\" standalone='no' ?><a/>", ""},
+      {__LINE__, refusal, "<?xml version='1.0' encodg='UTF-8'?><a/>", "raises line 1: the declaration is malformed"},
       {__LINE__, refusal, "<a/><a/>", "raises line 1: it has a second root"},
       {__LINE__, refusal, "x<a/>", outside},
       {__LINE__, refusal, "<a/>x", outside},

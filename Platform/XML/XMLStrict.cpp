@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Platform/System/Exceptions.h"
+#include "Platform/Text/RegularExpression.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/XMLText.h"
 
@@ -70,6 +71,16 @@ bool isReference(std::string_view name) {
   return !name.empty() && isIn(kCharacters, code);
 }
 
+/// Whether the text, from "<?xml" up to but without "?>", is a declaration.
+bool isDeclaration(std::string_view text) {
+  constexpr std::size_t kLongest = 200;  // a longer one is never real, and the expression would take long
+  static const platform::PosixRegularExpression kDeclaration(
+      R"~(^<[?]xml[[:space:]]+version[[:space:]]*=[[:space:]]*("1[.][0-9]+"|'1[.][0-9]+'))~"
+      R"~(([[:space:]]+encoding[[:space:]]*=[[:space:]]*("[A-Za-z][A-Za-z0-9._-]*"|'[A-Za-z][A-Za-z0-9._-]*'))?)~"
+      R"~(([[:space:]]+standalone[[:space:]]*=[[:space:]]*("(yes|no)"|'(yes|no)'))?[[:space:]]*$)~");
+  return text.size() <= kLongest && !kDeclaration.match(std::string(text)).empty();
+}
+
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : text_(text) {}
@@ -124,6 +135,7 @@ class Scanner {
     if (!rest().starts_with("<?xml") || text_.size() < 6 || !isBlank(text_[5])) return;
     const std::string_view declaration = takeUntil("?>", "the declaration");
     if (declaration.find('<', 1) != std::string_view::npos) fail("the declaration does not end");
+    if (!isDeclaration(declaration)) fail("the declaration is malformed");
   }
 
   void scanNext() {
