@@ -11,9 +11,11 @@ using platform::TimeZone;
 namespace {
 
 constexpr const char* kMachine = "machine";
+constexpr const char* kNoZoneData = "this machine has no time zone data (the package tzdata)";
 
 ZoneChoice requestedZone(const std::string& name) {
   if (!TimeZone(name).isKnown()) {
+    if (TimeZone::names().empty()) conform::fail(kNoZoneData);
     conform::fail(fmt::format("there is no time zone '{}'; names are like Europe/Berlin", name));
   }
   TimeZone::setSystem(name);
@@ -37,6 +39,9 @@ ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
   std::string fitting = fittingZone(plan);
   if (fitting.empty() && plan.leaveOutUTC()) fitting = fittingZone(plan);
   if (fitting == machine) return {machine, "", ""};
+  if (fitting.empty() && TimeZone::names().empty()) {
+    return {machine, "", fmt::format("{}, so dates are those of {}", kNoZoneData, machine)};
+  }
   if (fitting.empty()) {
     return {machine, "",
             fmt::format("{} of {} dates have other offsets than {}, this machine's zone, and no zone has all of them: "

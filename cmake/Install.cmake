@@ -106,8 +106,8 @@ Project XML file that one sends. MSPDIExport writes the exact one, without the
 corrections for those who open it; mspdi-export-all writes either for many
 bundles at a time, mspdi-conform corrects an exact file later, and mspdi-page
 shows any of them as a page in a browser.")
-# mspdi-export-all needs GNU parallel; shlibdeps finds only the dependencies of programs, not of scripts.
-set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel")
+# mspdi-export-all needs GNU parallel, and zones need the zone data; shlibdeps finds only the libraries of programs.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "parallel, tzdata")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libmspdi-dev)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libdevel)
@@ -115,7 +115,7 @@ set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "Export Korvella plans to Microsoft Project
 The static library of MSPDIExport with its headers and CMake package, for
 programs that export a Korvella document bundle themselves.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS
-  "libarchive-dev, libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev")
+  "libarchive-dev, libpugixml-dev, libxml2-dev, libicu-dev, libfmt-dev, libtomlplusplus-dev, tzdata")
 
 # Debian requires a changelog and a copyright file in each package.
 string(TIMESTAMP MSPDI_NOW "%a, %d %b %Y %H:%M:%S +0000" UTC)

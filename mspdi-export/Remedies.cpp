@@ -17,6 +17,7 @@ constexpr std::array kRemedies = {
     Remedy{"neither an existing folder nor", "Choose a name that ends in .xml, or make the folder first."},
     Remedy{"inside of the bundle", "Choose a place outside of the bundle with -o."},
     Remedy{"there are warnings", "Correct what the warnings name, or leave out --strict."},
+    Remedy{"no time zone data", "Install the package tzdata."},
     Remedy{"no time zone", "Choose one of the names that timedatectl list-timezones prints."},
     Remedy{"may be equal only at midnight", "Choose the zone of the plan's author with --zone."},
     Remedy{"event start", "Choose the zone of the plan's author with --zone."},
