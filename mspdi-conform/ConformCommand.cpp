@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <memory>
 #include <new>
 
@@ -76,8 +75,7 @@ void ConformCommand::copyFile(const std::string& input, const std::string& outpu
 
 int ConformCommand::run() {
   if (arguments_.size() == 1 && (arguments_[0] == "-h" || arguments_[0] == "--help")) {
-    std::puts(kUsage);
-    return 0;
+    return platform::writeToStandardOutput(fmt::format("{}\n", kUsage)) ? 0 : 1;
   }
   if (arguments_.size() != 2) {
     tell(kUsage);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <numeric>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "Platform/System/Console.h"
@@ -25,6 +26,11 @@ std::string asCurrencyCode(std::string& code) {
   return isCode ? "" : "is no code of three letters, such as EUR";
 }
 
+/// Refuses an empty text, which is mostly that of a variable that is not set.
+CLI::Validator notEmpty(const char* problem) {
+  return {[problem](const std::string& text) { return std::string(text.empty() ? problem : ""); }, ""};
+}
+
 void addOptions(CLI::App& app, ExportArguments& arguments) {
   app.add_option("bundles", arguments.bundles,
                  "Plans: .kvdx folders, zip archives of them, or folders that contain them")
@@ -32,10 +38,11 @@ void addOptions(CLI::App& app, ExportArguments& arguments) {
       ->type_name("BUNDLE");
   app.add_option("-o,--output", arguments.output, "File to write, or existing folder to write into")
       ->type_name("OUTPUT")
-      ->check(CLI::Validator([](const std::string& name) { return name.empty() ? "the output has no name" : ""; }, ""));
+      ->check(notEmpty("the output has no name"));
   app.add_flag("--overwrite", arguments.overwrite, "Replace the file of that name; without it, Plan-1.xml is written");
   app.add_option("--zone", arguments.zone, "Time zone of the dates, or \"machine\"; by default the plan's own")
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->check(notEmpty("the zone has no name"));
   app.add_option("--currency", arguments.currency, "Currency code (ISO 4217), used when the plan's symbol is ambiguous")
       ->type_name("CODE")
       ->check(CLI::Validator(asCurrencyCode, ""));
@@ -100,7 +107,11 @@ std::variant<ExportArguments, int> readExportArguments(int argc, const char* con
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
+    if (error.get_exit_code() == 0) {
+      std::ostringstream text;
+      app.exit(error, text);
+      return platform::writeToStandardOutput(text.str()) ? 0 : 1;
+    }
     tellWrongUse(app, error);
     return kWrongUse;
   }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <optional>
 #include <set>
 
@@ -15,7 +14,6 @@
 #include "Platform/System/ZipArchive.h"
 #include "mspdi-export/ProgressBar.h"
 #include "mspdi-export/Remedies.h"
-#include "mspdi-export/Summary.h"
 
 namespace {
 
@@ -69,9 +67,9 @@ void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::C
 }
 
 /// @return whether the object could be written to standard output.
-bool tellProgram(const std::string& bundle, const ExportResult& result, const std::string& page, double seconds) {
-  const std::string line = jsonOf(bundle, result, page, seconds) + "\n";
-  const bool isTold = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() && std::fflush(stdout) == 0;
+bool tellProgram(const std::string& bundle, const ExportResult& result, const OutputFiles& files, double seconds) {
+  const std::string line = jsonOf(bundle, result, files, seconds) + "\n";
+  const bool isTold = platform::writeToStandardOutput(line);
   if (!isTold) say("{}: standard output could not be written.", bundle);
   return isTold;
 }
@@ -161,8 +159,10 @@ platform::ChildResult ExportCommand::exportAndTell(const Bundle& bundle, const s
   } else {
     result = exportFolder(bundle, unpacked ? unpacked->path() : folder, showsProgress);
   }
-  const std::string page = writePage(result);
-  const bool isTold = tell(bundle, result, page, secondsSince(start));
+  OutputFiles files;
+  if (result.status != ExportResult::Status::kFailed) files.output = result.path;
+  files.page = writePage(result);
+  const bool isTold = tell(bundle, result, files, secondsSince(start));
   if (result.status == ExportResult::Status::kFailed) return {1, "failed: " + result.reason};
   return {isTold ? 0 : 1, fmt::format("{}, {} warnings", result.path, result.warnings.size())};
 }
@@ -221,13 +221,13 @@ void ExportCommand::tellFailure(const std::string& bundle, const std::string& re
   }
   ExportResult result;
   result.reason = reason;
-  static_cast<void>(tellProgram(bundle, result, "", 0.0));
+  static_cast<void>(tellProgram(bundle, result, {}, 0.0));
 }
 
-bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
+bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const OutputFiles& files,
                          double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
-  if (arguments_.json) return tellProgram(bundle.path, result, page, seconds);
+  if (arguments_.json) return tellProgram(bundle.path, result, files, seconds);
   if (arguments_.verbose) {
     for (const auto& [what, number] : result.corrections) say("corrected: {}: {}", what, number);
   }
@@ -240,7 +240,7 @@ bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const
     say("{}", remedyFor(result.reason));
   } else if (!arguments_.quiet) {
     say("{}", summaryOf(result, seconds));
-    if (!page.empty()) say("{} shows the plan", platform::lastPathComponent(page));
+    if (!files.page.empty()) say("{} shows the plan", platform::lastPathComponent(files.page));
   }
   return true;
 }

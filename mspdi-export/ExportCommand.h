@@ -8,6 +8,7 @@
 #include "mspdi-export/Bundles.h"
 #include "mspdi-export/ExportArguments.h"
 #include "mspdi-export/ProgressBar.h"
+#include "mspdi-export/Summary.h"
 
 /// The command mspdi-export: reads the command line, exports each bundle, and prints the results. Several bundles are
 /// exported one after the other, each in its own process, since numbering and time zone belong to the process.
@@ -38,7 +39,7 @@ class ExportCommand {
   /// Prints that there is nothing to export, or that a process ended without printing a result.
   void tellFailure(const std::string& bundle, const std::string& reason) const;
   /// @return false when it should go to standard output and could not be written there.
-  [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, const std::string& page,
+  [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, const OutputFiles& files,
                           double seconds) const;
   /// @return how many bundles failed.
   [[nodiscard]] std::size_t exportAll(const std::vector<Bundle>& bundles) const;

@@ -42,7 +42,7 @@ std::string summaryOf(const ExportResult& result, double seconds) {
                      counted(result.warnings.size(), "warning"), seconds);
 }
 
-std::string jsonOf(const std::string& bundle, const ExportResult& result, const std::string& page, double seconds) {
+std::string jsonOf(const std::string& bundle, const ExportResult& result, const OutputFiles& files, double seconds) {
   JsonObject counts;
   counts.add("tasks", result.tasks);
   counts.add("links", result.links);
@@ -54,8 +54,8 @@ std::string jsonOf(const std::string& bundle, const ExportResult& result, const 
   JsonObject object;
   object.add("bundle", bundle);
   object.add("status", std::string_view(nameOf(result.status)));
-  addOrNull(object, "output", result.status == ExportResult::Status::kFailed ? "" : result.path);
-  if (!page.empty()) object.add("page", page);
+  addOrNull(object, "output", files.output);
+  if (!files.page.empty()) object.add("page", files.page);
   addOrNull(object, "reason", result.reason);
   addOrNull(object, "zone", result.zone);
   object.add("counts", counts);

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include "BundleExport/OutputPath.h"
@@ -27,13 +28,14 @@ void tell(std::string_view text) { platform::say(kProgram, text); }
 
 /// Writes the page. With a name given by the user, it is written under exactly this name or not at all.
 std::string write(const Arguments& arguments) {
+  if (arguments.input.empty()) conform::fail("the input has no name");
   const std::string input = platform::absolutePath(platform::pathOfSystem(arguments.input));
   requireOutsideBundles(platform::deleteLastPathComponent(
       platform::absolutePath(platform::pathOfSystem(arguments.output.value_or(arguments.input)))));
   if (!arguments.output) return page::writePageOf(input, page::pagePathOf(input), false);
   if (arguments.output->empty()) conform::fail("the output has no name");
   const std::string output = platform::absolutePath(platform::pathOfSystem(*arguments.output));
-  if (platform::mayExist(output)) conform::fail(output + " exists");
+  if (platform::isNameTaken(output)) conform::fail(output + " exists");
   return page::writePageOf(input, output, false);
 }
 
@@ -49,7 +51,11 @@ std::optional<int> readArguments(int argc, const char* const* argv, Arguments& a
     app.parse(argc, argv);
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
+    if (error.get_exit_code() == 0) {
+      std::ostringstream text;
+      app.exit(error, text);
+      return platform::writeToStandardOutput(text.str()) ? 0 : 1;
+    }
     tell(error.what());
     tell("see mspdi-page --help");
     return kWrongUse;

@@ -8,6 +8,10 @@ namespace platform {
 /// standard error is ignored.
 void writeToStandardError(std::string_view text);
 
+/// Writes the text to standard output.
+/// @return whether all of it could be written.
+[[nodiscard]] bool writeToStandardOutput(std::string_view text);
+
 /// Writes a line for people to standard error: "program: text". Characters that a terminal could take for a command are
 /// escaped, see printable().
 void say(std::string_view program, std::string_view text);

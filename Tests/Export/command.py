@@ -100,7 +100,7 @@ def prepare():
     inside = {"__TOC.xml": CONTENTS, "P.xml": plan()}
     packed("Flat.kvdx.zip", inside)
     packed("Mailed.kvdx", {f"Other.kvdx/{name}": text for name, text in inside.items()})
-    packed("Pair.kvdx.zip", {f"{letter}.kvdx/P.xml": "" for letter in "AB"})
+    packed("Pair.kvdx.zip", {"__TOC.xml": "", "A.kvdx/P.xml": ""})
     packed("Climbing.kvdx.zip", {"../outside.xml": "x", **inside})
     packed("Bomb.kvdx.zip", {"Big.xml": " " * 200_000_000, **inside})
     packed("Deep.kvdx.zip", {f"{'d/' * 21}f": "x", **inside})
@@ -162,6 +162,7 @@ ROWS = [
     (["Plan.kvdx", "-o", "here/Link.kvdx/out.xml"], 1, "inside of the bundle", []),
     (["~x.kvdx"], 0, "~x.xml: ", ["~x.xml"]),
     (["Plan.kvdx", "-o", ""], 2, "the output has no name", []),
+    (["Plan.kvdx", "--zone", ""], 2, "the zone has no name", []),
     (["Plan.kvdx", "-o", "plan.txt"], 1, "neither an existing folder nor a name", []),
     (["Plan.kvdx", "--overwrit"], 2, "did you mean --overwrite", []),
     (["--quiet", "--verbose", "Plan.kvdx"], 2, "excludes", []),
