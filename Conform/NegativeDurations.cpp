@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -13,23 +16,32 @@
 namespace conform {
 namespace {
 
-/// Corrects the element's own durations.
-/// @return how many there were.
-std::size_t correctOwn(pugi::xml_node element) {
-  std::size_t corrected = 0;
-  for (const pugi::xml_node duration : childrenOf(element, "Duration", "Work", "RemainingWork")) {
-    const std::string_view text = textOf(duration);
-    if (!text.starts_with("PT") || text.find('-') == std::string_view::npos) continue;
-    setText(duration, durationText(0));
-    ++corrected;
-  }
-  return corrected;
+constexpr std::array<const char*, 3> kDurations = {"Duration", "Work", "RemainingWork"};
+
+bool isNamed(pugi::xml_node element, const char* name) {
+  // Nearly all names differ in their first letters.
+  return element.name()[0] == name[0] && std::strcmp(element.name(), name) == 0;
 }
 
-/// Corrects the durations of a task or an assignment and of its baselines.
-std::size_t correctAll(pugi::xml_node element) {
-  std::size_t corrected = correctOwn(element);
-  for (const pugi::xml_node baseline : element.children("Baseline")) corrected += correctOwn(baseline);
+bool isNegativeDuration(pugi::xml_node element) {
+  const auto hasName = [element](const char* name) { return isNamed(element, name); };
+  if (std::none_of(kDurations.begin(), kDurations.end(), hasName)) return false;
+  const std::string_view text = textOf(element);
+  return text.starts_with("PT") && text.find('-') != std::string_view::npos;
+}
+
+/// Corrects the durations of a task or an assignment, and of its baselines.
+/// @return how many there were.
+std::size_t correctBelow(pugi::xml_node element) {
+  std::size_t corrected = 0;
+  for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
+    if (isNamed(child, "Baseline")) {
+      corrected += correctBelow(child);
+    } else if (isNegativeDuration(child)) {
+      setText(child, durationText(0));
+      ++corrected;
+    }
+  }
   return corrected;
 }
 
@@ -38,7 +50,7 @@ std::size_t correctAll(pugi::xml_node element) {
 void correctNegativeDurations(Copy& copy) {
   std::size_t corrected = 0;
   const auto correct = [&](pugi::xml_node element, auto label) {
-    const std::size_t count = correctAll(element);
+    const std::size_t count = correctBelow(element);
     if (count > 0) copy.report.warn(label() + ": PT0H0M0S is written for its negative durations");
     corrected += count;
   };

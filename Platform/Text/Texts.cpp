@@ -43,8 +43,8 @@ constexpr std::array<std::string_view, 7> kNewlines = {"\n",       "\v",        
 
 std::size_t leadingWhitespace(std::string_view text) {
   std::size_t length = 0;
-  // Nearly every text begins with an ASCII character that is not blank.
-  if (!text.empty() && text[0] > ' ') return 0;
+  // Nearly every text is empty or begins with an ASCII character that is not blank.
+  if (text.empty() || text.front() > ' ') return 0;
   for (bool more = true; more;) {
     more = false;
     for (const std::string_view blank : kWhitespace) {
@@ -116,6 +116,7 @@ std::string lowercased(std::string_view text) {
 
 std::string_view trimmed(std::string_view text) {
   text.remove_prefix(leadingWhitespace(text));
+  if (text.empty() || text.back() > ' ') return text;
   for (bool more = true; more;) {
     more = false;
     for (const std::string_view blank : kWhitespace) {

@@ -92,7 +92,7 @@ OutputNode OutputNode::append(Element element) const {
 
 void OutputNode::setText(std::string_view text) const {
   if (!isElement()) return;
-  entry_->markup = memory_->kept(escapedText(text));
+  entry_->markup = isPlainText(text) ? memory_->kept(text) : memory_->kept(escapedText(text));
   entry_->hasText = !text.empty();
 }
 
