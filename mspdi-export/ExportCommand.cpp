@@ -67,11 +67,17 @@ void tellTable(const std::vector<Bundle>& bundles, const std::vector<platform::C
 }
 
 /// @return whether the object could be written to standard output.
-bool tellProgram(const std::string& bundle, const ExportResult& result, const OutputFiles& files, double seconds) {
-  const std::string line = jsonOf(bundle, result, files, seconds) + "\n";
-  const bool isTold = platform::writeToStandardOutput(line);
+bool tellProgram(const std::string& bundle, const std::string& object) {
+  const bool isTold = platform::writeToStandardOutput(object + "\n");
   if (!isTold) say("{}: standard output could not be written.", bundle);
   return isTold;
+}
+
+/// The object for a path that leads to no export.
+std::string objectWithReason(const std::string& path, std::string_view status, const std::string& reason) {
+  ExportResult result;
+  result.reason = reason;
+  return jsonOf(path, status, result, {}, 0.0);
 }
 
 /// The path for the bundle's file, before any numbering.
@@ -99,9 +105,7 @@ int ExportCommand::run() {
   arguments_ = std::get<ExportArguments>(read);
   const FoundBundles found = findBundles(arguments_.bundles);
   for (const NoBundle& problem : found.problems) tellFailure(problem.path, problem.reason);
-  if (!arguments_.quiet && !arguments_.json) {
-    for (const NoBundle& passed : found.passedOver) say("{}", passed.reason);
-  }
+  for (const NoBundle& passed : found.passedOver) tellPassedOver(passed);
   if (found.bundles.size() > 1 && !arguments_.output.empty() && !platform::isDirectory(arguments_.output)) {
     say("with several bundles, -o names an existing folder: '{}' is none", arguments_.output);
     return kWrongUse;
@@ -219,15 +223,22 @@ void ExportCommand::tellFailure(const std::string& bundle, const std::string& re
     say("{}", reason);
     return;
   }
-  ExportResult result;
-  result.reason = reason;
-  static_cast<void>(tellProgram(bundle, result, {}, 0.0));
+  static_cast<void>(tellProgram(bundle, objectWithReason(bundle, nameOf(ExportResult::Status::kFailed), reason)));
+}
+
+void ExportCommand::tellPassedOver(const NoBundle& passed) const {
+  if (arguments_.json) {
+    static_cast<void>(tellProgram(passed.path, objectWithReason(passed.path, "skipped", passed.reason)));
+  } else if (!arguments_.quiet) {
+    say("{}", passed.reason);
+  }
 }
 
 bool ExportCommand::tell(const Bundle& bundle, const ExportResult& result, const OutputFiles& files,
                          double seconds) const {
   const bool isFailed = result.status == ExportResult::Status::kFailed;
-  if (arguments_.json) return tellProgram(bundle.path, result, files, seconds);
+  if (arguments_.json)
+    return tellProgram(bundle.path, jsonOf(bundle.path, nameOf(result.status), result, files, seconds));
   if (arguments_.verbose) {
     for (const auto& [what, number] : result.corrections) say("corrected: {}: {}", what, number);
   }

@@ -38,6 +38,8 @@ class ExportCommand {
   [[nodiscard]] std::string writePage(ExportResult& result) const;
   /// Prints that there is nothing to export, or that a process ended without printing a result.
   void tellFailure(const std::string& bundle, const std::string& reason) const;
+  /// Prints that something below a folder looks like a bundle and is none.
+  void tellPassedOver(const NoBundle& passed) const;
   /// @return false when it should go to standard output and could not be written there.
   [[nodiscard]] bool tell(const Bundle& bundle, const ExportResult& result, const OutputFiles& files,
                           double seconds) const;

@@ -11,7 +11,17 @@ std::string counted(std::size_t number, const char* noun) {
   return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
 }
 
-const char* nameOf(ExportResult::Status status) {
+void addOrNull(JsonObject& object, const char* name, const std::string& text) {
+  if (text.empty()) {
+    object.addNull(name);
+  } else {
+    object.add(name, text);
+  }
+}
+
+}  // namespace
+
+std::string_view nameOf(ExportResult::Status status) {
   switch (status) {
     case ExportResult::Status::kWritten:
       return "written";
@@ -23,16 +33,6 @@ const char* nameOf(ExportResult::Status status) {
   return "";
 }
 
-void addOrNull(JsonObject& object, const char* name, const std::string& text) {
-  if (text.empty()) {
-    object.addNull(name);
-  } else {
-    object.add(name, text);
-  }
-}
-
-}  // namespace
-
 std::string summaryOf(const ExportResult& result, double seconds) {
   const bool isWritten = result.status == ExportResult::Status::kWritten;
   return fmt::format("{}{}: {}, {}, {}, {}, {}, {}; {} ({:.1f} s)", platform::lastPathComponent(result.path),
@@ -42,7 +42,8 @@ std::string summaryOf(const ExportResult& result, double seconds) {
                      counted(result.warnings.size(), "warning"), seconds);
 }
 
-std::string jsonOf(const std::string& bundle, const ExportResult& result, const OutputFiles& files, double seconds) {
+std::string jsonOf(const std::string& bundle, std::string_view status, const ExportResult& result,
+                   const OutputFiles& files, double seconds) {
   JsonObject counts;
   counts.add("tasks", result.tasks);
   counts.add("links", result.links);
@@ -53,7 +54,7 @@ std::string jsonOf(const std::string& bundle, const ExportResult& result, const 
 
   JsonObject object;
   object.add("bundle", bundle);
-  object.add("status", std::string_view(nameOf(result.status)));
+  object.add("status", status);
   addOrNull(object, "output", files.output);
   if (!files.page.empty()) object.add("page", files.page);
   addOrNull(object, "reason", result.reason);
