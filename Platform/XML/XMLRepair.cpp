@@ -80,6 +80,9 @@ class Writer {
 
 Writer& writerOf(void* parser) { return *static_cast<Writer*>(static_cast<xmlParserCtxt*>(parser)->_private); }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp,cppcoreguidelines-pro-type-vararg): the library passes the values for the message
+void renewNamesAtError(void* parser, const char* /*message*/, ...) { writerOf(parser).renewNames(); }
+
 /// The callbacks, in the parser's older interface. That one does not process namespaces, which the program does not
 /// need and which take the parser quadratic time.
 xmlSAXHandler handler() {
@@ -97,6 +100,8 @@ xmlSAXHandler handler() {
   calls.processingInstruction = [](void* parser, const xmlChar* /*name*/, const xmlChar* /*text*/) {
     writerOf(parser).renewNames();
   };
+  // A malformed attribute, of which a tag may have any number, adds a name as well.
+  calls.error = &renewNamesAtError;
   // Stop at a document type that mendedText() did not recognize and remove: some take the parser minutes.
   calls.internalSubset = [](void* parser, const xmlChar* /*name*/, const xmlChar* /*publicId*/,
                             const xmlChar* /*systemId*/) { xmlStopParser(static_cast<xmlParserCtxt*>(parser)); };
