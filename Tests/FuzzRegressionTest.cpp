@@ -1,8 +1,6 @@
 // Runs each target on the files of Fuzz/regressions/<target>/: inputs that fuzzers found, and a few seeds. A target
 // raises an exception when one of its properties does not hold.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 

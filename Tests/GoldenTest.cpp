@@ -6,8 +6,6 @@
 // MSPDI_REWRITE_GOLDEN=1 replaces the expected files by the program's output; read the difference before committing it.
 // With CI set, this fails.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -15,7 +13,6 @@
 #include <sstream>
 
 #include "Tests/Process.h"
-#include "Tests/Support.h"
 
 namespace fs = std::filesystem;
 

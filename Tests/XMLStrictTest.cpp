@@ -20,12 +20,7 @@ std::string inUTF8(std::string_view bytes) { return xml::inUTF8(std::string(byte
 }  // namespace
 
 TEST(XMLStrict, RefusesWhatTheTreesParserWouldPassOn) {
-  const auto nested = [](std::size_t depth) {
-    std::string text;
-    for (std::size_t i = 0; i < depth; ++i) text += "<a>";
-    for (std::size_t i = 0; i < depth; ++i) text += "</a>";
-    return text;
-  };
+  const auto nested = [](int depth) { return repeated("<a>", depth) + repeated("</a>", depth); };
   const std::string reference = "raises line 1: \"&\" is no reference that XML has";
   const std::string name = "raises line 1: a name is missing or begins with a wrong character";
   const std::string outside = "raises line 1: text stands outside the root";

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "Conform/Copy.h"
 #include "Conform/Days.h"
 #include "Conform/ProjectWeek.h"

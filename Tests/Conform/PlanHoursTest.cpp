@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "Conform/PlanHours.h"
 #include "Conform/WallClock.h"
 #include "Tests/MappingSupport.h"
