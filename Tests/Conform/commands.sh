@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
 # Tests what the commands refuse, that a refusal leaves no file behind, and where they write: commands.sh PROGRAMS
-set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/../Install/common.sh"
 conform=$1/mspdi-conform send=$1/mspdi-export
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
-export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$folder
+cd "$scratch"
+export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$scratch
 
 failures=0
 bad() {

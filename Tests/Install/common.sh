@@ -1,4 +1,4 @@
-# Shared by the scripts of this folder. Sourced by bash.
+# Shared by the test scripts. Sourced by bash.
 
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/common.sh"
 scratch=$(mktemp -d)
