@@ -29,11 +29,9 @@ file plan.xml "$plan"
 file other.xml '<Plan/>'
 file foreign.xml '<Project/>'
 file cut.xml "${plan%</Project>}"
-file doctype.xml "<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${plan/14/&e;}"
+iconv -t UTF-16 <<<"<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${plan/14/&e;}" >doctype.xml
 file quoted.xml "$head<Title><![CDATA[<!DOCTYPE Project>]]></Title><Tasks/></Project>"
-iconv -t UTF-16 doctype.xml >doctype16.xml
 file $'bell\a.xml' "$plan"
-file deep.xml "$head$(printf '<x>%.0s' {1..5000})$(printf '</x>%.0s' {1..5000})</Project>"
 file existing.xml kept
 ln -s nowhere link.xml
 mkdir folder Plan2.kvdx
@@ -50,10 +48,8 @@ ends "an output in a bundle"         1 "inside of the bundle"                "$c
 ends "an output without a name"      1 "the output has no name"              "$conform" plan.xml ""
 ends "another kind of XML"           1 "this is no Microsoft Project XML"    "$conform" other.xml out.xml
 ends "another namespace"             1 "this is no Microsoft Project XML"    "$conform" foreign.xml out.xml
-ends "a document type"               1 "has a document type"                 "$conform" doctype.xml out.xml
-ends "a document type in UTF-16"     1 "has a document type"                 "$conform" doctype16.xml out.xml
+ends "a document type in UTF-16"     1 "has a document type"                 "$conform" doctype.xml out.xml
 ends "a file cut short"              1 "cut.xml cannot be copied"            "$conform" cut.xml out.xml
-ends "elements 5000 deep"            1 "nested over 256 deep"                "$conform" deep.xml out.xml
 ends "a name that is no text"        0 ""                                    "$conform" $'bell\a.xml' bell-out.xml
 ends "a document type in a text"     0 ""                                    "$conform" quoted.xml quoted-out.xml
 [ "$(cat existing.xml)" = kept ] || bad "an existing file was changed"

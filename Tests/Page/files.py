@@ -10,26 +10,15 @@ import tempfile
 
 sys.dont_write_bytecode = True
 import plan
+from plan import expect, faults
 
 program, source = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
 START = '<Project xmlns="http://schemas.microsoft.com/project">'
-failures = 0
-
-
-def bad(what):
-    global failures
-    failures += 1
-    print(what)
 
 
 def run(*arguments):
     return subprocess.run([program, *arguments], stderr=subprocess.PIPE, stdout=subprocess.PIPE, text=True, timeout=60,
                           env={**os.environ, "SOURCE_DATE_EPOCH": "1777888800", "TZ": "UTC"})
-
-
-def expect(what, expected, actual):
-    if expected != actual:
-        bad(f"{what}:\n  expected {expected}\n  actual   {actual}")
 
 
 def check_golden(path):
@@ -44,7 +33,7 @@ def check_golden(path):
         expect(f"{path}: resources that are missing in {row}", [], missing)
     expect(f"{path}: details", plan.expected_details(path), plan.page_details(page))
     if os.path.getsize("page.html") > 2 * max(os.path.getsize(path), 40000):
-        bad(f"{path}: the page has {os.path.getsize('page.html')} bytes")
+        faults.append(f"{path}: the page has {os.path.getsize('page.html')} bytes")
     os.remove("page.html")
 
 
@@ -98,8 +87,6 @@ ODD = {
 # Files and arguments that are refused: the file, the arguments, the status and the message.
 REFUSED = {
     "no XML": ("plan", ["in.xml"], 1, "in.xml cannot be shown: line 1: text stands outside the root"),
-    "an empty file": ("", ["in.xml"], 1, "it has no element"),
-    "a file cut short": (START, ["in.xml"], 1, "an element does not end"),
     "another kind": (START.replace("Project ", "Plan ").replace(">", "/>"), ["in.xml"], 1, "no Microsoft Project XML"),
     "a document type": ("<!DOCTYPE Project>" + START + "</Project>", ["in.xml"], 1, "DOCTYPE"),
     "no such file": (START + "</Project>", ["absent.xml"], 1, "cannot read .*absent.xml: No such file"),
@@ -120,10 +107,10 @@ def check_odd(what, contents, shown):
            (out.returncode, out.stderr))
     page = pathlib.Path("in.html").read_text(encoding="utf-8")
     if shown not in page:
-        bad(f"{what}: {shown} is not in the page")
+        faults.append(f"{what}: {shown} is not in the page")
     plan.page_tree("in.html")
     if len(page) > 3 * len(contents) + 60000:
-        bad(f"{what}: {len(page)} characters for {len(contents)}")
+        faults.append(f"{what}: {len(page)} characters for {len(contents)}")
     os.remove("in.html")
 
 
@@ -134,7 +121,7 @@ def check_refused(what, contents, arguments, status, message):
     out = run(*arguments)
     expect(f"{what}: status", status, out.returncode)
     if not re.search(message, out.stderr):
-        bad(f"{what}: wrong message {out.stderr}")
+        faults.append(f"{what}: wrong message {out.stderr}")
     expect(f"{what}: files", (before, "kept"), (sorted(os.listdir()), pathlib.Path("existing.html").read_text()))
 
 
@@ -142,8 +129,7 @@ with tempfile.TemporaryDirectory() as folder:
     os.chdir(folder)
     os.mkdir("P.kvdx")
     golden = sorted(map(str, source.glob("Tests/Golden/*/expected.xml")))
-    if not golden:
-        bad("there are no golden cases")
+    expect("golden cases", True, bool(golden))
     for path in golden:
         check_golden(path)
     for what, (contents, shown) in ODD.items():
@@ -154,8 +140,8 @@ with tempfile.TemporaryDirectory() as folder:
     pathlib.Path("in.xml").write_text(START + "</Project>")
     for name in ("in.html", "in-1.html", "in-2.html"):
         run("in.xml")
-        if not os.path.exists(name):
-            bad(f"{name} was not written")
+        expect(f"{name} is written", True, os.path.exists(name))
     expect("a second page", pathlib.Path("in.html").read_bytes(), pathlib.Path("in-2.html").read_bytes())
     os.chdir("/")
-sys.exit(failures != 0)
+print("\n".join(faults))
+sys.exit(bool(faults))

@@ -1,8 +1,16 @@
-"""Reads the plan from a Microsoft Project XML file, and from a page, with the standard library alone."""
+"""Reads the plan from a Microsoft Project XML file, and from a page, and collects faults, with the standard library alone."""
 
 import datetime
 import re
 import xml.etree.ElementTree as ElementTree
+
+faults = []
+
+
+def expect(what, expected, actual):
+    if expected != actual:
+        faults.append(f"{what}:\n  expected {expected}\n  actual   {actual}")
+
 
 NAMESPACE = "{http://schemas.microsoft.com/project}"
 
