@@ -1,15 +1,10 @@
-// Golden cases. Each folder of Tests/Golden is a case and contains:
-//   case           lines "zone=...", "epoch=..." and, if the bundle is elsewhere, "bundle=<path in the source tree>"
-//   *.kvdx         the bundle
-//   expected.xml   the document; absent if none must be written
-//   expected.log   the log without prefixes, then a last line "status=..."
-// MSPDI_REWRITE_GOLDEN=1 replaces the expected files by the program's output; read the difference before committing it.
-// With CI set, this fails.
+// Golden cases: each folder of Tests/Golden is a whole export. CONTRIBUTING.md says how to make and rewrite one.
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "Tests/Process.h"
@@ -21,12 +16,11 @@ namespace {
 const std::string kTree = MSPDI_SOURCE_FOLDER;
 const std::string kCases = kTree + "/Tests/Golden";
 
-std::vector<std::string> caseNames() {
-  std::vector<std::string> names;
+std::set<std::string> caseNames() {
+  std::set<std::string> names;
   for (const auto& entry : fs::directory_iterator(kCases)) {
-    if (entry.is_directory()) names.push_back(entry.path().filename());
+    if (entry.is_directory()) names.insert(entry.path().filename());
   }
-  std::sort(names.begin(), names.end());
   return names;
 }
 
