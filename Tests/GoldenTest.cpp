@@ -51,30 +51,26 @@ TEST_P(GoldenTest, MatchesExpected) {
   const std::string folder = kCases + "/" + GetParam();
   const auto settings = settingsOf(folder);
   const fs::path bundle = bundleOf(folder, settings);
-  const ScratchFolder scratch;
-  fs::copy(bundle, fs::path(scratch.path()) / bundle.filename(), fs::copy_options::recursive);
+  Workplace place;
+  place.options.environment["TZ"] = settings.at("zone");
+  place.options.environment["SOURCE_DATE_EPOCH"] = settings.at("epoch");
+  fs::copy(bundle, place.folder / bundle.filename().string(), fs::copy_options::recursive);
 
-  const auto result =
-      RunningProcess({MSPDI_PROGRAM, bundle.filename(), "out.xml"}, {scratch.path(),
-                                                                     {{"TZ", settings.at("zone")},
-                                                                      {"SOURCE_DATE_EPOCH", settings.at("epoch")},
-                                                                      {"XDG_CONFIG_HOME", scratch.path()}}})
-          .end();
-  const std::string log =
-      withoutPrefixes(result.log, scratch.path()) + "status=" + std::to_string(result.status) + "\n";
-  const bool written = fs::exists(scratch / "out.xml");
+  const ProcessResult result = place.run("'" + bundle.filename().string() + "' out.xml");
+  const std::string log = result.log + "status=" + std::to_string(result.status) + "\n";
+  const bool written = place.exists("out.xml");
 
   if (std::getenv("MSPDI_REWRITE_GOLDEN") != nullptr) {
     ASSERT_EQ(std::getenv("CI"), nullptr) << "MSPDI_REWRITE_GOLDEN must not be set in CI";
     writeFile(folder + "/expected.log", log);
     fs::remove(folder + "/expected.xml");
-    if (written) fs::copy(scratch / "out.xml", folder + "/expected.xml");
+    if (written) fs::copy(place.folder / "out.xml", folder + "/expected.xml");
     GTEST_SKIP() << "the expected files are rewritten";
   }
   EXPECT_EQ(log, contentsOf(folder + "/expected.log"));
   ASSERT_EQ(written, fs::exists(folder + "/expected.xml"));
   if (!written) return;
-  const std::string actual = contentsOf(scratch / "out.xml");
+  const std::string actual = contentsOf(place.folder / "out.xml");
   if (actual == contentsOf(folder + "/expected.xml")) return;
   const std::string kept = (fs::temp_directory_path() / ("mspdi-golden-" + GetParam() + ".xml")).string();
   writeFile(kept, actual);

@@ -94,8 +94,7 @@ TEST(MSPIUtilitiesTest, DateTimeTextsReadAndPrinted) {
       {__LINE__, dateTime, "2011-05-06T08:00:00.500Z", "date time UTC 2011-05-06T08:00:00Z"},
       {__LINE__, dateTime, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00Z"},
       {__LINE__, dateTime, "-2012-02-29T24:00:75", "date time 2012-02-29T24:00:75Z"},
-      {__LINE__, dateTime, "99999999999999999999-1-2",
-       "date -1-01-02T-1:-1:-1Z"},  // the largest 64-bit number means undefined
+      {__LINE__, dateTime, "99999999999999999999-1-2", "date -1-01-02T-1:-1:-1Z"},  // the largest number: undefined
       {__LINE__, dateTime, "2011-05-06 08:00:00", "raises 2011-05-06T-1:-1:-1Z"},
       {__LINE__, over, "08:00:00", "time 1999-12-31T08:00:00+05:30"},
       {__LINE__, over, "2011-05-06T08:00:00.5+02:00", "date time 2011-05-06T08:00:00+05:30"},

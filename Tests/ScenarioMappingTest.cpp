@@ -10,7 +10,6 @@ string after(const string& attributes, const string& lead = "", const string& mo
 }
 string use(const string& id, const string& more = "") { return "<assignment idref='" + id + "' " + more + "/>"; }
 string t1(const string& inside) { return scenario(task("t1", inside)); }
-string r1(const string& inside) { return scenario(resource("r1", "Staff", inside)); }
 /// A plan with the task and these resources: staff r1 and r11, equipment r2, material r3, groups r4 and r14, and r5 of
 /// another type.
 string among(const string& task) {
@@ -121,10 +120,11 @@ TEST(ScenarioMapping, WritesTasks) {
 TEST(ScenarioMapping, WritesAssignments) {
   const auto with = [](const string& inside) { return among(task("t1", tag("effort", "86400") + inside)); };
   const string unitsAndWork = "Assignment: Units Work", limit = tag("units-available", "2");
+  const string limitTwice = scenario(resource("r1", "Staff", limit + limit));
   const string order = "UID TaskUID ResourceUID Milestone PercentWorkComplete Units Work RemainingWork Start Finish";
   const string groups = use("r4") + use("r14", "units='3'"), others = use("r5", "units='3'") + use("r5");
   expectValues({
-      {__LINE__, "a limit that is there twice", r1(limit + limit), "Resource: Type MaxUnits", "1 none, 1 1.000000"},
+      {__LINE__, "a repeated limit", limitTwice, "Resource: Type MaxUnits", "1 none, 1 1.000000"},
       {__LINE__, "the order of the elements", with(tag("effort-done", "21600") + use("r1")), "Assignment/*", order},
       {__LINE__, "groups are assigned, too", with(kGroup + use("r-1")), "Assignment: TaskUID ResourceUID", "1 0"},
       {__LINE__, "groups share the work", with(groups), unitsAndWork, "1 PT6H0M0S, 3 PT18H0M0S"},

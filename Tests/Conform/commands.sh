@@ -6,10 +6,7 @@ cd "$scratch"
 export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$scratch
 
 failures=0
-bad() {
-  echo "$1"
-  failures=$((failures + 1))
-}
+bad() { echo "$1" && failures=$((failures + 1)); }
 # ends WHAT STATUS MESSAGE COMMAND...: the output must contain the message; a failure must not add or remove files.
 ends() {
   local what=$1 expected=$2 message=$3 status=0 before said

@@ -8,9 +8,7 @@ prefix=$1
 options_in() {
   grep -oE '(^|[][ ,(/|])(--[a-z][a-z-]+|-[a-z]\b)' | sed 's/^[^-]*//' | LC_ALL=C sort -u || true
 }
-long_ones() {
-  grep '^--' <<<"$1" || true
-}
+long_ones() { grep '^--' <<<"$1" || true; }
 
 # MSPDIExport has no --help: without arguments, it prints its usage. Some usages do not list --help and -h, so these are
 # added.
