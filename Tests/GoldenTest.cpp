@@ -1,4 +1,5 @@
-// Golden cases: each folder of Tests/Golden is a whole export. CONTRIBUTING.md says how to make and rewrite one.
+// Golden cases: each folder of Tests/Golden is a whole export. CONTRIBUTING.md says how to make and rewrite one. The
+// file `case` has lines "zone=...", "epoch=..." and, if the bundle is elsewhere, "bundle=<path in the source tree>".
 
 #include <algorithm>
 #include <cstdlib>
