@@ -68,15 +68,15 @@ TEST(CalendarMapping, InheritsExceptionsWholeFromTheNearestLevel) {
       {__LINE__, "an empty set hides others", nested(over, "<calendar/>", ""), path, "1 O, 5 none, 6 none, 4 none"},
       {__LINE__, "a group in two groups inherits from the last one", scenario(inTwoGroups), path,
        "1 none, 2 none, 8 O, 7 none, 9 O, 8 O, 7 none"},
-      {__LINE__, "overtime: word, number", single(named1and2), "Calendar/Exceptions/Exception: Name DayWorking",
+      {__LINE__, "overtime is a word or a number", single(named1and2), "Calendar/Exceptions/Exception: Name DayWorking",
        "1 1, 2 1"},
   });
 }
 
 TEST(CalendarMapping, WritesCalendars) {
   const string calendar = "Calendar/", header = "UID Name IsBaseCalendar BaseCalendarUID";
-  const string weekDay = calendar + "WeekDays/WeekDay",
-               exceptions = calendar + "Exceptions/Exception: Name Occurrences";
+  const string weekDay = calendar + "WeekDays/WeekDay";
+  const string exceptions = calendar + "Exceptions/Exception: Name Occurrences";
   const string workWeek = calendar + "WorkWeeks/WorkWeek/";
   const string off = set("name='T'"), on = set("name='O' overtime='1'"), may4 = "date='2026-05-04'";
   const string days = day("sunday") + day("tuesday", kNine) + day("friday");

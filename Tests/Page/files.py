@@ -10,7 +10,7 @@ import tempfile
 
 sys.dont_write_bytecode = True
 import plan
-from plan import expect, faults
+from plan import bad, expect, faults
 
 program, source = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
 START = '<Project xmlns="http://schemas.microsoft.com/project">'
@@ -33,7 +33,7 @@ def check_golden(path):
         expect(f"{path}: resources that are missing in {row}", [], missing)
     expect(f"{path}: details", plan.expected_details(path), plan.page_details(page))
     if os.path.getsize("page.html") > 2 * max(os.path.getsize(path), 40000):
-        faults.append(f"{path}: the page has {os.path.getsize('page.html')} bytes")
+        bad(f"{path}: the page has {os.path.getsize('page.html')} bytes")
     os.remove("page.html")
 
 
@@ -107,10 +107,10 @@ def check_odd(what, contents, shown):
            (out.returncode, out.stderr))
     page = pathlib.Path("in.html").read_text(encoding="utf-8")
     if shown not in page:
-        faults.append(f"{what}: {shown} is not in the page")
+        bad(f"{what}: {shown} is not in the page")
     plan.page_tree("in.html")
     if len(page) > 3 * len(contents) + 60000:
-        faults.append(f"{what}: {len(page)} characters for {len(contents)}")
+        bad(f"{what}: {len(page)} characters for {len(contents)}")
     os.remove("in.html")
 
 
@@ -121,7 +121,7 @@ def check_refused(what, contents, arguments, status, message):
     out = run(*arguments)
     expect(f"{what}: status", status, out.returncode)
     if not re.search(message, out.stderr):
-        faults.append(f"{what}: wrong message {out.stderr}")
+        bad(f"{what}: wrong message {out.stderr}")
     expect(f"{what}: files", (before, "kept"), (sorted(os.listdir()), pathlib.Path("existing.html").read_text()))
 
 
@@ -143,5 +143,4 @@ with tempfile.TemporaryDirectory() as folder:
         expect(f"{name} is written", True, os.path.exists(name))
     expect("a second page", pathlib.Path("in.html").read_bytes(), pathlib.Path("in-2.html").read_bytes())
     os.chdir("/")
-print("\n".join(faults))
 sys.exit(bool(faults))

@@ -7,9 +7,14 @@ import xml.etree.ElementTree as ElementTree
 faults = []
 
 
+def bad(what):
+    faults.append(what)
+    print(what)
+
+
 def expect(what, expected, actual):
     if expected != actual:
-        faults.append(f"{what}:\n  expected {expected}\n  actual   {actual}")
+        bad(f"{what}:\n  expected {expected}\n  actual   {actual}")
 
 
 NAMESPACE = "{http://schemas.microsoft.com/project}"
