@@ -26,7 +26,8 @@ if [ -n "$bundle" ]; then
   "$programs/MSPDIExport" "$bundle" "$exact" 2>"$scratch/log" || fail "$(cat "$scratch/log")"
   for options in '' '--keep-dates --currency EUR'; do
     # shellcheck disable=SC2086
-    "$programs/mspdi-export" --zone machine $options "$bundle" -o "$scratch/sent.xml" 2>"$scratch/log" || fail "$(cat "$scratch/log")"
+    "$programs/mspdi-export" --zone machine $options "$bundle" -o "$scratch/sent.xml" 2>"$scratch/log" ||
+      fail "$(cat "$scratch/log")"
     python3 "$here/judge.py" "$exact" "$scratch/sent.xml" "$bundle" || fail "mspdi-export $options, see above"
     stable "$scratch/sent.xml"
     rm "$scratch/sent.xml"

@@ -1,4 +1,4 @@
-"""Reads the plan from a Microsoft Project XML file, and from a page, and collects faults, with the standard library alone."""
+"""Reads a plan from a Microsoft Project XML file and from a page; collects faults. Uses only the standard library."""
 
 import datetime
 import re
