@@ -1,8 +1,6 @@
 // Bundles that are damaged, made by other programs, or made to do harm. Checks the messages and the status, and that
 // only well-formed documents are written.
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -24,24 +22,16 @@ constexpr const char* kLimited = "ulimit -v 1000000; ulimit -s 256; exec \"$@\""
 #endif
 
 std::string failed(const std::string& reason) { return "Exception: InternalInconsistencyException\n" + reason + "\n"; }
-const std::string kExporter = "Exception: MSPEXMLException\nMSPEXMLExporter.";
-const std::string kNoDocument = kExporter + "newXmlDocFromUrl: Failed to build XML DOM from source data.\n";
+const std::string kNoDocument =
+    "Exception: MSPEXMLException\nMSPEXMLExporter.newXmlDocFromUrl: Failed to build XML DOM from source data.\n";
 std::string noXML(const std::string& reason) {
   return "WARNING: Document '@DIR@/B.kvdx/Plan.xml' cannot be read as XML: " + reason + ".\n" + kNoDocument;
 }
-std::string repaired(const std::string& name) {
-  return "WARNING: Document '@DIR@/B.kvdx/" + name +
-         "' is malformed or in an unusual encoding. What could be read of it is used.\n";
-}
-const std::string kRepaired = repaired("Plan.xml");
-const std::string kNoTop = "Invalid format of KVDX top Resource ID (must begin with 'r'): (null)";
+const std::string kRepaired =
+    "WARNING: Document '@DIR@/B.kvdx/Plan.xml' is malformed or in an unusual encoding. What could be read of it is "
+    "used.\n";
 
 std::string plan(const std::string& title) { return scenario(task("t1", "<title>" + title + "</title>")); }
-std::string repeated(const std::string& text, int times) {
-  std::string result;
-  for (int i = 0; i < times; ++i) result += text;
-  return result;
-}
 /// The ASCII text as UTF-16: a mark, then each byte followed by a zero byte.
 std::string utf16(const std::string& text) {
   std::string result = "\xFF\xFE";
@@ -52,8 +42,13 @@ std::string utf16(const std::string& text) {
 std::string bomb(const std::string& mark) {
   std::string declarations = mark + " a 'aaaaaaaaaa'>";
   for (char c = 'b'; c <= 'm'; ++c)
-    declarations += fmt::format("{} {} '{}'>", mark, c, repeated(fmt::format("&{};", static_cast<char>(c - 1)), 10));
+    declarations += fmt::format("{} {} '{}'>", mark, c, repeated(std::string{'&', static_cast<char>(c - 1), ';'}, 10));
   return "<!DOCTYPE scenario [" + declarations + "]>";
+}
+/// A table of contents of these scenarios. The plan with the id s1 is edited, and compared with s2.
+std::string comparing(const std::string& scenarios) {
+  return tag("toc", tag("project", scenarios) +
+                        tag("window", tag("editing-scenario", "s1") + tag("comparison-scenario", "s2")));
 }
 std::string declared(const std::string& encoding) { return "<?xml version='1.0' encoding='" + encoding + "'?>"; }
 
@@ -103,17 +98,12 @@ void expectAll(std::initializer_list<Bad> rows) {
 }  // namespace
 
 TEST(BadInput, DocumentsThatAreNoXML) {
-  const std::string wide = plan("Cafe");
-  std::string attributes;
-  for (int i = 0; i < 100'000; ++i) attributes += fmt::format(" a{}=''", i);
+  const std::string attributes = numbered(" a{}=''", 100'000);
   const std::string controls = "a&#1;&#x1F;\x01&#xD800;&#xDFFF;&#xFFFE;&#x110000;b";
   expectAll({
       {__LINE__, "", noXML("it is empty")},
       {__LINE__, std::string(5000, '\0'), noXML("No document element found")},
       {__LINE__, plan("R&D Caf\xE9"), kRepaired, "<Name>R&amp;D Caf\xC3\xA9</Name>"},
-      {__LINE__, declared("ISO-8859-1") + plan("Caf\xE9"), "", "<Name>Caf\xC3\xA9</Name>"},
-      {__LINE__, declared("windows-1252") + plan("\x80"), kRepaired, "<Name>\xE2\x82\xAC</Name>"},
-      {__LINE__, utf16(declared("UTF-16") + wide), "", "<Name>Cafe</Name>"},
       {__LINE__, plan(repeated("<x>", 200000) + "a" + repeated("</x>", 200000)), "", "<Name>a</Name>"},
       // NOLINTNEXTLINE(bugprone-string-constructor): the length is intended
       {__LINE__, plan("a</title><title x='" + std::string(50'000'000, 'b') + "'>"), "", "<Name />"},
@@ -149,11 +139,6 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
 // Each of these makes the library that repairs documents take minutes or crash, unless the exporter simplifies it
 // first.
 TEST(BadInput, RepairsInTime) {
-  const auto numbered = [](const char* format, int times) {
-    std::string text;
-    for (int i = 0; i < times; ++i) text += fmt::format(fmt::runtime(format), i);
-    return text;
-  };
   const std::string types = "<!DOCTYPE a [<!ATTLIST a b (" + numbered("t{}|", 400'000) + "t)>]>" + plan("b") + "</x>";
   const std::string attributes = numbered(" a{} = \n''", 150'000);
   const std::string spaces = numbered("<n{0}:a xmlns:n{0}='u'>", 250'000) + "b" + repeated("</q>", 250'000);
@@ -167,24 +152,18 @@ TEST(BadInput, RepairsInTime) {
 
 TEST(BadInput, OneDocumentNamedAgainAndAgain) {
   const std::string plan = scenario(task("t1") + "<!--" + std::string(2'000'000, 'a') + "-->");
-  std::string scenarios = "<scenario id='s1' filename='Plan.xml'/>";
-  for (int i = 0; i < 180; ++i)
-    scenarios += fmt::format("<scenario id='s{}' filename='{}Plan.xml'/>", 1 + i % 2, i % 3 == 0 ? "./" : "");
-  const Place place(plan, "<toc><project>" + scenarios +
-                              "</project><window><editing-scenario>s1</editing-scenario>"
-                              "<comparison-scenario>s2</comparison-scenario></window></toc>");
-  place.expect(0, "", "<Number>89</Number>");
+  const std::string names =
+      "<scenario id='s1' filename='Plan.xml'/><scenario id='s2' filename='./Plan.xml'/>"
+      "<scenario id='s1' filename='./Plan.xml'/><scenario id='s2' filename='Plan.xml'/>";
+  Place(plan, comparing(repeated(names, 45))).expect(0, "", "<Number>89</Number>");
 }
 
 TEST(BadInput, DocumentsAreToldInTheOrderOfTheirList) {
   const auto read = [](const std::string& first, const std::string& second, const std::string& bytes) {
-    const Place place(bytes, "<toc><project>" + first + second +
-                                 "</project><window><editing-scenario>s1</editing-scenario>"
-                                 "<comparison-scenario>s2</comparison-scenario></window></toc>");
-    return place.complaints("B.kvdx").log;
+    return Place(bytes, comparing(first + second)).complaints("B.kvdx").log;
   };
-  const std::string edited = "<scenario id='s1' filename='Plan.xml'/>",
-                    compared = "<scenario id='s2' filename='Old.xml'/>";
+  const std::string edited = "<scenario id='s1' filename='Plan.xml'/>";
+  const std::string compared = "<scenario id='s2' filename='Old.xml'/>";
   const std::string old = unread("@DIR@/B.kvdx/Old.xml", "No such file or directory");
   EXPECT_EQ(read(edited, compared, plan("Caf\xE9")), kRepaired + old);
   EXPECT_EQ(read(compared, edited, plan("Caf\xE9")), old);
@@ -245,28 +224,21 @@ TEST(BadInput, PlansWithoutBounds) {
 
 /// Plans that once took minutes, never ended, or overflowed the stack.
 TEST(BadInput, PlansThatAskForMuchWork) {
-  std::string deep = task("t1", tag("type", "group") + children("task", {"t1001"})) + group("r1", "", {"r1001"});
-  for (int level = 1001; level < 1990; ++level) {
-    const std::string next = std::to_string(level + 1);
-    deep += task(fmt::format("t{}", level), tag("type", "group") + children("task", {"t" + next}));
-    deep += group(fmt::format("r{}", level), "", {"r" + next});
+  std::string deep;
+  for (int number = 1; number < 9890; number += 10) {
+    const std::string id = std::to_string(number), next = std::to_string(number + 10);
+    deep += task("t" + id, tag("type", "group") + children("task", {"t" + next})) + group("r" + id, "", {"r" + next});
   }
-  std::string members, attributes, references;
-  for (int i = 1000; i < 16000; ++i) {
-    members += resource(fmt::format("r{}", i), "Staff");
-    references += fmt::format("<child-resource idref='r{}'/>", i);
-  }
-  for (int i = 0; i < 100'000; ++i) attributes += fmt::format(" a{}=''", i);
+  const std::string attributes = numbered(" a{}=''", 100'000);
+  const std::string members = numbered(resource("r1{:05}", "Staff"), 15000);
+  const std::string references = numbered("<child-resource idref='r1{:05}'/>", 15000);
   expectAll({
       {__LINE__, scenario(deep), "", "<OutlineLevel>989</OutlineLevel>"},
-      {__LINE__, scenario("<resource" + attributes + group("r1", references, {}).substr(9) + members), "", ">15999</"},
+      {__LINE__, scenario("<resource" + attributes + group("r1", references, {}).substr(9) + members), "", ">114999</"},
   });
   // Overtime on a day in 1753 and on one in 2026 becomes one exception, and each of its days is written.
-  std::string centuries;
-  for (const char* year : {"1753", "2026"}) {
-    centuries += fmt::format("<flattened-schedule-day date='{}-01-01'>", year);
-    centuries += "<time-span start-time='1' end-time='2'/></flattened-schedule-day>";
-  }
+  const std::string hours = "-01-01'><time-span start-time='1' end-time='2'/></flattened-schedule-day>";
+  const std::string date = "<flattened-schedule-day date='", centuries = date + "1753" + hours + date + "2026" + hours;
   expectAll(
       {{__LINE__,
         scenario(group("r1", tag("schedule", centuries), {}) + group("r2", "", std::vector<std::string>(100, "r1"))),

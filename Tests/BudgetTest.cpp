@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "Platform/Base/Budget.h"
 #include "Platform/System/Log.h"
 #include "Platform/XML/XMLOutput.h"
-#include "Platform/XML/XMLTree.h"
 #include "Tests/Support.h"
 
 using platform::Budget;

@@ -1,8 +1,6 @@
 // The machine fails, the exporter is killed, or several run at once: every file must then be complete or absent.
 
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -1,6 +1,4 @@
 #include <fcntl.h>
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstdio>

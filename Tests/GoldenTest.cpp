@@ -1,21 +1,14 @@
-// Golden cases. Each folder of Tests/Golden is a case and contains:
-//   case           lines "zone=...", "epoch=..." and, if the bundle is elsewhere, "bundle=<path in the source tree>"
-//   *.kvdx         the bundle
-//   expected.xml   the document; absent if none must be written
-//   expected.log   the log without prefixes, then a last line "status=..."
-// MSPDI_REWRITE_GOLDEN=1 replaces the expected files by the program's output; read the difference before committing it.
-// With CI set, this fails.
-
-#include <gtest/gtest.h>
+// Golden cases: each folder of Tests/Golden is a whole export. CONTRIBUTING.md says how to make and rewrite one. The
+// file `case` has lines "zone=...", "epoch=..." and, if the bundle is elsewhere, "bundle=<path in the source tree>".
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "Tests/Process.h"
-#include "Tests/Support.h"
 
 namespace fs = std::filesystem;
 
@@ -24,12 +17,11 @@ namespace {
 const std::string kTree = MSPDI_SOURCE_FOLDER;
 const std::string kCases = kTree + "/Tests/Golden";
 
-std::vector<std::string> caseNames() {
-  std::vector<std::string> names;
+std::set<std::string> caseNames() {
+  std::set<std::string> names;
   for (const auto& entry : fs::directory_iterator(kCases)) {
-    if (entry.is_directory()) names.push_back(entry.path().filename());
+    if (entry.is_directory()) names.insert(entry.path().filename());
   }
-  std::sort(names.begin(), names.end());
   return names;
 }
 
@@ -60,30 +52,26 @@ TEST_P(GoldenTest, MatchesExpected) {
   const std::string folder = kCases + "/" + GetParam();
   const auto settings = settingsOf(folder);
   const fs::path bundle = bundleOf(folder, settings);
-  const ScratchFolder scratch;
-  fs::copy(bundle, fs::path(scratch.path()) / bundle.filename(), fs::copy_options::recursive);
+  Workplace place;
+  place.options.environment["TZ"] = settings.at("zone");
+  place.options.environment["SOURCE_DATE_EPOCH"] = settings.at("epoch");
+  fs::copy(bundle, place.folder / bundle.filename().string(), fs::copy_options::recursive);
 
-  const auto result =
-      RunningProcess({MSPDI_PROGRAM, bundle.filename(), "out.xml"}, {scratch.path(),
-                                                                     {{"TZ", settings.at("zone")},
-                                                                      {"SOURCE_DATE_EPOCH", settings.at("epoch")},
-                                                                      {"XDG_CONFIG_HOME", scratch.path()}}})
-          .end();
-  const std::string log =
-      withoutPrefixes(result.log, scratch.path()) + "status=" + std::to_string(result.status) + "\n";
-  const bool written = fs::exists(scratch / "out.xml");
+  const ProcessResult result = place.run("'" + bundle.filename().string() + "' out.xml");
+  const std::string log = result.log + "status=" + std::to_string(result.status) + "\n";
+  const bool written = place.exists("out.xml");
 
   if (std::getenv("MSPDI_REWRITE_GOLDEN") != nullptr) {
     ASSERT_EQ(std::getenv("CI"), nullptr) << "MSPDI_REWRITE_GOLDEN must not be set in CI";
     writeFile(folder + "/expected.log", log);
     fs::remove(folder + "/expected.xml");
-    if (written) fs::copy(scratch / "out.xml", folder + "/expected.xml");
+    if (written) fs::copy(place.folder / "out.xml", folder + "/expected.xml");
     GTEST_SKIP() << "the expected files are rewritten";
   }
   EXPECT_EQ(log, contentsOf(folder + "/expected.log"));
   ASSERT_EQ(written, fs::exists(folder + "/expected.xml"));
   if (!written) return;
-  const std::string actual = contentsOf(scratch / "out.xml");
+  const std::string actual = contentsOf(place.folder / "out.xml");
   if (actual == contentsOf(folder + "/expected.xml")) return;
   const std::string kept = (fs::temp_directory_path() / ("mspdi-golden-" + GetParam() + ".xml")).string();
   writeFile(kept, actual);

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "KVMSPCommon/MSPExportMapper/MSPEBaselineMapperBase.h"
 #include "Tests/Support.h"
 

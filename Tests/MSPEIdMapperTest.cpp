@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "KVMSPCommon/MSPExportMapper/MSPEIdMapper.h"
 #include "Tests/Support.h"
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
+#include <functional>
 
 #include "Tests/Support.h"
 
@@ -11,7 +9,8 @@ struct Mapped {
   std::string failure;                    ///< why the mapping failed; "" when it succeeded
   std::shared_ptr<xml::Document> output;  ///< the written document, parsed; none after a failure
 
-  /// The failure if there is one, otherwise the value of a path below `Project`; "." stands for `Project` itself.
+  /// The failure if there is one, otherwise the value of a path below `Project`; "." stands for `Project` itself, and
+  /// "Task" for "Tasks/Task", as do the other kinds of objects.
   ///
   ///   "A/B"         the texts of all B
   ///   "A/B: C D/E"  for each B, a record with the texts of its C and of all its E, such as "1 Standard, 2 ''"
@@ -19,8 +18,8 @@ struct Mapped {
   ///   "A/B/*"       the names of the last B's children
   ///   "C?yes:no"    in place of C: "yes" for each C that is 1 and "no" for each other, without separators
   ///
-  /// A missing text is "none", an empty one "''". For two tasks without a Name, "Tasks/Task: Name" gives "none, none",
-  /// but "Tasks/Task/Name" only "none".
+  /// A missing text is "none", an empty one "''". For two tasks without a Name, "Task: Name" gives "none, none",
+  /// but "Task/Name" only "none".
   [[nodiscard]] std::string value(const std::string& path) const;
 };
 
@@ -37,7 +36,10 @@ struct ValueRow {
   const char* zone = "UTC";
   std::vector<std::string> others = {"<toc/>"};
 };
-void expectValues(const std::vector<ValueRow>& rows);
+std::string mappedValue(const ValueRow& row);
+/// Expects of each row the value that "get" returns for it, in the row's zone.
+void expectValues(const std::vector<ValueRow>& rows,
+                  const std::function<std::string(const ValueRow&)>& get = mappedValue);
 
 /// Markup of an element.
 std::string tag(const std::string& name, const std::string& inside);

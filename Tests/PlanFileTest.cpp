@@ -32,12 +32,12 @@ std::string calendar(int uid, int base, const std::string& week, const std::stri
 }
 
 /// The hours of calendar 2 on ten days, beginning with Sunday, 2026-03-01.
-std::string hoursOf(std::string_view calendars) {
+std::string hours(std::string_view calendars) {
   const auto plan = conform::readPlanFile(fmt::format(
       "<Project xmlns='http://schemas.microsoft.com/project'><Calendars>{}</Calendars></Project>", calendars));
-  const FileCalendars hours(plan.calendars, *conform::dateTimeSeconds("2026-03-01") / 86400, 10);
+  const FileCalendars read(plan.calendars, *conform::dateTimeSeconds("2026-03-01") / 86400, 10);
   std::string text;
-  for (const auto& day : hours.days(hours.find("2").value_or(0))) {
+  for (const auto& day : read.days(read.find("2").value_or(0))) {
     std::string times;
     for (const auto& time : *day.hours) times += fmt::format("+{}-{}", time.from / 3600, time.to / 3600);
     text += (text.empty() ? "" : " ") + (times.empty() ? "off" : times.substr(1));
@@ -46,11 +46,11 @@ std::string hoursOf(std::string_view calendars) {
 }
 
 TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
-  const auto exceptions = [](const std::string& list) { return "<Exceptions>" + list + "</Exceptions>"; };
+  const auto except = [](const std::string& list) { return "<Exceptions>" + list + "</Exceptions>"; };
   const std::string monday = weekDay(2, "08-16"), usual = "off 8-16 off off off off off off 8-16 off";
   const std::string base =
-      calendar(1, -1, monday + weekDay(3, "09-17"), exceptions(exception("2026-03-02", "2026-03-02", "off")));
-  const std::string early = exceptions(exception("2026-03-02", "2026-03-03", "06-07"));
+      calendar(1, -1, monday + weekDay(3, "09-17"), except(exception("2026-03-02", "2026-03-02", "off")));
+  const std::string early = except(exception("2026-03-02", "2026-03-03", "06-07"));
   const std::string late = exception("2026-03-01", "2026-03-02", "22-00");
   const std::string off = exception("2026-02-01", "2026-03-03", "off");
   const std::string inWeek =
@@ -58,20 +58,18 @@ TEST(PlanFile, HoursOfADayAreThoseThatReadersFind) {
   const std::string workWeek = "<WorkWeeks><WorkWeek>" + period("2026-03-03", "2026-03-09") + "<WeekDays>" +
                                weekDay(2, "off") + weekDay(4, "01-02") + "</WeekDays></WorkWeek></WorkWeeks>";
   expectOutcomes({
-      {__LINE__, hoursOf, calendar(2, -1, monday, ""), usual},
-      {__LINE__, hoursOf, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
+      {__LINE__, hours, calendar(2, -1, monday, ""), usual},
+      {__LINE__, hours, base + calendar(2, 1, "", ""), "off off 9-17 off off off off off 8-16 9-17"},
       // An exception of the base counts before the calendar's own week, its own exception before one of the base.
-      {__LINE__, hoursOf, base + calendar(2, 1, weekDay(2, "10-12"), ""),
-       "off off 9-17 off off off off off 10-12 9-17"},
-      {__LINE__, hoursOf, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
+      {__LINE__, hours, base + calendar(2, 1, weekDay(2, "10-12"), ""), "off off 9-17 off off off off off 10-12 9-17"},
+      {__LINE__, hours, base + calendar(2, 1, "", early), "off 6-7 6-7 off off off off off 8-16 9-17"},
       // The first of two exceptions counts. An end at 00:00 is the end of the day.
-      {__LINE__, hoursOf, calendar(2, -1, monday, exceptions(late + off)),
-       "22-24 22-24 off off off off off off 8-16 off"},
+      {__LINE__, hours, calendar(2, -1, monday, except(late + off)), "22-24 22-24 off off off off off off 8-16 off"},
       // Exceptions among the week days count only if there is no element Exceptions, which would repeat them.
-      {__LINE__, hoursOf, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
-      {__LINE__, hoursOf, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
-      {__LINE__, hoursOf, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},
-      {__LINE__, hoursOf, calendar(2, 2, monday, ""), usual},
+      {__LINE__, hours, calendar(2, -1, inWeek, ""), "off off off off off off off off 8-16 off"},
+      {__LINE__, hours, calendar(2, -1, inWeek, "<Exceptions/>"), usual},
+      {__LINE__, hours, calendar(2, -1, monday, workWeek), "off 8-16 off 1-2 off off off off off off"},
+      {__LINE__, hours, calendar(2, 2, monday, ""), usual},
   });
 }
 

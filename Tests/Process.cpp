@@ -1,7 +1,6 @@
 #include "Tests/Process.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Tests/MappingSupport.h"
 
 using std::string;
@@ -13,7 +10,6 @@ string after(const string& attributes, const string& lead = "", const string& mo
 }
 string use(const string& id, const string& more = "") { return "<assignment idref='" + id + "' " + more + "/>"; }
 string t1(const string& inside) { return scenario(task("t1", inside)); }
-string r1(const string& inside) { return scenario(resource("r1", "Staff", inside)); }
 /// A plan with the task and these resources: staff r1 and r11, equipment r2, material r3, groups r4 and r14, and r5 of
 /// another type.
 string among(const string& task) {
@@ -24,8 +20,6 @@ string among(const string& task) {
 const string kGroup = "<type>group</type>";
 const string kNote = "<note><text><p><run><lit>a</lit></run></p></text></note>";
 const string kUserData = "<user-data><key>a</key><string>1</string></user-data>";
-const string kTask = "Tasks/Task/", kResource = "Resources/Resource/", kAssignment = "Assignments/Assignment/";
-const string kEachTask = "Tasks/Task: ", kEachAssignment = "Assignments/Assignment: ";
 
 }  // namespace
 
@@ -58,10 +52,10 @@ TEST(ScenarioMapping, WalksTheTrees) {
                       task("t2", children("task", {"t12"})) + task("t11", kGroup + children("task", {"t111"}));
   const string doubled = scenario(task("t2") + task("t2", tag("title", "Last")));
   expectValues({
-      {__LINE__, "children before the next sibling", scenario(tree), kEachTask + "UID ID OutlineLevel",
+      {__LINE__, "children before the next sibling", scenario(tree), "Task: UID ID OutlineLevel",
        "0 0 0, 1 1 1, 11 2 2, 111 3 3, 12 4 2, 2 5 1"},
-      {__LINE__, "groups are assigned to nobody", scenario(tree), kEachAssignment + "UID TaskUID", "1 111, 2 12, 3 2"},
-      {__LINE__, "the last task with an id counts", doubled, kEachTask + "UID Name", "0 none, 2 Last"},
+      {__LINE__, "groups are assigned to nobody", scenario(tree), "Assignment: UID TaskUID", "1 111, 2 12, 3 2"},
+      {__LINE__, "the last task with an id counts", doubled, "Task: UID Name", "0 none, 2 Last"},
   });
 }
 
@@ -98,9 +92,9 @@ TEST(ScenarioMapping, WritesTasks) {
   const auto done = [](const char* effort, const char* ofIt, const char* fraction) {
     return t1(tag("effort", effort) + tag("effort-done", ofIt) + tag("completion-percentage", fraction));
   };
-  const string percent = kEachTask + "PercentComplete PercentWorkComplete";
-  const string kind = kEachTask + "Type Milestone?milestone:task Summary?group:single EffortDriven";
-  const string costAndSplit = tag("static-cost", "1") + tag("splittable", "no");
+  const string percent = "Task: PercentComplete PercentWorkComplete";
+  const string kind = "Task: Type Milestone?milestone:task Summary?group:single EffortDriven";
+  const string both = tag("static-cost", "1") + tag("splittable", "no");
   const string milestone = tag("type", "milestone") + tag("recalculate", "units");
   const string ofNoType = tag("recalculate", "something_else");
   const string earliestAndLocked = tag("start-constraint-date", "2026-05-05") + tag("locked-end-date", "2026-05-06");
@@ -108,34 +102,31 @@ TEST(ScenarioMapping, WritesTasks) {
   const string old = "<scenario>" + task("t1") + "</scenario>";
   const std::vector<string> twoBaselines = {"<toc/>", old, old}, inSecondOnly = {"<toc/>", "<scenario/>", old};
   expectValues({
-      {__LINE__, "the order of the elements", t1(full), kTask + "*", order, "UTC", twoBaselines},
-      {__LINE__, "a new task has no first baseline", t1(""), kTask + "Baseline/Number", "1", "UTC", inSecondOnly},
-      {__LINE__, "only 'no' is false", three("splittable", "no", "perhaps", "yes"), kTask + "LevelingCanSplit",
-       "1, 0, 1, 1"},
-      {__LINE__, "elements that are there twice", t1(costAndSplit + costAndSplit),
-       kEachTask + "LevelingCanSplit FixedCost", "1 none, 1 none"},
+      {__LINE__, "the order of the elements", t1(full), "Task/*", order, "UTC", twoBaselines},
+      {__LINE__, "a new task has no first baseline", t1(""), "Task/Baseline/Number", "1", "UTC", inSecondOnly},
+      {__LINE__, "only 'no' is no", three("splittable", "no", "perhaps", "yes"), "Task/LevelingCanSplit", "1, 0, 1, 1"},
+      {__LINE__, "repeated elements", t1(both + both), "Task: LevelingCanSplit FixedCost", "1 none, 1 none"},
       {__LINE__, "efforts as whole seconds", done("3.9", "2.9", "0"), percent, "none none, 66 66"},
       {__LINE__, "never rounded up", done("0", "10", "0.999"), percent, "none none, 99 99"},
-      {__LINE__, "priorities above 0", three("priority", "25", "40", "0"), kTask + "Priority", "0, 625, 1000, 0"},
-      {__LINE__, "priorities below 0", three("priority", "-10", "-20", "-1"), kTask + "Priority", "1000, 500, 0, 950"},
+      {__LINE__, "priorities above 0", three("priority", "25", "40", "0"), "Task/Priority", "0, 625, 1000, 0"},
+      {__LINE__, "priorities below 0", three("priority", "-10", "-20", "-1"), "Task/Priority", "1000, 500, 0, 950"},
       {__LINE__, "a milestone", t1(milestone), kind, "0 task group 0, 2 milestone single 0"},
       {__LINE__, "a task without a type", t1(ofNoType), kind, "0 task group 0, none task single 0"},
-      {__LINE__, "a locked end counts before other constraints", t1(earliestAndLocked), kTask + "ConstraintType", "3"},
-      {__LINE__, "a leveled milestone", t1(leveledMilestone), kTask + "ConstraintType", "4"},
+      {__LINE__, "a locked end counts before other constraints", t1(earliestAndLocked), "Task/ConstraintType", "3"},
+      {__LINE__, "a leveled milestone", t1(leveledMilestone), "Task/ConstraintType", "4"},
   });
 }
 
 TEST(ScenarioMapping, WritesAssignments) {
   const auto with = [](const string& inside) { return among(task("t1", tag("effort", "86400") + inside)); };
-  const string unitsAndWork = kEachAssignment + "Units Work", limit = tag("units-available", "2");
+  const string unitsAndWork = "Assignment: Units Work", limit = tag("units-available", "2");
+  const string limitTwice = scenario(resource("r1", "Staff", limit + limit));
   const string order = "UID TaskUID ResourceUID Milestone PercentWorkComplete Units Work RemainingWork Start Finish";
   const string groups = use("r4") + use("r14", "units='3'"), others = use("r5", "units='3'") + use("r5");
   expectValues({
-      {__LINE__, "a limit that is there twice", r1(limit + limit), "Resources/Resource: Type MaxUnits",
-       "1 none, 1 1.000000"},
-      {__LINE__, "the order of the elements", with(tag("effort-done", "21600") + use("r1")), kAssignment + "*", order},
-      {__LINE__, "groups of tasks have assignments, too", with(kGroup + use("r-1")),
-       kEachAssignment + "TaskUID ResourceUID", "1 0"},
+      {__LINE__, "a repeated limit", limitTwice, "Resource: Type MaxUnits", "1 none, 1 1.000000"},
+      {__LINE__, "the order of the elements", with(tag("effort-done", "21600") + use("r1")), "Assignment/*", order},
+      {__LINE__, "groups are assigned, too", with(kGroup + use("r-1")), "Assignment: TaskUID ResourceUID", "1 0"},
       {__LINE__, "groups share the work", with(groups), unitsAndWork, "1 PT6H0M0S, 3 PT18H0M0S"},
       {__LINE__, "no units, all work", with(use("r2", "units='0'")), unitsAndWork, "0 PT24H0M0S"},
       {__LINE__, "each of the other resources has all work", with(others), unitsAndWork, "3 PT24H0M0S, 1 PT24H0M0S"},
@@ -148,7 +139,7 @@ TEST(ScenarioMapping, CutsTimeIntoDaysWhereClocksChangeAtMidnight) {
   const auto material = [](const char* start, const char* end) {
     return among(task("t1", use("r3", "units='20'"), start, end));
   };
-  const string days = "Assignments/Assignment/TimephasedData: Start Finish";
+  const string days = "Assignment/TimephasedData: Start Finish";
   expectValues({
       {__LINE__, "a day that ends twice", material("2026-04-04T08:00:00-03:00", "2026-04-05T12:00:00-04:00"), days,
        "2026-04-04T08:00:00 2026-04-04T23:59:59, 2026-04-05T00:00:00 2026-04-05T12:00:00", "America/Santiago"},
@@ -162,7 +153,9 @@ TEST(ScenarioMapping, EndsWithAMessage) {
   const string start = tag("start-date", "2026-05-04"), end = tag("end-date", "2026-05-05");
   const string duration = tag("duration", "1"), overdone = tag("effort", "5") + tag("effort-done", "10");
   const auto raw = [](const string& inside) { return scenario("<task id='t1'>" + inside + "</task>"); };
-  const string days = "Timephased data from 1700-01-01T00:00:00 to 2026-05-06T17:00:00 has too many days. ";
+  const string days =
+      "Timephased data from 1700-01-01T00:00:00 to 2026-05-06T17:00:00 has too many days. At most 100000 can be "
+      "exported.";
   const string typeless = "</task><resource id='r9'/><task id='t2'>" + start + end + duration;
   const string circle = group("r1", "", {"r11"}) + group("r11", "", {"r-1"});
   const string nameless = task("t1", kGroup + children("task", {""})) + task("", use("r-1"));
@@ -182,17 +175,14 @@ TEST(ScenarioMapping, EndsWithAMessage) {
        "Invalid format of KVDX Task ID (must begin with 't'): r1"},
       {__LINE__, "no top task", scenario("<top-task idref='t9'/>"), "", "Task <0x0> has no 'id' attribute."},
       {__LINE__, "in two groups", scenario(shared), "", "Duplicated Resource UID='2' found (kvdx Resource id='r2')."},
-      {__LINE__, "groups in a circle", scenario(circle), "",
-       "Resource id='r-1' contains itself, directly or through others."},
+      {__LINE__, "a circle", scenario(circle), "", "Resource id='r-1' contains itself, directly or through others."},
       {__LINE__, "assigned to nothing", t1("<assignment/>"), "", "No Resource ID is associated witgh the Assignment."},
       {__LINE__, "assigned to a missing resource", t1(use("r9")), "", "Failed to find assigned resourse (id='r9')."},
       {__LINE__, "assigned to a resource without a type", t1(use("r9") + typeless), "",
        "No type specified for assigned resourse (id='r9')."},
-      {__LINE__, "an assignment of a task with an empty id", scenario(nameless), "",
-       "No Task ID is associated witgh the Assignment."},
+      {__LINE__, "a task with an empty id", scenario(nameless), "", "No Task ID is associated witgh the Assignment."},
       {__LINE__, "keys without values", t1(tag("user-data", "<key/>")), "", "Keys and Values mismatch number."},
-      {__LINE__, "centuries of material", among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "",
-       days + "At most 100000 can be exported."},
+      {__LINE__, "centuries of material", among(task("t1", use("r3"), "1700-01-01T00:00:00Z")), "", days},
       {__LINE__, "a piece in a far year", scenario(splitOff + farPiece), "",
        "The date 3000000000-05-04 is too far away. Days can be counted for some 285 million years."},
   });

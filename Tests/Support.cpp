@@ -1,7 +1,5 @@
 #include "Tests/Support.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -13,26 +11,19 @@
 #include "Platform/Time/Clock.h"
 #include "Platform/Time/TimeZone.h"
 
-ScopedVariable::ScopedVariable(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
-  if (const char* before = std::getenv(name_.c_str())) before_ = before;
-  if (value) {
-    setenv(name_.c_str(), value->c_str(), 1);
-  } else {
-    unsetenv(name_.c_str());
-  }
+static void setVariable(const char* name, const std::optional<std::string>& value) {
+  if (value) setenv(name, value->c_str(), 1);
+  if (!value) unsetenv(name);
   platform::Clock::resetForTesting();
   MSPIUtilities::forgetConversionsForTesting();
 }
 
-ScopedVariable::~ScopedVariable() {
-  if (before_) {
-    setenv(name_.c_str(), before_->c_str(), 1);
-  } else {
-    unsetenv(name_.c_str());
-  }
-  platform::Clock::resetForTesting();
-  MSPIUtilities::forgetConversionsForTesting();
+ScopedVariable::ScopedVariable(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
+  if (const char* before = std::getenv(name_.c_str())) before_ = before;
+  setVariable(name_.c_str(), value);
 }
+
+ScopedVariable::~ScopedVariable() { setVariable(name_.c_str(), before_); }
 
 PinnedZone::PinnedZone(const std::string& name) : variable_("TZ", name) {
   tzset();
@@ -55,6 +46,18 @@ ScratchFolder::ScratchFolder() : path_("/tmp/mspdi-test-XXXXXX") {
 ScratchFolder::~ScratchFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
+}
+
+std::string repeated(std::string_view text, int times) {
+  std::string result;
+  for (int i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+std::string numbered(std::string_view format, int times) {
+  std::string result;
+  for (int i = 0; i < times; ++i) result += fmt::format(fmt::runtime(format), i);
+  return result;
 }
 
 void writeFile(const std::string& path, std::string_view contents) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -69,6 +72,11 @@ class ScratchFolder {
  private:
   std::string path_;
 };
+
+/// The text, so many times in a row.
+std::string repeated(std::string_view text, int times);
+/// The texts that the format makes of 0, 1 and so on, up to this many.
+std::string numbered(std::string_view format, int times);
 
 /// Writes a file, and creates its folders if they are missing.
 void writeFile(const std::string& path, std::string_view contents);

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstdio>
 
-#include "Platform/System/Exceptions.h"
 #include "Platform/Time/Instant.h"
 #include "Tests/Support.h"
 

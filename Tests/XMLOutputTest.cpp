@@ -33,13 +33,9 @@ std::string readBack(std::string_view text) {
 }
 
 /// The text of a document whose largest section has elements of these sizes, and how much was written before the end.
-struct Growing {
+std::pair<std::string, std::size_t> grown(const std::vector<std::size_t>& sizes, bool isWrittenAhead) {
   std::string text;
-  std::size_t ahead = 0;
-};
-Growing grown(const std::vector<std::size_t>& sizes, bool isWrittenAhead) {
-  Growing result;
-  const xml::Sink sink = [&result](std::string_view piece) { result.text += piece; };
+  const xml::Sink sink = [&text](std::string_view piece) { text += piece; };
   xml::OutputDocument document;
   auto made = std::make_unique<xml::Section>("r", 0);
   xml::Section& root = *made;
@@ -58,9 +54,9 @@ Growing grown(const std::vector<std::size_t>& sizes, bool isWrittenAhead) {
   }
   root.appendComment("end");
   document.setRoot(std::move(made));
-  result.ahead = result.text.size();
+  const std::size_t ahead = text.size();
   document.serialize(sink);
-  return result;
+  return {text, ahead};
 }
 
 }  // namespace
@@ -74,10 +70,10 @@ TEST(XMLOutputTest, WhatIsWrittenAheadIsTheSame) {
            {std::vector<std::size_t>(100'000, 30), 4 * megabyte},
            {{3 * megabyte, 1, 1, 3 * megabyte, megabyte, megabyte, 5 * megabyte}, 13 * megabyte},
        }) {
-    const Growing ahead = grown(sizes, true);
-    EXPECT_TRUE(ahead.text == grown(sizes, false).text) << sizes.size();
-    EXPECT_GE(ahead.ahead, least);
-    EXPECT_EQ(ahead.ahead == 0, least == 0);
+    const auto [text, ahead] = grown(sizes, true);
+    EXPECT_TRUE(text == grown(sizes, false).first) << sizes.size();
+    EXPECT_GE(ahead, least);
+    EXPECT_EQ(ahead == 0, least == 0);
   }
 }
 

@@ -65,9 +65,8 @@ std::string nested(int entities) {
 }
 /// A document of 1000 characters that refers this many times to an entity of 100 characters.
 std::string grown(int times, char character = 'x') {
-  std::string root = "<a>";
-  for (int i = 0; i < times; ++i) root += "&e;";
-  root = typed("<!ENTITY e '" + std::string(100, character) + "'>", root + "</a>");
+  const std::string root =
+      typed("<!ENTITY e '" + std::string(100, character) + "'>", "<a>" + repeated("&e;", times) + "</a>");
   return root + std::string(1000 - root.size(), ' ');
 }
 
@@ -99,8 +98,7 @@ TEST(XMLTreeTest, Queries) {
 }
 
 TEST(XMLTreeTest, TextsAreWhole) {
-  std::string many;
-  for (int i = 0; i < 300; ++i) many += fmt::format("<n{}/>", i);
+  const std::string many = numbered("<n{}/>", 300);
   expectOutcomes({
       {__LINE__, read, "<a> </a>", " "},
       {__LINE__, read, "<a>x<b>y<!-- z --></b>&lt;&#13;<![CDATA[<&]]></a>", "xy<\r<&"},

@@ -1,17 +1,12 @@
 #!/usr/bin/env bash
 # Tests what the commands refuse, that a refusal leaves no file behind, and where they write: commands.sh PROGRAMS
-set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/../Install/common.sh"
 conform=$1/mspdi-conform send=$1/mspdi-export
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
-export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$folder
+cd "$scratch"
+export LC_ALL=C.UTF-8 TZ=UTC XDG_CONFIG_HOME=$scratch
 
 failures=0
-bad() {
-  echo "$1"
-  failures=$((failures + 1))
-}
+bad() { echo "$1" && failures=$((failures + 1)); }
 # ends WHAT STATUS MESSAGE COMMAND...: the output must contain the message; a failure must not add or remove files.
 ends() {
   local what=$1 expected=$2 message=$3 status=0 before said
@@ -31,11 +26,9 @@ file plan.xml "$plan"
 file other.xml '<Plan/>'
 file foreign.xml '<Project/>'
 file cut.xml "${plan%</Project>}"
-file doctype.xml "<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${plan/14/&e;}"
+iconv -t UTF-16 <<<"<!DOCTYPE Project [<!ENTITY e SYSTEM 'existing.xml'>]>${plan/14/&e;}" >doctype.xml
 file quoted.xml "$head<Title><![CDATA[<!DOCTYPE Project>]]></Title><Tasks/></Project>"
-iconv -t UTF-16 doctype.xml >doctype16.xml
 file $'bell\a.xml' "$plan"
-file deep.xml "$head$(printf '<x>%.0s' {1..5000})$(printf '</x>%.0s' {1..5000})</Project>"
 file existing.xml kept
 ln -s nowhere link.xml
 mkdir folder Plan2.kvdx
@@ -52,10 +45,8 @@ ends "an output in a bundle"         1 "inside of the bundle"                "$c
 ends "an output without a name"      1 "the output has no name"              "$conform" plan.xml ""
 ends "another kind of XML"           1 "this is no Microsoft Project XML"    "$conform" other.xml out.xml
 ends "another namespace"             1 "this is no Microsoft Project XML"    "$conform" foreign.xml out.xml
-ends "a document type"               1 "has a document type"                 "$conform" doctype.xml out.xml
-ends "a document type in UTF-16"     1 "has a document type"                 "$conform" doctype16.xml out.xml
+ends "a document type in UTF-16"     1 "has a document type"                 "$conform" doctype.xml out.xml
 ends "a file cut short"              1 "cut.xml cannot be copied"            "$conform" cut.xml out.xml
-ends "elements 5000 deep"            1 "nested over 256 deep"                "$conform" deep.xml out.xml
 ends "a name that is no text"        0 ""                                    "$conform" $'bell\a.xml' bell-out.xml
 ends "a document type in a text"     0 ""                                    "$conform" quoted.xml quoted-out.xml
 [ "$(cat existing.xml)" = kept ] || bad "an existing file was changed"

@@ -21,7 +21,7 @@ from fractions import Fraction
 sys.dont_write_bytecode = True
 import days_plans
 import days_rule
-from days_rule import DAY, in_five, interned, last, mask, spans, text
+from days_rule import DAY, in_five, interned, last, mask, seconds, spans, text
 
 
 def export(program, bundle, out, zone):
@@ -31,17 +31,13 @@ def export(program, bundle, out, zone):
 
 
 def second_of(time):
-    hours, minutes, seconds = (int(part) for part in time.split(":"))
-    return hours * 3600 + minutes * 60 + seconds
+    hours, minutes, rest = (int(part) for part in time.split(":"))
+    return hours * 3600 + minutes * 60 + rest
 
 
 def moment_of(date):
     day, _, time = date.partition("T")
     return datetime.date.fromisoformat(day).toordinal() * DAY + second_of(time)
-
-
-def duration_of(value):
-    return sum(int(number) * unit for number, unit in zip(value[2:-1].replace("H", "M").split("M"), (3600, 60, 1)))
 
 
 def hours_of(element):
@@ -203,12 +199,12 @@ class Judge:
             if before.find("TimephasedData") is None:
                 self.expect(not entries, "new timephased data in", text(after, "UID"))
                 continue
-            work = max(duration_of(text(before, "Work")), 0)
+            work = max(seconds(text(before, "Work")), 0)
             done = int(self.plan.completion(task) * work + Fraction(1, 2))
             sums, days, previous = collections.Counter(), collections.Counter(), (0, "2")
             for entry in entries:
                 kind, start, finish = text(entry, "Type"), moment_of(text(entry, "Start")), moment_of(text(entry, "Finish"))
-                value = duration_of(text(entry, "Value"))
+                value = seconds(text(entry, "Value"))
                 sums[kind] += value
                 days[start, finish] += value
                 self.expect(value > 0 and text(entry, "Unit") == "2" and text(entry, "UID") == text(after, "UID") and
@@ -218,7 +214,7 @@ class Judge:
             self.expect(sums == collections.Counter({"2": done, "1": work - done}),
                         "wrong sums of", text(after, "UID"), sums)
             if after.find("ActualWork") is not None:
-                self.expect([duration_of(text(after, tag)) for tag in ("ActualWork", "RemainingWork")] ==
+                self.expect([seconds(text(after, tag)) for tag in ("ActualWork", "RemainingWork")] ==
                             [done, work - done], "wrong work of", text(after, "UID"))
             expected, roundings = collections.Counter(), collections.Counter()
             for start, finish, share in self.expected_work(after, task, source, work):
@@ -235,7 +231,7 @@ class Judge:
                  ("MinutesPerDay", "MinutesPerWeek", "DefaultStartTime", "DefaultFinishTime")]
         expected = [None] * 4
         if lengths:
-            length = max(lengths, key=lambda seconds: (lengths[seconds], seconds))
+            length = max(lengths, key=lambda length: (lengths[length], length))
             day = spans(next(hours for hours in week if hours.bit_count() == length))
             times = [f"{s // 3600 % 24:02}:{s // 60 % 60:02}:{s % 60:02}" for s in (day[0][0], day[-1][1])]
             expected = [str(max((s + 30) // 60, 1)) for s in (length, sum(h.bit_count() for h in week))] + times

@@ -72,6 +72,12 @@ def text(parent, tag, default=""):
     return default if found is None else "".join(found.itertext())
 
 
+def seconds(duration):
+    """The seconds of "PT12H30M0S"; the parts of a negative duration are negative."""
+    hours, minutes, rest = (int(part) for part in re.fullmatch(r"PT(-?\d+)H(-?\d+)M(-?\d+)S", duration).groups())
+    return hours * 3600 + minutes * 60 + rest
+
+
 class Level:
     """One resource's own schedule."""
 

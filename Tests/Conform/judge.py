@@ -14,6 +14,9 @@ import sys
 import xml.etree.ElementTree as ET
 import zoneinfo
 
+sys.dont_write_bytecode = True
+from days_rule import load, seconds
+
 HERE = pathlib.Path(__file__).parent
 READINGS = set()  # dates that the plan means; empty without a bundle
 faults = []
@@ -24,24 +27,12 @@ def check(holds, *what):
         faults.append(" ".join(str(word) for word in what))
 
 
-def read(path):
-    root = ET.parse(path).getroot()
-    for element in root.iter():
-        element.tag = element.tag.split("}")[-1]
-    return root
-
-
 def text(element, name):
     return element.findtext(name) or ""
 
 
 def objects(root, kind):
     return root.findall(f"{kind}s/{kind}")
-
-
-def seconds(duration):
-    hours, minutes, rest = (int(part) for part in re.fullmatch(r"PT(-?\d+)H(-?\d+)M(-?\d+)S", duration).groups())
-    return hours * 3600 + minutes * 60 + rest
 
 
 # --- The corrected file alone ---
@@ -255,10 +246,10 @@ def judge_against(exact, corrected, has_bundle):
 
 
 def scenario(bundle):
-    contents = read(pathlib.Path(bundle) / "__TOC.xml")
+    contents = load(pathlib.Path(bundle) / "__TOC.xml")
     shown = text(contents.find("window"), "editing-scenario")
     name = next(s.get("filename") for s in contents.findall("project/scenario") if s.get("id") == shown)
-    return read(pathlib.Path(bundle) / name)
+    return load(pathlib.Path(bundle) / name)
 
 
 def ratio_of(task):
@@ -314,7 +305,7 @@ def judge_plan(exact, corrected, bundle):
 
 
 def main():
-    exact, corrected = read(sys.argv[1]), read(sys.argv[2])
+    exact, corrected = load(sys.argv[1]), load(sys.argv[2])
     judge_alone(corrected)
     if len(sys.argv) > 3:
         READINGS.update(readings(sys.argv[3]))

@@ -1,22 +1,15 @@
 #!/usr/bin/env bash
 # Tests what bash completes in a folder of three bundles, two folders and two files: completion.sh PREFIX
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
-for command in MSPDIExport mspdi-export mspdi-export-all mspdi-conform mspdi-page; do
-  # shellcheck disable=SC1090
-  source "$1/share/bash-completion/completions/$command"
-done
+prefix=$1
 cd "$scratch"
 mkdir 'An old plan' Plan.kvdx 'Work Plan.KVDX' Xtra
 touch list.txt Plan.xml Sent.kvdx.zip
 
 # offers EXPECTED WORD...: EXPECTED has the completions of the last word, separated by "|".
 offers() {
-  local expected=$1 function
-  shift
-  COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
-  function=$(complete -p "$1" | sed 's/.*-F \([^ ]*\) .*/\1/')
-  "$function" || true  # compopt fails outside a completion
-  expect_same "$*" "$expected" "$(IFS='|' && echo "${COMPREPLY[*]}")"
+  complete_in_bash "$prefix" "${@:2}"
+  expect_same "${*:2}" "$1" "$(IFS='|' && echo "${COMPREPLY[*]}")"
 }
 offers 'Plan.kvdx|Work Plan.KVDX|An old plan|Xtra' MSPDIExport ''
 offers '--input-list' MSPDIExport --i

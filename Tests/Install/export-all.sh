@@ -7,15 +7,20 @@ export_all=$bin/mspdi-export-all
 export XDG_CONFIG_HOME=$scratch TZ=UTC
 cd "$scratch"
 
-# make_bundle FOLDER TITLE: writes a plan of one task. Starts no process, because there are many bundles.
-make_bundle() {
-  printf '%s\n' '<table-of-contents><project><scenario id="s1" filename="Plan.xml" name="Plan"/></project>' \
-    '<window><editing-scenario>s1</editing-scenario></window></table-of-contents>' >"$1/__TOC.xml"
-  printf '%s\n' '<scenario xmlns="http://www.korvella.example/namespace/Korvella/v2">' \
-    '<top-resource idref="r-1"/><resource id="r-1"><type>Group</type></resource>' \
-    "<top-task idref=\"t1\"/><task id=\"t1\"><title>$2</title><type>task</type>" \
-    '<start-date>2026-05-04T08:00:00Z</start-date><end-date>2026-05-04T12:00:00Z</end-date>' \
-    '<duration>14400</duration><effort>14400</effort></task></scenario>' >"$1/Plan.xml"
+# make_bundles TITLE FOLDER...: writes plans of one task. Starts a process only for folders that are missing, because
+# there are many bundles.
+make_bundles() {
+  local folder
+  for folder in "${@:2}"; do
+    [ -d "$folder" ] || mkdir -p "$folder"
+    printf '%s\n' '<table-of-contents><project><scenario id="s1" filename="Plan.xml" name="Plan"/></project>' \
+      '<window><editing-scenario>s1</editing-scenario></window></table-of-contents>' >"$folder/__TOC.xml"
+    printf '%s\n' '<scenario xmlns="http://www.korvella.example/namespace/Korvella/v2">' \
+      '<top-resource idref="r-1"/><resource id="r-1"><type>Group</type></resource>' \
+      "<top-task idref=\"t1\"/><task id=\"t1\"><title>$1</title><type>task</type>" \
+      '<start-date>2026-05-04T08:00:00Z</start-date><end-date>2026-05-04T12:00:00Z</end-date>' \
+      '<duration>14400</duration><effort>14400</effort></task></scenario>' >"$folder/Plan.xml"
+  done
 }
 
 # run STATUS ARGUMENT...: standard output is then in $counts, standard error in the file "errors".
@@ -24,6 +29,14 @@ run() {
   shift
   counts=$("$export_all" "$@" 2>errors) || status=$?
   [ "$status" -eq "$expected" ] || fail "status $status instead of $expected: $* $(cat errors)"
+}
+
+# exports COUNTS ARGUMENT...: the status must tell whether some bundles failed.
+exports() {
+  local status=1
+  [[ $1 != *', 0 failed, 0 not run' ]] || status=0
+  run $status "${@:2}"
+  expect_same counts "$1" "$counts"
 }
 
 # refused MESSAGE ARGUMENT...
@@ -46,10 +59,9 @@ thousand_bundles_arrive_each_with_its_own_plan() {
   local bundle expected
   mkdir -p many/folder-{01..20}/Plan-{01..50}.kvdx
   for bundle in many/*/*.kvdx; do
-    make_bundle "$bundle" "Task of ${bundle#many/}"
+    make_bundles "Task of ${bundle#many/}" "$bundle"
   done
-  run 0 --output arrived --log many-log many
-  expect_same counts '1000 of 1000 bundles exported, 0 failed, 0 not run' "$counts"
+  exports '1000 of 1000 bundles exported, 0 failed, 0 not run' --output arrived --log many-log many
   # Without /sys, lscpu, which parallel runs, prints warnings.
   expect_same errors '' "$(grep -v ^lscpu: errors)"
   expected=$(printf '%s\n' folder-{01..20}/Plan-{01..50} | sed 's|.*|&.xml:<Name>Task of &.kvdx</Name>|')
@@ -58,34 +70,25 @@ thousand_bundles_arrive_each_with_its_own_plan() {
 }
 
 failed_bundles_are_told_and_resumed() {
-  local plan
-  mkdir -p "some/it's north/Plan.kvdx" some/south/Plan.kvdx some/Broken.KVDX
-  for plan in some/*/Plan.kvdx; do
-    make_bundle "$plan" "$plan"
-  done
+  make_bundles Task "some/it's north/Plan.kvdx" some/south/Plan.kvdx some/Broken.KVDX
   echo nonsense >some/Broken.KVDX/__TOC.xml
-  run 1 --jobs 2 --log some-log some some/south
-  expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  exports '2 of 3 bundles exported, 1 failed, 0 not run' --jobs 2 --log some-log some some/south
   expect_same 'reported as failed' "Failed: $scratch/some/Broken.KVDX" "$(grep ^Failed errors)"
   grep -q '    .*Failed to build XML DOM' errors || fail "the log of the failed export is missing"
   run 2 --log some-log some
-  make_bundle some/Broken.KVDX mended
+  make_bundles mended some/Broken.KVDX
   touch some-log/mine.{seq,err}
   printf '4\tloc' >>some-log/joblog # the part of a line that fits on a full disk
-  run 0 --jobs +1 --log some-log --resume
+  exports '3 of 3 bundles exported, 0 failed, 0 not run' --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
-  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
   # Bundles that were exported are not exported again under a numbered name.
   expect_same 'outputs' "$(printf '%s\n' Broken.xml "it's north/Plan.xml" south/Plan.xml)" "$(files_below some)"
 }
 
 conforming_copies_are_made_beside_the_exports() {
-  local plan long
+  local long
   long=$(printf 'n%.0s' {1..245})
-  mkdir -p plans/{Bolts,Old,Unlucky,"$long"}.kvdx
-  for plan in plans/*.kvdx; do
-    make_bundle "$plan" Task
-  done
+  make_bundles Task plans/{Bolts,Old,Unlucky,"$long"}.kvdx
   sed -i 's|</type></resource>|</type><child-resource idref="r1"/></resource>|
           s|<top-task|<resource id="r1"><name>Nuts, bolts</name><type>Material</type></resource>&|' \
     plans/Bolts.kvdx/Plan.xml
@@ -96,8 +99,8 @@ conforming_copies_are_made_beside_the_exports() {
   echo old >'plans/Old (conforming).xml'
   install_stub mspdi-conform "[[ \$1 != */Unlucky.xml ]] || { echo out of memory >&2; exit 5; }" \
     "exec '$bin/mspdi-conform' \"\$@\""
-  export_all=stub/mspdi-export-all run 1 --conform --log conform-log plans
-  expect_same counts '2 of 4 bundles exported, 2 failed, 0 not run' "$counts"
+  export_all=stub/mspdi-export-all exports '2 of 4 bundles exported, 2 failed, 0 not run' \
+    --conform --log conform-log plans
   expect_same 'reported as failed' "Failed: $scratch/plans/Unlucky.kvdx"$'\n'"Failed: $scratch/plans/$long.kvdx" \
     "$(grep ^Failed errors)"
   grep -q '    out of memory' errors || fail "the log of the failed copy is missing"
@@ -105,8 +108,7 @@ conforming_copies_are_made_beside_the_exports() {
   grep -q '"Nuts, bolts" is now "Nuts; bolts"' conform-log/1.log || fail "$(cat conform-log/1.log)"
   expect_same 'an old copy' old "$(cat 'plans/Old (conforming).xml')"
   run 2 --log conform-log --resume --conform
-  run 1 --log conform-log --resume
-  expect_same counts '3 of 4 bundles exported, 1 failed, 0 not run' "$counts"
+  exports '3 of 4 bundles exported, 1 failed, 0 not run' --log conform-log --resume
   # An export whose copy failed stays, and is not made again.
   expect_same outputs "$(printf '%s\n' {Bolts,Old,Unlucky,"$long"}'.xml' {Bolts,Old,Unlucky}' (conforming).xml' \
     'Old (conforming)-1.xml' | LC_ALL=C sort)" "$(files_below plans)"
@@ -122,11 +124,9 @@ any_name_is_exported() {
     '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
     $'7\t:\t1\t1\t0\t0\t0\t0\tas\n8\t:\t1\t1\t0\t0\t0\t0\tin the job log')
   for name in "${names[@]}"; do
-    mkdir -p ./-in/$'{1}\n'/"$name.kvdx"
-    make_bundle ./-in/$'{1}\n'/"$name.kvdx" "Task $((number += 1))"
+    make_bundles "Task $((number += 1))" ./-in/$'{1}\n'/"$name.kvdx"
   done
-  run 0 --log='-log{}' --output -out -- -in
-  expect_same counts "$number of $number bundles exported, 0 failed, 0 not run" "$counts"
+  exports "$number of $number bundles exported, 0 failed, 0 not run" --log='-log{}' --output -out -- -in
   expect_same files $'-in\n-log{}\n-out\nerrors' "$(LC_ALL=C ls -A)"
   expect_same outputs "$number" "$(LC_ALL=C find ./-out -mindepth 2 -printf '%P\0' | tr -dc '\0' | wc -c)"
   for name in "${!names[@]}"; do
@@ -136,7 +136,7 @@ any_name_is_exported() {
 
 older_files_stay_unless_the_settings_replace_them() {
   mkdir -p plans/{Plan,Plan-1}.kvdx
-  make_bundle plans/Plan.kvdx new
+  make_bundles new plans/Plan.kvdx
   echo old | tee plans/Plan{,-1}.xml >/dev/null
   printf '%s\n' 'Note = """' 'OverwriteFilterTarget = true' '"""' >com.korvella.Korvella2.MSPExportMSPDI.toml
   run 1 --exact plans
@@ -147,7 +147,7 @@ older_files_stay_unless_the_settings_replace_them() {
   expect_same 'new files' $'plans/Plan-2.xml\nplans/Plan.xml' "$(grep -l '<Name>new</Name>' plans/*.xml)"
   rm plans/*.xml com.*
   echo old >plans/Plan.xml
-  make_bundle plans/Plan-1.kvdx Task
+  make_bundles Task plans/Plan-1.kvdx
   run 0 --overwrite --log new-log plans
   expect_same 'new file' 1 "$(grep -c '<Name>new</Name>' plans/Plan.xml)"
 }
@@ -155,16 +155,13 @@ older_files_stay_unless_the_settings_replace_them() {
 # Warnings are printed for each bundle, even without a log folder. Packed bundles are exported; other files with the name
 # of a bundle are reported.
 warnings_and_what_is_passed_over_are_told() {
-  mkdir -p plans/Doubtful.kvdx plans/Good.kvdx
-  make_bundle plans/Doubtful.kvdx Task
-  make_bundle plans/Good.kvdx Task
+  make_bundles Task plans/{Doubtful,Good}.kvdx
   sed -i 's|2026-05-04T12:00:00Z|soon|' plans/Doubtful.kvdx/Plan.xml
   (cd plans && python3 -m zipfile -c Packed.kvdx.zip Good.kvdx && cp Packed.kvdx.zip Good.kvdx.zip)
   echo text >plans/Plain.kvdx
   ln -s Good.kvdx plans/Link.kvdx
   cp plans/Packed.kvdx.zip plans/Link.kvdx.zip
-  run 0 plans plans/Packed.kvdx.zip
-  expect_same counts '4 of 4 bundles exported, 0 failed, 0 not run' "$counts"
+  exports '4 of 4 bundles exported, 0 failed, 0 not run' plans plans/Packed.kvdx.zip
   expect_same outputs $'Doubtful.xml\nGood.xml\nLink.xml\nPacked.xml' "$(files_below plans)"
   expect_same 'passed over' "$(printf 'Passed over: %s\n' "$scratch/plans/Good.kvdx.zip (its folder is beside it)" \
     "$scratch/plans/Link.kvdx (a link)" "$scratch/plans/Plain.kvdx (no folder and no zip archive)")" \
@@ -172,11 +169,10 @@ warnings_and_what_is_passed_over_are_told() {
   expect_same warnings "Warnings: $scratch/plans/Doubtful.kvdx
     task t1 'Task': end-date 'soon' is no date, year 1 is written" "$(grep -A 1 ^Warnings errors)"
   run 1 --strict --log strict-log plans
-  run 1 --log strict-log --resume
-  expect_same 'options of the resumed run' '3 of 4 bundles exported, 1 failed, 0 not run' "$counts"
+  exports '3 of 4 bundles exported, 1 failed, 0 not run' --log strict-log --resume # with the options of the first run
   run 0 --output named plans/Good.kvdx.zip
   expect_same 'named, with its folder beside it' Good.xml "$(files_below named)"
-  make_bundle plans/Good.kvdx 'Exact' && mv plans/Good.kvdx exact.kvdx
+  make_bundles Exact exact.kvdx
   sed -i '1s|^|<!-- \xff -->|' exact.kvdx/Plan.xml
   run 0 --exact exact.kvdx
   grep -q "^    Document '$scratch/exact.kvdx/Plan.xml'" errors || fail "no warning of the exact export: $(cat errors)"
@@ -198,9 +194,7 @@ ended_runs_are_resumed_alone_and_make_nothing_twice() {
   # Replaces rm, which a job uses to remove the temporary name of a file, and hangs there.
   install_stub rm "/bin/rm \"\$@\"" "[[ \"\$*\" =~ /1-[^/]*/.*\\.xml\$ ]] || exit 0" "echo >'$scratch/hangs'" \
     'exec setpriv --pdeathsig TERM sleep 1000'
-  mkdir -p plans/{First,Second}.kvdx
-  make_bundle plans/First.kvdx First
-  make_bundle plans/Second.kvdx Second
+  make_bundles Task plans/{First,Second}.kvdx
   set -m # without it, background jobs ignore SIGINT
   for end in TERM INT KILL KILL,-; do
     IFS=, read -r signal group <<<"$end" # "-": the signal goes to all processes except the jobs
@@ -232,21 +226,14 @@ ended_runs_are_resumed_alone_and_make_nothing_twice() {
 }
 
 arguments_of_one_name_stay_apart() {
-  mkdir -p a/plans/Plan.kvdx b/plans/Plan.kvdx
-  make_bundle a/plans/Plan.kvdx a
-  make_bundle b/plans/Plan.kvdx b
+  make_bundles Task {a,b}/plans/Plan.kvdx
   run 0 --output apart a/plans b/plans/Plan.kvdx/
   expect_same outputs "$(printf '%s\n' a/plans/Plan.xml b/plans/Plan.xml)" "$(files_below apart)"
 }
 
 names_that_the_log_cannot_show_as_they_are() {
-  local bundle
-  for bundle in $'esc\x1b\xc2\x9b\x9b.kvdx' $'c1 \xc2\x85.kvdx' 'spelled \x1b \n.kvdx'; do
-    mkdir -p "odd/$bundle"
-    make_bundle "odd/$bundle" odd
-  done
-  run 0 odd
-  expect_same counts '3 of 3 bundles exported, 0 failed, 0 not run' "$counts"
+  make_bundles Task odd/$'esc\x1b\xc2\x9b\x9b.kvdx' odd/$'c1 \xc2\x85.kvdx' 'odd/spelled \x1b \n.kvdx'
+  exports '3 of 3 bundles exported, 0 failed, 0 not run' odd
   env SHELLOPTS=noglob "$export_all" --output globbed odd >counts 2>errors || fail "$(cat errors)"
   expect_same 'without globs' 3 "$(ls globbed/*.xml | wc -l)"
   # Neither the log of a failed export nor the progress prints control characters to the terminal.
@@ -255,8 +242,7 @@ names_that_the_log_cannot_show_as_they_are() {
   cp errors shown
   refused '--jobs takes' --jobs $'\x1b[31m'
   cat errors >>shown
-  run 1 --exact odd
-  expect_same counts '2 of 3 bundles exported, 1 failed, 0 not run' "$counts"
+  exports '2 of 3 bundles exported, 1 failed, 0 not run' --exact odd
   script -qec "'$export_all' odd" /dev/null >>shown || true
   ! LC_ALL=C grep -a $'[\x01-\x08\x0b\x0c\x1b\x9b]' errors shown || fail "unescaped control characters"
 }
@@ -265,10 +251,7 @@ other_machines_are_reached_by_ssh() {
   # Replaces ssh, called as "ssh MACHINE -- COMMAND": records the machine and runs the command here, in another zone.
   printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' 'TZ=UTC exec sh -c "$*"' >ssh-stand-in
   chmod +x ssh-stand-in
-  mkdir -p remote/{1,2,3,4}/Plan.kvdx
-  for bundle in remote/*/*.kvdx; do
-    make_bundle "$bundle" "$bundle"
-  done
+  make_bundles Task remote/{1,2,3,4}/Plan.kvdx
   # Accounts of services have no login shell.
   SHELL=/usr/sbin/nologin PARALLEL_SSH=$scratch/ssh-stand-in TZ=Asia/Tokyo \
     run 0 --exact --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
@@ -280,22 +263,17 @@ other_machines_are_reached_by_ssh() {
 a_file_that_did_not_arrive_is_a_failure() {
   mkdir lone.kvdx
   install_stub mspdi-export "echo \"2026-05-04 08:00:00.000 MSPDIExport[1] Output: '\$2/lone.xml'\""
-  export_all=stub/mspdi-export-all run 1 lone.kvdx
-  expect_same counts '0 of 1 bundles exported, 1 failed, 0 not run' "$counts"
+  export_all=stub/mspdi-export-all exports '0 of 1 bundles exported, 1 failed, 0 not run' lone.kvdx
   grep -q "The exporter wrote no file." errors || fail "$(cat errors)"
 }
 
 wrong_arguments_run_nothing() {
   mkdir -p empty notes twins/{Plan.kvdx,Plan.KVDX} copies/{Plan,'Plan (conforming)'}.kvdx
   echo mine >notes/joblog
-  run 2
-  run 2 --job 3 empty
-  run 2 --output
-  run 2 --output= empty
-  run 2 absent.kvdx
-  run 2 empty
-  run 2 --resume
-  run 2 --log empty --resume
+  for arguments in '' '--job 3 empty' --output '--output= empty' absent.kvdx empty --resume '--log empty --resume'; do
+    # shellcheck disable=SC2086
+    run 2 $arguments
+  done
   refused "one file: $scratch/twins/Plan" twins
   refused 'inside of a bundle' --log twins/Plan.kvdx/log twins
   refused 'inside of a bundle' --output twins/Plan.kvdx/out copies

@@ -8,9 +8,7 @@ prefix=$1
 options_in() {
   grep -oE '(^|[][ ,(/|])(--[a-z][a-z-]+|-[a-z]\b)' | sed 's/^[^-]*//' | LC_ALL=C sort -u || true
 }
-long_ones() {
-  grep '^--' <<<"$1" || true
-}
+long_ones() { grep '^--' <<<"$1" || true; }
 
 # MSPDIExport has no --help: without arguments, it prints its usage. Some usages do not list --help and -h, so these are
 # added.
@@ -29,10 +27,7 @@ in_man_page() {
     awk '/^\.SH/ { inside = /OPTIONS/ } inside && isTag { print } { isTag = /^\.T[PQ]/ }' | sed 's/\\-/-/g; s/"//g'
 }
 offered_by_bash() {
-  # shellcheck disable=SC1090
-  source "$prefix/share/bash-completion/completions/$1"
-  COMP_WORDS=("$1" --) COMP_CWORD=1
-  "$(complete -p "$1" | sed 's/.*-F \([^ ]*\) .*/\1/')" || true
+  complete_in_bash "$prefix" "$1" --
   printf '%s\n' "${COMPREPLY[@]}"
 }
 # If several commands share a file, only the part for this command.

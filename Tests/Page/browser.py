@@ -121,7 +121,3 @@ class Browser:
     def picture(self, path):
         data = self.call("Page.captureScreenshot", format="png")["data"]
         pathlib.Path(path).write_bytes(base64.b64decode(data))
-
-    def print(self, path):
-        data = self.call("Page.printToPDF", preferCSSPageSize=True, printBackground=True)["data"]
-        pathlib.Path(path).write_bytes(base64.b64decode(data))

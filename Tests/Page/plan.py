@@ -1,8 +1,21 @@
-"""Reads the plan from a Microsoft Project XML file, and from a page, with the standard library alone."""
+"""Reads a plan from a Microsoft Project XML file and from a page; collects faults. Uses only the standard library."""
 
 import datetime
 import re
 import xml.etree.ElementTree as ElementTree
+
+faults = []
+
+
+def bad(what):
+    faults.append(what)
+    print(what)
+
+
+def expect(what, expected, actual):
+    if expected != actual:
+        bad(f"{what}:\n  expected {expected}\n  actual   {actual}")
+
 
 NAMESPACE = "{http://schemas.microsoft.com/project}"
 

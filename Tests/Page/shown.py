@@ -10,12 +10,12 @@ import tempfile
 sys.dont_write_bytecode = True
 import browser
 import plan
+from plan import expect, faults
 
 if not browser.find_program():
     print("needs the package chromium")
     sys.exit(77)
 program, source = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
-failures = 0
 
 HOSTILE = ["<script>alert(1)</script>", "\"onload=\"alert(1)", "'><img src=x onerror=alert(1)>", "</title></svg><b>",
            "</style><style>*{display:none}", "{{rows}} &lt;i&gt; &amp;amp;", "]]><!--", "http://127.0.0.1:9/ ${alert(1)}"]
@@ -42,13 +42,6 @@ BARS = """(() => {
     shaded: Array.from({length: DAYS}, (_, day) => isShaded((day + 0.5) / DAYS * back.viewBox.baseVal.width)), width: head.width};
 })()"""
 SHOWN = "Array.from(document.querySelectorAll('#plan tbody tr')).filter((row) => row.getClientRects().length > 0).length"
-
-
-def expect(what, expected, actual):
-    global failures
-    if expected != actual:
-        failures += 1
-        print(f"{what}:\n  expected {expected}\n  actual   {actual}")
 
 
 def make_page(path):
@@ -210,4 +203,4 @@ with tempfile.TemporaryDirectory() as folder, browser.Browser() as window:
     check_hostile(window)
     check_large(window)
     os.chdir("/")
-sys.exit(failures != 0)
+sys.exit(bool(faults))
