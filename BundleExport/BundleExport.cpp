@@ -122,7 +122,7 @@ void BundleExport::describe(const conform::Copy& copy) {
   result_.warnings.insert(result_.warnings.end(), said.begin(), said.end());
   result_.corrections = copy.report.counts();
   result_.tasks = copy.tasks.size();
-  result_.links = copy.links;
+  result_.links = copy.links.size();
   result_.resources = copy.resources.size() - 1;
   result_.assignments = copy.assignments.size();
   result_.calendars = copy.calendars.size();

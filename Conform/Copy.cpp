@@ -4,6 +4,7 @@
 
 #include "Conform/ExportedFile.h"
 #include "Conform/Failure.h"
+#include "KVMSPCommon/MSPCExtensions.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
 #include "Platform/XML/SinkWriter.h"
@@ -38,6 +39,9 @@ Copy::Copy(std::string bytes, const Plan* plan, Options options)
 void Copy::listElements() {
   list(project.child("Calendars"), "Calendar", calendars);
   list(project.child("Tasks"), "Task", tasks);
+  for (std::size_t i = 0; i < tasks.size(); ++i) {
+    for (const pugi::xml_node link : tasks[i].element.children("PredecessorLink")) links.push_back({link, i, {}});
+  }
   list(project.child("Resources"), "Resource", resources);
   list(project.child("Assignments"), "Assignment", assignments);
 }
@@ -53,6 +57,8 @@ void Copy::pairWithPlan() {
   check("tasks", tasks.size(), plan_->tasks().size());
   for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].source = plan_->tasks()[i];
 
+  pairLinks();
+
   std::size_t written = 1;  // the first is the placeholder
   for (const PlanResource& resource : plan_->resources()) {
     if (!Plan::isWritten(resource)) continue;
@@ -63,6 +69,17 @@ void Copy::pairWithPlan() {
 
   check("assignments", assignments.size(), plan_->assignments().size());
   for (std::size_t i = 0; i < assignments.size(); ++i) assignments[i].source = &plan_->assignments()[i];
+}
+
+/// The exporter writes one link for each `prerequisite-task`, in their order.
+void Copy::pairLinks() {
+  for (std::size_t i = 0; i < links.size();) {
+    const std::size_t task = links[i].task;
+    for (const xml::Node source : objectsForXQuery(tasks[task].source, "prerequisite-task")) {
+      if (i < links.size() && links[i].task == task) links[i++].source = source;
+    }
+    while (i < links.size() && links[i].task == task) ++i;
+  }
 }
 
 bool Copy::isPlaceholder(const Item& item) const {

@@ -23,6 +23,12 @@ struct Item {
   pugi::xml_node element;
   xml::Node source;
 };
+/// A `PredecessorLink`, and its `prerequisite-task` in the plan.
+struct LinkItem {
+  pugi::xml_node element;
+  std::size_t task = 0;  ///< index into Copy::tasks
+  xml::Node source;
+};
 struct AssignmentItem {
   pugi::xml_node element;
   const PlanAssignment* source = nullptr;
@@ -33,8 +39,8 @@ struct CalendarItem {
 };
 
 /// An exported document while it is corrected. The corrections change `project` in place. They find its elements in the
-/// lists, each with its source when there is a bundle. A correction that removes or adds a task, resource, assignment
-/// or calendar must update the list.
+/// lists, each with its source when there is a bundle. A correction that removes or adds a task, link, resource,
+/// assignment or calendar must update the list.
 class Copy {
  public:
   /// @param bytes an exported document in UTF-8 that has passed xml::requireCopyable().
@@ -48,9 +54,9 @@ class Copy {
   pugi::xml_node project;
   std::vector<CalendarItem> calendars;
   std::vector<Item> tasks;
+  std::vector<LinkItem> links;  ///< of all tasks
   std::vector<Item> resources;
   std::vector<AssignmentItem> assignments;
-  std::size_t links = 0;  ///< of all tasks; correctLinks() counts them, since visiting all tasks again would take long
   Report report;
 
   /// None when only the file is at hand.
@@ -65,6 +71,7 @@ class Copy {
  private:
   void listElements();
   void pairWithPlan();
+  void pairLinks();
 
   std::string bytes_;  ///< what the texts of unchanged elements point into
   pugi::xml_document document_;

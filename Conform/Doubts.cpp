@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -27,8 +28,9 @@ using platform::shortened;
 
 enum class Kind : std::uint8_t {
   kText,
-  kDate,    ///< with "Z" or an offset
-  kNumber,  ///< read as far as it goes
+  kDate,     ///< with "Z" or an offset
+  kNumber,   ///< read as far as it goes
+  kSeconds,  ///< a number, written as a duration
   kTruth
 };
 
@@ -44,6 +46,8 @@ struct Field {
 
 constexpr std::string_view kNoneCounts = "none counts";
 
+constexpr Field kWindowFields[] = {{"editing-scenario", Kind::kText}, {"comparison-scenario", Kind::kText}};
+
 constexpr Field kScenarioFields[] = {
     {"start-date", Kind::kDate}, {"end-date", Kind::kDate}, {"top-resource", Kind::kText}, {"top-task", Kind::kText}};
 
@@ -52,8 +56,8 @@ constexpr Field kTaskFields[] = {
     {"type", Kind::kText},
     {"start-date", Kind::kDate},
     {"end-date", Kind::kDate},
-    {"duration", Kind::kNumber},
-    {"effort", Kind::kNumber},
+    {"duration", Kind::kSeconds},
+    {"effort", Kind::kSeconds},
     {"effort-done", Kind::kNumber},
     {"priority", Kind::kNumber},
     {"completion-percentage", Kind::kNumber},
@@ -104,6 +108,7 @@ class Doubts {
   Doubts(const Plan& plan, Report& report) : plan_(plan), report_(report) {}
 
   void tell() {
+    checkFrontWindow();
     lookAt("the plan", plan_.scenario(), "");
     checkFields(plan_.scenario(), kScenarioFields);
     for (const xml::Node task : plan_.tasks()) checkTask(task);
@@ -130,6 +135,24 @@ class Doubts {
     report_.warn(about + ": " + fmt::format(sentence, std::forward<Args>(args)...));
   }
 
+  void checkFrontWindow() {
+    const xml::Node contents = plan_.tableOfContents();
+    const auto windows = objectsForXQuery(contents, "window");
+    if (windows.empty()) return;
+    lookAt("the front window", windows.front(), "");
+    checkFields(windows.front(), kWindowFields);
+    const xml::Node project = singleObjectForXQuery(contents, "project");
+    XQueryError error;
+    const auto scenario = [&](const xml::Query& query) {
+      error = {};
+      const std::string id = stringValueForXQuery(windows.front(), query).value_or("");
+      return id.empty() || singleObjectForXQuery(project, xml::Query::child("scenario", "id", id), &error);
+    };
+    if (scenario("editing-scenario") && error)
+      warn("several scenarios have the id of the edited one, the last one counts");
+    if (!scenario("comparison-scenario")) warn("comparison-scenario leads to nothing, there is no baseline");
+  }
+
   void checkTask(xml::Node task) {
     lookAt("task", task, "title");
     checkFields(task, kTaskFields);
@@ -141,7 +164,8 @@ class Doubts {
     }
     for (const xml::Node child : objectsForXQuery(task, "child-task")) checkReference("child-task", "task", child);
     for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
-      if (const auto units = assignment.attributeText("units")) checkCopied("units", *units);
+      if (const auto units = assignment.attributeText("units"))
+        checkUnits(*units, plan_.referred("resource", assignment));
     }
   }
 
@@ -171,6 +195,7 @@ class Doubts {
       if (field.kind == Kind::kNumber && field.name() != "cost-per-hour") {
         checkNumber(field.name(), found.stringView());
       }
+      if (field.kind == Kind::kSeconds) checkSeconds(field.name(), found.stringView());
     }
   }
 
@@ -216,6 +241,20 @@ class Doubts {
     }
   }
 
+  void checkSeconds(std::string_view name, std::string_view text) {
+    checkNumber(name, text);
+    checkSize(name, text, platform::doubleValue(text));
+  }
+
+  /// @param seconds of the duration that is written for the text.
+  void checkSize(std::string_view name, std::string_view text, double seconds) {
+    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+    if (seconds > kMost) {
+      warn("{} '{}' is more than a duration can be, {} is written", name, text,
+           MSPIUtilities::mppToMspdiDuration(kMost));
+    }
+  }
+
   void checkTruth(std::string_view name, std::string_view text) {
     XQueryError error;
     static_cast<void>(boolFromString(text, &error));
@@ -227,6 +266,13 @@ class Doubts {
     if (text.empty()) return;
     const auto number = platform::scanDouble(text);
     if (!number || number->length != text.size()) warn("{} '{}' is no number, and is written as it is", name, text);
+  }
+
+  /// A material is written as a duration, too: an hour for each unit.
+  void checkUnits(std::string_view units, xml::Node resource) {
+    checkCopied("units", units);
+    if (singleObjectForXQuery(resource, "type").stringView() != kMaterialResource) return;
+    checkSize("units", units, platform::doubleValue(units) * platform::kSecondsPerHour);
   }
 
   void checkWord(const std::optional<std::string>& text, const Words& words) {
@@ -253,6 +299,7 @@ class Doubts {
     Identities reached;
     for (const xml::Node task : plan_.tasks()) {
       reached.insert(task.identity());
+      if (!singleObjectForXQuery(task, "split")) continue;
       for (const xml::Node child : objectsForXQuery(task, "child-task")) {
         const auto id = child.attributeText("idref");
         if (id)

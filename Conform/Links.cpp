@@ -1,20 +1,40 @@
 #include "Conform/Links.h"
 
+#include <cmath>
+#include <cstdint>
+#include <string>
+
 #include "Conform/Copy.h"
 #include "Conform/Elements.h"
+#include "KVMSPCommon/MSPCExtensions.h"
+#include "Platform/Text/Texts.h"
 
 namespace conform {
+namespace {
+
+/// Sets the lag of a link whose `lead-time` is a percentage. The exporter cuts 0.29 * 100 to 28.
+bool roundPercentage(const LinkItem& link, pugi::xml_node lag) {
+  const xml::Node leadTime = singleObjectForXQuery(link.source, "lead-time");
+  if (leadTime.attribute("is-percentage").value() != "true") return false;
+  const double percent = std::round(platform::doubleValue(leadTime.stringView()) * 100);
+  return setText(lag, std::to_string(platform::truncated<std::int64_t>(percent)));
+}
+
+}  // namespace
 
 void correctLinks(Copy& copy) {
-  std::size_t changed = 0;
-  for (const Item& task : copy.tasks) {
-    for (const pugi::xml_node link : task.element.children("PredecessorLink")) {
-      ++copy.links;
-      const pugi::xml_node lag = link.child("LinkLag");
-      if (isBlank(textOf(lag)) && setText(link, lag, "LinkLag", "0")) ++changed;
+  std::size_t missing = 0;
+  std::size_t rounded = 0;
+  for (const LinkItem& link : copy.links) {
+    const pugi::xml_node lag = link.element.child("LinkLag");
+    if (isBlank(textOf(lag))) {
+      if (setText(link.element, lag, "LinkLag", "0")) ++missing;
+    } else if (roundPercentage(link, lag)) {
+      ++rounded;
     }
   }
-  copy.report.count("links without a lag", changed);
+  copy.report.count("links without a lag", missing);
+  copy.report.count("percentages of lags", rounded);
 }
 
 }  // namespace conform

@@ -56,24 +56,15 @@ class References {
   }
 
   void correctLinks() {
-    std::size_t leftOut = 0;
-    for (const Item& task : copy_.tasks) {
-      // The exporter writes one link for each of these.
-      const auto sources = objectsForXQuery(task.source, "prerequisite-task");
-      std::size_t index = 0;
-      for (pugi::xml_node link = task.element.child("PredecessorLink"); link; ++index) {
-        const pugi::xml_node next = link.next_sibling("PredecessorLink");
-        const xml::Node source = index < sources.size() ? sources[index] : xml::Node();
-        if (!leadsToATask(link, source)) {
-          copy_.report.warn(fmt::format("{}: its link to {} is left out, because there is no such task",
-                                        labelOfTask(task), linkTarget(link, source)));
-          link.parent().remove_child(link);
-          ++leftOut;
-        }
-        link = next;
-      }
-    }
-    copy_.report.count("links to tasks that are not there", leftOut);
+    const std::size_t before = copy_.links.size();
+    std::erase_if(copy_.links, [this](const LinkItem& link) {
+      if (leadsToATask(link)) return false;
+      copy_.report.warn(fmt::format("{}: its link to {} is left out, because the file has no such task",
+                                    labelOfTask(copy_.tasks[link.task]), linkTarget(link)));
+      link.element.parent().remove_child(link.element);
+      return true;
+    });
+    copy_.report.count("links to tasks that are not there", before - copy_.links.size());
   }
 
   void correctAssignments() {
@@ -109,15 +100,15 @@ class References {
  private:
   [[nodiscard]] bool hasPlan() const { return copy_.plan() != nullptr; }
 
-  /// @param source the bundle's link; an empty view when there is no bundle.
-  [[nodiscard]] bool leadsToATask(pugi::xml_node link, xml::Node source) const {
-    const std::string_view uid = textOf(link, "PredecessorUID");
+  [[nodiscard]] bool leadsToATask(const LinkItem& link) const {
+    const std::string_view uid = textOf(link.element, "PredecessorUID");
     const bool needsSource = uid.empty() && hasPlan();
-    return tasks_.has(uid, needsSource ? copy_.plan()->referred("task", source) : xml::Node(), hasPlan());
+    return tasks_.has(uid, needsSource ? copy_.plan()->referred("task", link.source) : xml::Node(), hasPlan());
   }
 
-  [[nodiscard]] std::string linkTarget(pugi::xml_node link, xml::Node source) const {
-    const std::string_view target = hasPlan() ? source.attribute("idref").value() : textOf(link, "PredecessorUID");
+  [[nodiscard]] std::string linkTarget(const LinkItem& link) const {
+    const std::string_view target =
+        hasPlan() ? link.source.attribute("idref").value() : textOf(link.element, "PredecessorUID");
     return target.empty() ? "nothing" : std::string(target);
   }
 

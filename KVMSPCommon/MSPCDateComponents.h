@@ -46,13 +46,14 @@ class MSPCDateComponents : public platform::DateComponents {
   void setTimeZoneMinute(std::int64_t minutes) { timeZoneMinute_ = minutes; }
 
   /// From now on, the process reads and writes offsets as people mean them. The exact file, which must not change,
-  /// differs in three ways:
+  /// differs in four ways:
   ///
   ///   "-03:30"                   the hours are negative and the minutes are not: 2 hours 30 minutes west of UTC
   ///   daylight-saving time       labelled with today's standard offset plus its share, even if the zone's standard
   ///                              offset was different at that date
   ///   near a clock change        converted with the offset that the zone has when its clock shows the fields, although
   ///                              these are in another offset: hours before or after the change are an hour off
+  ///   a midnight that the clocks skip   read as 01:00, so that an event from there to midnight ends the export
   static void takeOffsetsAsMeant();
   [[nodiscard]] static bool takesOffsetsAsMeant();
 

@@ -6,9 +6,10 @@
 namespace {
 
 /// The warnings about a plan, without the label with which the first one must begin.
-std::string warningsOf(std::string_view label, std::string_view children, std::string_view format) {
+std::string warningsOf(std::string_view label, std::string_view children, std::string_view format,
+                       std::string_view inContents = "") {
   const auto document = parsed("<scenario>" + fmt::format(fmt::runtime(format), children) + "</scenario>");
-  const auto contents = parsed("<contents/>");
+  const auto contents = parsed(fmt::format("<contents>{}</contents>", inContents));
   conform::Report report;
   conform::warnOfDoubts(conform::Plan(*document, *contents), report);
   const std::string all = fmt::format("{}", fmt::join(report.warnings(), "; "));
@@ -24,6 +25,13 @@ std::string ofResource(std::string_view children) {
                     "<top-resource idref='r1'/><resource id='r1'><name>B</name><type>Group</type>{}</resource>");
 }
 std::string ofPlan(std::string_view children) { return warningsOf("", children, "{}"); }
+/// For a project with three scenarios, two of which have the id "twice", and a front window with these children.
+std::string ofWindow(std::string_view children) {
+  return warningsOf("the front window: ", "", "{}",
+                    fmt::format("<project><scenario id='once'/><scenario id='twice'/><scenario id='twice'/></project>"
+                                "<window>{}</window>",
+                                children));
+}
 
 }  // namespace
 
@@ -39,6 +47,9 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
       {__LINE__, ofTask, "<end-date>2026-02-06T08:30</end-date>",
        "end-date '2026-02-06T08:30' is not read whole, 2026-02-06T01:00:00 is written"},
       {__LINE__, ofTask, "<effort>8 h</effort>", "effort '8 h' is read as far as it is a number: 8"},
+      {__LINE__, ofTask, "<effort>2147483647</effort>", ""},
+      {__LINE__, ofTask, "<effort>3e9</effort>",
+       "effort '3e9' is more than a duration can be, PT596523H14M7S is written"},
       {__LINE__, ofTask, "<effort>3600 </effort><priority>-2</priority>", ""},
       {__LINE__, ofTask, "<title>A</title>", "there is more than one title, the last one counts"},
       {__LINE__, ofTask, "<static-cost>1</static-cost><static-cost>2</static-cost>",
@@ -61,6 +72,17 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
       {__LINE__, ofPlan, "<task id='t1'/>", "task t1 '': no group holds it, it is left out"},
       {__LINE__, ofPlan, "<top-task idref='t1'/><task id='t1'/><task id='t1'><title>A</title></task>",
        "task t1 '': another task has the same id, this one is left out"},
+      {__LINE__, ofPlan,
+       "<top-task idref='t'/><task id='t'><assignment idref='r' units='600000'/></task>"
+       "<top-resource idref='r'/><resource id='r'><type>Material</type></resource>",
+       "task t '': units '600000' is more than a duration can be, PT596523H14M7S is written"},
+      {__LINE__, ofPlan, "<top-task idref='t'/><task id='t'><child-task idref='u'/></task><task id='u'/>",
+       "task u '': no group holds it, it is left out"},
+      {__LINE__, ofWindow, "<editing-scenario>once</editing-scenario><comparison-scenario/>", ""},
+      {__LINE__, ofWindow, "<editing-scenario>twice</editing-scenario>",
+       "several scenarios have the id of the edited one, the last one counts"},
+      {__LINE__, ofWindow, "<comparison-scenario>none</comparison-scenario>",
+       "comparison-scenario leads to nothing, there is no baseline"},
       {__LINE__, ofPlan, "<top-task idref='t'/><task id='t'><split/><child-task idref='u'/></task><task id='u'/>", ""},
   });
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "KVMSPCommon/MSPCDateComponents.h"
 #include "KVMSPCommon/MSPExportMapper/MSPECalendarDates.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
@@ -14,7 +15,10 @@ using platform::require;
 namespace {
 
 double secondOfDay(Instant instant) {
-  const auto civilSeconds = platform::TimeZone::system().civilSecondsFromInstant(instant);
+  const platform::TimeZone& zone = platform::TimeZone::system();
+  // Where the clocks skip midnight, the day begins at 01:00 or so.
+  if (MSPCDateComponents::takesOffsetsAsMeant() && zone.startOfDay(instant) == instant) return 0;
+  const auto civilSeconds = zone.civilSecondsFromInstant(instant);
   return static_cast<double>(platform::GregorianCalendar::secondOfDay(civilSeconds));
 }
 

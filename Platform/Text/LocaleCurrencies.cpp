@@ -1,12 +1,15 @@
 #include "Platform/Text/LocaleCurrencies.h"
 
 #include <unicode/ucurr.h>
+#include <unicode/uenum.h>
 #include <unicode/uloc.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <string_view>
+#include <memory>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -28,6 +31,22 @@ std::string asText(const UChar* characters, std::int32_t length = -1) {
   return text;
 }
 
+/// Empty when the locale has none.
+std::string symbolOf(const UChar* code, const char* locale, UCurrNameStyle style) {
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  const UChar* symbol = ucurr_getName(code, locale, style, nullptr, &length, &status);
+  return U_FAILURE(status) ? "" : asText(symbol, length);
+}
+
+/// Calls visit(code) for each currency that is in use today.
+void forEachCode(const std::function<void(const UChar*)>& visit) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UEnumeration, decltype(&uenum_close)> codes(
+      ucurr_openISOCurrencies(UCURR_COMMON | UCURR_NON_DEPRECATED, &status), &uenum_close);
+  while (const UChar* code = uenum_unext(codes.get(), nullptr, &status)) visit(code);
+}
+
 }  // namespace
 
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency&)>& visit) {
@@ -38,12 +57,30 @@ void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency&)>& vis
     const Code code = codeOf(locale);
     if (code.front() == 0) continue;
 
-    std::int32_t symbolLength = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    const UChar* symbol = ucurr_getName(code.data(), locale, UCURR_SYMBOL_NAME, nullptr, &symbolLength, &status);
-    if (U_FAILURE(status) || symbolLength == 0) continue;
-    if (!visit({asText(symbol, symbolLength), asText(code.data())})) return;
+    std::string symbol = symbolOf(code.data(), locale, UCURR_SYMBOL_NAME);
+    if (symbol.empty()) continue;
+    if (!visit({std::move(symbol), asText(code.data())})) return;
   }
+}
+
+std::vector<std::string> currenciesWithSymbol(std::string_view symbol) {
+  std::vector<std::string> codes;
+  forEachCode([&](const UChar* code) {
+    // The narrow symbol is that of people who have no other currency in mind: "$" for all dollars.
+    for (const UCurrNameStyle style : {UCURR_SYMBOL_NAME, UCURR_NARROW_SYMBOL_NAME}) {
+      if (symbolOf(code, "en", style) != symbol) continue;
+      codes.push_back(asText(code));
+      break;
+    }
+  });
+  std::sort(codes.begin(), codes.end());
+  return codes;
+}
+
+bool isCurrencyCode(std::string_view text) {
+  bool isCode = false;
+  forEachCode([&](const UChar* code) { isCode = isCode || asText(code) == text; });
+  return isCode;
 }
 
 std::optional<MachineCurrency> currencyOfMachine() {

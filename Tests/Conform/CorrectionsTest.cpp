@@ -39,7 +39,7 @@ string correctedWithoutBundle(const ValueRow& row) {
   return failure.empty() ? value : failure;
 }
 
-void expectWithBundle(const std::vector<ValueRow>& rows, const Options& options = {"Base", "EUR", false}) {
+void expectWithBundle(const std::vector<ValueRow>& rows, const Options& options = {"Base", "", false}) {
   expectValues(rows, [&options](const ValueRow& row) { return correctedWithBundle(row, options); });
 }
 void expectWithoutBundle(const std::vector<ValueRow>& rows) { expectValues(rows, correctedWithoutBundle); }
@@ -66,7 +66,7 @@ string resources(const std::vector<string>& ids, const string& objects, const st
 
 const string kLinks = "Task/PredecessorLink/PredecessorUID";
 const string kUidAndLinks = "Task: UID PredecessorLink/PredecessorUID";
-const string kLink = "its link to ", kGone = " is left out, because there is no such task";
+const string kLink = "its link to ", kGone = " is left out, because the file has no such task";
 
 string xmlTask(const string& inside) { return tag("Task", inside); }
 string xmlTasks(const string& tasks) { return tag("CurrencyCode", "EUR") + tag("Tasks", tasks); }
@@ -105,7 +105,8 @@ TEST(Corrections, LeaveNoReferenceWithoutATarget) {
       {__LINE__, "so does an assignment", twoTasks("", "7", toNothing), "Assignment/TaskUID", "1"},
       {__LINE__, "a link is left out if two tasks have no number", twoTasks("", "", toNothing), kLinks, "none"},
       {__LINE__, "the warnings about both", twoTasks("", "", toNothing), "said",
-       "task without a UID: its link to nothing is left out, because there is no such task; assignment 1 is left out, "
+       "task without a UID: its link to nothing is left out, because the file has no such task; assignment 1 is left "
+       "out, "
        "because it names no task"},
   });
 }
@@ -211,8 +212,7 @@ TEST(Corrections, RankPriorities) {
       {__LINE__, "replaced ones do not", ranked({9, 5}, task("t1", tag("priority", "5"))), priority, "500, 750, 750"},
       {__LINE__, "the lowest 64-bit number", t1(tag("priority", "-9223372036854775808")), priority, "500, 250"},
   });
-  const string priorities =
-      correctedWithBundle({__LINE__, "of many", ranked(many), priority, ""}, {"Base", "EUR", false});
+  const string priorities = correctedWithBundle({__LINE__, "of many", ranked(many), priority, ""}, {"Base", "", false});
   EXPECT_TRUE(priorities.starts_with("500, 501, 501, 502, ")) << priorities;
   EXPECT_TRUE(priorities.ends_with(", 998, 999")) << priorities;
 }
@@ -267,7 +267,6 @@ TEST(Corrections, NameWhatHasNoName) {
 }
 
 TEST(Corrections, SetWhatReadersInsistOn) {
-  const std::vector<string> bareAmount = {"<toc><project><currency-format>5</currency-format></project></toc>"};
   const auto levels = [](std::initializer_list<string> all) {
     string tasks;
     for (const string& level : all) tasks += xmlTask(tag("OutlineLevel", level));
@@ -279,10 +278,9 @@ TEST(Corrections, SetWhatReadersInsistOn) {
   const string ownCalendar = xmlTasks(xmlTask(tag("CalendarUID", "3") + tag("IgnoreResourceCalendar", "1")));
   expectWithBundle({
       {__LINE__, "the code of the symbol", t1(""), "CurrencyCode", "USD"},
-      {__LINE__, "the command line's code, if the symbol has none", t1(""), "CurrencyCode", "EUR", "UTC", bareAmount},
-      {__LINE__, "a warning about that", t1(""), "said",
-       "the currency's symbol \"\" has several codes or none: EUR is written, as the command line says", "UTC",
-       bareAmount},
+      {__LINE__, "percentages of lags are rounded",
+       t1("<prerequisite-task idref='t-1'><lead-time is-percentage='true'>0.29</lead-time></prerequisite-task>"),
+       "Task/PredecessorLink/LinkLag", "29"},
   });
   expectWithBundle({{__LINE__, "with --keep-dates", t1(""), "Task: Manual ManualStart ManualFinish ManualDuration",
                      "0 none none none, 1 2026-05-04T08:00:00 2026-05-06T17:00:00 PT24H0M0S"}},
@@ -297,6 +295,38 @@ TEST(Corrections, SetWhatReadersInsistOn) {
        "task 1: PT0H0M0S is written for its negative durations"},
       {__LINE__, "a calendar of the task stays", ownCalendar, "Task: CalendarUID IgnoreResourceCalendar", "3 1"},
   });
+}
+
+TEST(Corrections, ChooseAmongCurrenciesOfOneSymbol) {
+  const ScopedVariable machine("LC_ALL", "nb_NO.UTF-8");
+  const auto several = [](const string& symbol, const string& choice) {
+    return "the currency's symbol \"" + symbol + "\" has several codes or none: " + choice;
+  };
+  for (const auto& [about, sample, commandLine, code, said] : std::vector<std::array<string, 5>>{
+           {"the one that it usually stands for", "$5", "", "USD", ""},
+           {"another one, on the command line", "$5", "CAD", "CAD",
+            several("$", "CAD is written, as the command line says")},
+           {"one of another symbol", "$5", "EUR", "USD",
+            "the currency's symbol \"$\" does not stand for EUR, which the command line says: USD is written"},
+           {"yen have no decimals", "¥5", "", "JPY", several("¥", "JPY is written, which it usually stands for")},
+           {"yuan have", "¥5.00", "", "CNY", ""},
+           {"that of the machine", "5 kr", "", "NOK",
+            several("kr", "NOK is written, which the machine's locale nb_NO.UTF-8 has")},
+           {"not that of the machine", "Rs. 5", "", "LKR",
+            several("Rs.", "LKR is written, because nothing tells the currency")},
+           {"a symbol that is a code", "EUR 5", "", "EUR", ""},
+           {"a symbol that is known abroad", "A$5", "", "AUD", ""},
+           {"no symbol", "5", "EUR", "EUR", several("", "EUR is written, as the command line says")},
+       }) {
+    const std::vector<string> contents = {tag("toc", tag("project", tag("currency-format", sample)))};
+    EXPECT_EQ(correctedWithBundle({__LINE__, about, t1(""), "CurrencyCode", "", "UTC", contents},
+                                  {"Base", commandLine, false}),
+              code)
+        << about;
+    EXPECT_EQ(correctedWithBundle({__LINE__, about, t1(""), "said", "", "UTC", contents}, {"Base", commandLine, false}),
+              said)
+        << about;
+  }
 }
 
 TEST(Corrections, TakeTheMachinesCurrency) {

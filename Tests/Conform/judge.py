@@ -206,6 +206,12 @@ def links(root):
             if text(link, "PredecessorUID") in places]
 
 
+def is_same_link(old, new, has_bundle):
+    """With the bundle, a percentage that was cut may be rounded up."""
+    is_rounded = has_bundle and old[4] == "19" and abs(int(new[3])) == abs(int(old[3])) + 1
+    return old == new or (is_rounded and (*old[:3], old[4]) == (*new[:3], new[4]))
+
+
 def assigned(root):
     tasks = {text(task, "UID"): place for place, task in enumerate(objects(root, "Task"))}
     resources = {text(resource, "UID"): place for place, resource in enumerate(objects(root, "Resource"))
@@ -230,7 +236,9 @@ def judge_against(exact, corrected, has_bundle):
                 check(len(old_parts) == len(new_parts), kind, text(old, "UID"), parts, len(new_parts))
                 for old_part, new_part in zip(old_parts, new_parts):
                     judge_kept(old_part, new_part, has_bundle)
-    check(links(exact) == links(corrected), "links differ:", links(exact), links(corrected))
+    before, now = links(exact), links(corrected)
+    same = len(before) == len(now) and all(is_same_link(old, new, has_bundle) for old, new in zip(before, now))
+    check(same, "links differ:", before, now)
     check(assigned(exact) == assigned(corrected), "assignments differ:", assigned(exact), assigned(corrected))
     for kind in ("Task", "Resource"):
         judge_fields(exact, corrected, kind)
