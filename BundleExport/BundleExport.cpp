@@ -71,6 +71,7 @@ class BundleExport {
   struct Exported {
     MSPEXMLExporter::DocumentPointer plan;
     MSPEXMLExporter::DocumentPointer tableOfContents;
+    conform::Baselines baselines;
     std::string bytes;
   };
 
@@ -88,7 +89,7 @@ void BundleExport::run() {
   Exported exported = exportInMemory();
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
   conform::Copy copy(std::move(exported.bytes), &plan, {request_.baseName, request_.currency, request_.keepDates});
-  conform::warnOfDoubts(plan, copy.report);
+  conform::warnOfDoubts(plan, exported.baselines, copy.report);
   conform::correct(copy);
   describe(copy);
   if (request_.strict && !result_.warnings.empty()) conform::fail("there are warnings, so nothing is written");
@@ -114,7 +115,7 @@ BundleExport::Exported BundleExport::exportInMemory() {
   const MSPEXMLExporter::Mapped mapped = exporter.map(std::move(contents), none);
   const xml::OutputDocument* document = mapped.context->mspdiXmlDoc();
   if (document == nullptr) conform::fail("its front window shows no plan");
-  return {mapped.contents.plan, mapped.contents.tableOfContents, bytesOf(*document)};
+  return {mapped.contents.plan, mapped.contents.tableOfContents, mapped.contents.baselines, bytesOf(*document)};
 }
 
 void BundleExport::describe(const conform::Copy& copy) {

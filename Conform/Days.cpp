@@ -188,7 +188,7 @@ bool hasMergedDays(const Calendar& calendar) {
 void warn(const Calendar& calendar, PlanHours& hours, xml::Node resource, Report& report) {
   const std::string name = "resource " + sourceLabelOf(resource, "name");
   if (const std::size_t unsaid = hours.unsaid(calendar.resource); unsaid > 0) {
-    report.warn(fmt::format("{}: time spans that are not within a day are left out: {}", name, unsaid));
+    report.warn(fmt::format("{}: time spans that are not within a day are cut or left out: {}", name, unsaid));
   }
   if (hours.isCutOff(calendar.resource)) {
     report.warn(name + ": time off and overtime before the year 1 or after 9999 is left out");

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,7 +31,9 @@ enum class Kind : std::uint8_t {
   kText,
   kDate,     ///< with "Z" or an offset
   kNumber,   ///< read as far as it goes
+  kWhole,    ///< the same for a whole number
   kSeconds,  ///< a number, written as a duration
+  kWholeSeconds,
   kTruth
 };
 
@@ -51,15 +54,21 @@ constexpr Field kWindowFields[] = {{"editing-scenario", Kind::kText}, {"comparis
 constexpr Field kScenarioFields[] = {
     {"start-date", Kind::kDate}, {"end-date", Kind::kDate}, {"top-resource", Kind::kText}, {"top-task", Kind::kText}};
 
+constexpr Field kBaselineFields[] = {{"start-date", Kind::kDate},
+                                     {"end-date", Kind::kDate},
+                                     {"duration", Kind::kWholeSeconds},
+                                     {"effort", Kind::kWholeSeconds},
+                                     {"static-cost", Kind::kNumber, kNoneCounts}};
+
 constexpr Field kTaskFields[] = {
     {"title", Kind::kText},
     {"type", Kind::kText},
     {"start-date", Kind::kDate},
     {"end-date", Kind::kDate},
     {"duration", Kind::kSeconds},
-    {"effort", Kind::kSeconds},
-    {"effort-done", Kind::kNumber},
-    {"priority", Kind::kNumber},
+    {"effort", Kind::kWholeSeconds},
+    {"effort-done", Kind::kWhole},
+    {"priority", Kind::kWhole},
     {"completion-percentage", Kind::kNumber},
     {"recalculate", Kind::kText},
     {"schedule-type", Kind::kText},
@@ -105,13 +114,15 @@ constexpr Words kLinkKind{"kind", kLinkKinds, "it goes from finish to start"};
 
 class Doubts {
  public:
-  Doubts(const Plan& plan, Report& report) : plan_(plan), report_(report) {}
+  Doubts(const Plan& plan, const Baselines& baselines, Report& report)
+      : plan_(plan), baselines_(baselines), report_(report) {}
 
   void tell() {
     checkFrontWindow();
     lookAt("the plan", plan_.scenario(), "");
     checkFields(plan_.scenario(), kScenarioFields);
     for (const xml::Node task : plan_.tasks()) checkTask(task);
+    for (const auto& baseline : baselines_) checkBaseline(baseline->root());
     for (const PlanResource& resource : plan_.resources()) checkResource(resource.node);
     checkLeftOut("task", "title", tasksReached());
     checkLeftOut("resource", "name", resourcesReached());
@@ -169,6 +180,15 @@ class Doubts {
     }
   }
 
+  /// @param compared the root of a compared plan.
+  void checkBaseline(xml::Node compared) {
+    for (const xml::Node task : plan_.tasks()) {
+      const std::string_view id = task.attribute("id").value();
+      lookAt("the baseline of task", task, "title");
+      checkFields(singleObjectForXQuery(compared, xml::Query::child("task", "id", id)), kBaselineFields);
+    }
+  }
+
   void checkResource(xml::Node resource) {
     lookAt("resource", resource, "name");
     checkFields(resource, kResourceFields);
@@ -178,8 +198,32 @@ class Doubts {
       checkReference("child-resource", "resource", child);
     }
     checkEfficiency(resource);
-    for (const xml::Node event : objectsForXQuery(resource, "schedule/calendar/event")) {
-      for (const std::string_view name : {"start", "end"}) checkLocalDate(name, event.attribute(name).value());
+    checkSchedule(singleObjectForXQuery(resource, "schedule"));
+  }
+
+  void checkSchedule(xml::Node schedule) {
+    std::set<std::string_view> weekdays;
+    for (const xml::Node day : objectsForXQuery(schedule, "schedule-day")) {
+      const std::string_view name = day.attribute("day-of-week").value();
+      if (!weekdays.insert(name).second) warn("there is more than one schedule-day of {}, the last one counts", name);
+      checkTimeSpans(day);
+    }
+    for (const xml::Node day : objectsForXQuery(schedule, "flattened-schedule-day")) {
+      if (const xml::Attribute date = day.attribute("date")) checkDay("date", date.value());
+      checkTimeSpans(day);
+    }
+    for (const xml::Node calendar : objectsForXQuery(schedule, "calendar")) {
+      const std::string_view overtime = calendar.attribute("overtime").value();
+      if (!overtime.empty()) checkTruth("overtime", overtime, false);
+      for (const xml::Node event : objectsForXQuery(calendar, "event")) {
+        for (const std::string_view name : {"start", "end"}) checkLocalDate(name, event.attribute(name).value());
+      }
+    }
+  }
+
+  void checkTimeSpans(xml::Node day) {
+    for (const xml::Node span : objectsForXQuery(day, "time-span")) {
+      for (const std::string_view name : {"start-time", "end-time"}) checkNumber(name, span.attribute(name).value());
     }
   }
 
@@ -189,13 +233,22 @@ class Doubts {
       const xml::Node found = singleObjectForXQuery(object, field.query, &error);
       if (!found) continue;
       if (error) warn("there is more than one {}, {}", field.name(), field.whenTwice);
-      if (field.kind == Kind::kDate) checkDate(field.name(), found.stringView());
-      if (field.kind == Kind::kTruth) checkTruth(field.name(), found.stringView());
-      // Rates are copied unchanged, so they are checked differently.
-      if (field.kind == Kind::kNumber && field.name() != "cost-per-hour") {
-        checkNumber(field.name(), found.stringView());
-      }
-      if (field.kind == Kind::kSeconds) checkSeconds(field.name(), found.stringView());
+      checkText(field, found.stringView());
+    }
+  }
+
+  void checkText(const Field& field, std::string_view text) {
+    const std::string_view name = field.name();
+    const bool isWhole = field.kind == Kind::kWhole || field.kind == Kind::kWholeSeconds;
+    const bool isSeconds = field.kind == Kind::kSeconds || field.kind == Kind::kWholeSeconds;
+    if (field.kind == Kind::kDate) checkDate(name, text);
+    if (field.kind == Kind::kTruth) checkTruth(name, text);
+    // Rates are copied unchanged, so they are checked differently.
+    if (field.kind == Kind::kNumber && name != "cost-per-hour") checkNumber(name, text);
+    if (isWhole || isSeconds) checkNumber(name, text);
+    if (isWhole) checkWhole(name, text);
+    if (isSeconds) {
+      checkSize(name, text, isWhole ? static_cast<double>(platform::integerValue(text)) : platform::doubleValue(text));
     }
   }
 
@@ -218,8 +271,24 @@ class Doubts {
   void checkLocalDate(std::string_view name, std::string_view text) {
     MSPCDateComponents record;
     const auto flags = scanUsualDateTime(record, text);
-    if (flags && (*flags & kMSPCHour) != 0) return;
-    tellReading(name, text, MSPIUtilities::mppToMspdiDateTime(MSPIUtilities::kvdxToMppDateTime(text)));
+    checkRead(name, text, flags && (*flags & kMSPCHour) != 0, record);
+  }
+
+  /// Checks the date of a day, which may be without a time.
+  void checkDay(std::string_view name, std::string_view text) {
+    MSPCDateComponents record;
+    checkRead(name, text, scanUsualDateTime(record, text).has_value(), record);
+  }
+
+  /// @param isWhole whether the record has all that the text says.
+  void checkRead(std::string_view name, std::string_view text, bool isWhole, const MSPCDateComponents& record) {
+    if (isWhole && platform::GregorianCalendar::has(record.civil())) return;
+    const auto reading = MSPIUtilities::mppToMspdiDateTime(MSPIUtilities::kvdxToMppDateTime(text));
+    if (isWhole) {
+      warn("{} '{}' is in no calendar, {} is written", name, text, orEmpty(reading));
+    } else {
+      tellReading(name, text, reading);
+    }
   }
 
   void tellReading(std::string_view name, std::string_view text, const std::optional<std::string>& reading) {
@@ -241,9 +310,11 @@ class Doubts {
     }
   }
 
-  void checkSeconds(std::string_view name, std::string_view text) {
-    checkNumber(name, text);
-    checkSize(name, text, platform::doubleValue(text));
+  void checkWhole(std::string_view name, std::string_view text) {
+    const std::int64_t whole = platform::integerValue(text);
+    if (static_cast<double>(whole) != platform::doubleValue(text)) {
+      warn("{} '{}' is read as far as it is a whole number: {}", name, text, whole);
+    }
   }
 
   /// @param seconds of the duration that is written for the text.
@@ -255,10 +326,11 @@ class Doubts {
     }
   }
 
-  void checkTruth(std::string_view name, std::string_view text) {
+  /// @param otherwise what it counts as when it is neither.
+  void checkTruth(std::string_view name, std::string_view text, bool otherwise = true) {
     XQueryError error;
     static_cast<void>(boolFromString(text, &error));
-    if (error) warn("{} '{}' is neither true nor false, it counts as true", name, text);
+    if (error) warn("{} '{}' is neither true nor false, it counts as {}", name, text, otherwise);
   }
 
   /// Checks a text that is copied into the file, where it must be a number.
@@ -331,6 +403,7 @@ class Doubts {
   }
 
   const Plan& plan_;
+  const Baselines& baselines_;
   Report& report_;
   std::string_view kind_;
   xml::Node object_;
@@ -339,6 +412,8 @@ class Doubts {
 
 }  // namespace
 
-void warnOfDoubts(const Plan& plan, Report& report) { Doubts(plan, report).tell(); }
+void warnOfDoubts(const Plan& plan, const Baselines& baselines, Report& report) {
+  Doubts(plan, baselines, report).tell();
+}
 
 }  // namespace conform

@@ -7,11 +7,11 @@ namespace {
 
 /// The warnings about a plan, without the label with which the first one must begin.
 std::string warningsOf(std::string_view label, std::string_view children, std::string_view format,
-                       std::string_view inContents = "") {
+                       std::string_view inContents = "", const conform::Baselines& baselines = {}) {
   const auto document = parsed("<scenario>" + fmt::format(fmt::runtime(format), children) + "</scenario>");
   const auto contents = parsed(fmt::format("<contents>{}</contents>", inContents));
   conform::Report report;
-  conform::warnOfDoubts(conform::Plan(*document, *contents), report);
+  conform::warnOfDoubts(conform::Plan(*document, *contents), baselines, report);
   const std::string all = fmt::format("{}", fmt::join(report.warnings(), "; "));
   if (!all.starts_with(label)) return all.empty() ? "" : "not labelled: " + all;
   return all.substr(label.size());
@@ -23,6 +23,14 @@ std::string ofTask(std::string_view children) {
 std::string ofResource(std::string_view children) {
   return warningsOf("resource r1 'B': ", children,
                     "<top-resource idref='r1'/><resource id='r1'><name>B</name><type>Group</type>{}</resource>");
+}
+std::string ofSchedule(std::string_view children) {
+  return ofResource(fmt::format("<schedule>{}</schedule>", children));
+}
+/// For a compared plan whose task t1 has these children.
+std::string ofBaseline(std::string_view children) {
+  return warningsOf("the baseline of task t1 'A': ", "", "<top-task idref='t1'/><task id='t1'><title>A</title></task>",
+                    "", {parsed(fmt::format("<scenario><task id='t1'>{}</task></scenario>", children))});
 }
 std::string ofPlan(std::string_view children) { return warningsOf("", children, "{}"); }
 /// For a project with three scenarios, two of which have the id "twice", and a front window with these children.
@@ -48,8 +56,9 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
        "end-date '2026-02-06T08:30' is not read whole, 2026-02-06T01:00:00 is written"},
       {__LINE__, ofTask, "<effort>8 h</effort>", "effort '8 h' is read as far as it is a number: 8"},
       {__LINE__, ofTask, "<effort>2147483647</effort>", ""},
-      {__LINE__, ofTask, "<effort>3e9</effort>",
-       "effort '3e9' is more than a duration can be, PT596523H14M7S is written"},
+      {__LINE__, ofTask, "<effort>1e3</effort>", "effort '1e3' is read as far as it is a whole number: 1"},
+      {__LINE__, ofTask, "<duration>3e9</duration>",
+       "duration '3e9' is more than a duration can be, PT596523H14M7S is written"},
       {__LINE__, ofTask, "<effort>3600 </effort><priority>-2</priority>", ""},
       {__LINE__, ofTask, "<title>A</title>", "there is more than one title, the last one counts"},
       {__LINE__, ofTask, "<static-cost>1</static-cost><static-cost>2</static-cost>",
@@ -66,9 +75,23 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
        "cost-per-hour 'abc' is no number, and is written as it is"},
       {__LINE__, ofResource, "<efficiency>0.8</efficiency>", "the format has no efficiency, 80 % is left out"},
       {__LINE__, ofResource, "<child-resource/>", "child-resource to '' leads to nothing, and is left out"},
-      {__LINE__, ofResource,
-       "<schedule><calendar><event start='2026-01-19T07:00:00' end='2026-01-19'/></calendar></schedule>",
+      {__LINE__, ofSchedule, "<calendar><event start='2026-01-19T07:00:00' end='2026-01-19'/></calendar>",
        "end '2026-01-19' is not read whole, 2026-01-19T00:00:00 is written"},
+      {__LINE__, ofSchedule,
+       "<flattened-schedule-day date='2026-05-04'><time-span start-time='1' end-time='2'/>"
+       "</flattened-schedule-day><schedule-day day-of-week='monday'/><schedule-day day-of-week='friday'/>"
+       "<calendar overtime='yes'/>",
+       ""},
+      {__LINE__, ofSchedule, "<flattened-schedule-day date='soon'/>", "date 'soon' is no date, year 1 is written"},
+      {__LINE__, ofSchedule, "<schedule-day><time-span start-time='08:00' end-time='1'/></schedule-day>",
+       "start-time '08:00' is read as far as it is a number: 8"},
+      {__LINE__, ofSchedule, "<schedule-day day-of-week='monday'/><schedule-day day-of-week='monday'/>",
+       "there is more than one schedule-day of monday, the last one counts"},
+      {__LINE__, ofSchedule, "<calendar overtime='Y'/>", "overtime 'Y' is neither true nor false, it counts as false"},
+      {__LINE__, ofSchedule, "<calendar><event start='2026-02-30T07:00:00' end='2026-03-03T08:00:00'/></calendar>",
+       "start '2026-02-30T07:00:00' is in no calendar, 2026-03-02T07:00:00 is written"},
+      {__LINE__, ofBaseline, "<start-date>2026-02-06T08:30:00Z</start-date><effort>3600</effort>", ""},
+      {__LINE__, ofBaseline, "<end-date>soon</end-date>", "end-date 'soon' is no date, year 1 is written"},
       {__LINE__, ofPlan, "<task id='t1'/>", "task t1 '': no group holds it, it is left out"},
       {__LINE__, ofPlan, "<top-task idref='t1'/><task id='t1'/><task id='t1'><title>A</title></task>",
        "task t1 '': another task has the same id, this one is left out"},

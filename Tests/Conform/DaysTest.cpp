@@ -39,7 +39,7 @@ TEST(Days, SayWhatTheyLeaveOutAndAreStable) {
   EXPECT_THAT(copy.report.warnings(),
               testing::ElementsAre("the calendars have too many exceptions: those before 2016-05-03 and after "
                                    "2036-05-06 are left out",
-                                   "resource r1: time spans that are not within a day are left out: 1",
+                                   "resource r1: time spans that are not within a day are cut or left out: 1",
                                    "resource r1: time off and overtime before the year 1 or after 9999 is left out",
                                    "resource r1: on days with more than five working times the smallest breaks became "
                                    "working time"));
