@@ -18,8 +18,8 @@ struct LocaleCurrency {
 /// Visiting all takes some milliseconds.
 void forEachLocaleCurrency(const std::function<bool(const LocaleCurrency &)> &visit);
 
-/// The codes of the currencies that share a symbol, in the order of the alphabet: "kr" gives DKK, ISK, NOK and SEK, "A$"
-/// gives AUD, and a symbol that English does not know gives none. Takes some 20 milliseconds.
+/// The codes of the currencies that share a symbol, in the order of the alphabet: "kr" gives DKK, ISK, NOK and SEK,
+/// "A$" gives AUD, and a symbol that English does not know gives none. Takes some 20 milliseconds.
 [[nodiscard]] std::vector<std::string> currenciesWithSymbol(std::string_view symbol);
 /// Whether the text is the ISO 4217 code of a currency of today: "EUR".
 [[nodiscard]] bool isCurrencyCode(std::string_view text);

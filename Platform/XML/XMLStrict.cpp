@@ -74,11 +74,11 @@ bool isReference(std::string_view name) {
 /// Whether the text, from "<?xml" up to but without "?>", is a declaration.
 bool isDeclaration(std::string_view text) {
   constexpr std::size_t kLongest = 200;  // a longer one is never real, and the expression would take long
-  static const platform::PosixRegularExpression kDeclaration(
+  static const platform::PosixRegularExpression kPattern(
       R"~(^<[?]xml[[:space:]]+version[[:space:]]*=[[:space:]]*("1[.][0-9]+"|'1[.][0-9]+'))~"
       R"~(([[:space:]]+encoding[[:space:]]*=[[:space:]]*("[A-Za-z][A-Za-z0-9._-]*"|'[A-Za-z][A-Za-z0-9._-]*'))?)~"
       R"~(([[:space:]]+standalone[[:space:]]*=[[:space:]]*("(yes|no)"|'(yes|no)'))?[[:space:]]*$)~");
-  return text.size() <= kLongest && !kDeclaration.match(std::string(text)).empty();
+  return text.size() <= kLongest && !kPattern.match(std::string(text)).empty();
 }
 
 class Scanner {
