@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 #include <set>
 #include <span>
@@ -12,14 +11,13 @@
 #include <unordered_set>
 
 #include "Conform/Plan.h"
+#include "Conform/Readings.h"
 #include "Conform/Report.h"
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEResourceTypes.h"
-#include "KVMSPCommon/MSPImportMapper/MSPIUsualDateTime.h"
-#include "KVMSPCommon/MSPImportMapper/MSPIUtilities.h"
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Texts.h"
-#include "Platform/Time/GregorianCalendar.h"
+#include "Platform/Time/Instant.h"
 
 namespace conform {
 namespace {
@@ -30,6 +28,7 @@ using platform::shortened;
 enum class Kind : std::uint8_t {
   kText,
   kDate,     ///< with "Z" or an offset
+  kCopied,   ///< a number that is written as it is
   kNumber,   ///< read as far as it goes
   kWhole,    ///< the same for a whole number
   kSeconds,  ///< a number, written as a duration
@@ -89,7 +88,7 @@ constexpr Field kResourceFields[] = {
     {"units-available", Kind::kNumber, kNoneCounts},
     {"efficiency", Kind::kNumber, kNoneCounts},
     {"cost-per-use", Kind::kNumber},
-    {"cost-per-hour", Kind::kNumber},
+    {"cost-per-hour", Kind::kCopied},
     {"email-address", Kind::kText},
     {"schedule", Kind::kText},
     {"note", Kind::kText},
@@ -146,6 +145,10 @@ class Doubts {
     report_.warn(about + ": " + fmt::format(sentence, std::forward<Args>(args)...));
   }
 
+  void tell(const std::optional<std::string>& doubt) {
+    if (doubt) warn("{}", *doubt);
+  }
+
   void checkFrontWindow() {
     const xml::Node contents = plan_.tableOfContents();
     const auto windows = objectsForXQuery(contents, "window");
@@ -171,7 +174,7 @@ class Doubts {
     checkWord(stringValueForXQuery(task, "schedule-type"), kScheduleType);
     for (const xml::Node link : objectsForXQuery(task, "prerequisite-task")) {
       checkWord(link.attributeText("kind"), kLinkKind);
-      if (const auto lag = stringValueForXQuery(link, "lead-time")) checkNumber("lead-time", *lag);
+      if (const auto lag = stringValueForXQuery(link, "lead-time")) tell(doubtOfNumber("lead-time", *lag));
     }
     for (const xml::Node child : objectsForXQuery(task, "child-task")) checkReference("child-task", "task", child);
     for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
@@ -193,7 +196,6 @@ class Doubts {
     lookAt("resource", resource, "name");
     checkFields(resource, kResourceFields);
     checkWord(stringValueForXQuery(resource, "type"), kResourceType);
-    if (const auto rate = stringValueForXQuery(resource, "cost-per-hour")) checkCopied("cost-per-hour", *rate);
     for (const xml::Node child : objectsForXQuery(resource, "child-resource")) {
       checkReference("child-resource", "resource", child);
     }
@@ -209,21 +211,25 @@ class Doubts {
       checkTimeSpans(day);
     }
     for (const xml::Node day : objectsForXQuery(schedule, "flattened-schedule-day")) {
-      if (const xml::Attribute date = day.attribute("date")) checkDay("date", date.value());
+      if (const xml::Attribute date = day.attribute("date")) tell(doubtOfDay("date", date.value()));
       checkTimeSpans(day);
     }
     for (const xml::Node calendar : objectsForXQuery(schedule, "calendar")) {
       const std::string_view overtime = calendar.attribute("overtime").value();
-      if (!overtime.empty()) checkTruth("overtime", overtime, false);
+      if (!overtime.empty()) tell(doubtOfTruth("overtime", overtime, false));
       for (const xml::Node event : objectsForXQuery(calendar, "event")) {
-        for (const std::string_view name : {"start", "end"}) checkLocalDate(name, event.attribute(name).value());
+        for (const std::string_view name : {"start", "end"}) {
+          tell(doubtOfLocalDate(name, event.attribute(name).value()));
+        };
       }
     }
   }
 
   void checkTimeSpans(xml::Node day) {
     for (const xml::Node span : objectsForXQuery(day, "time-span")) {
-      for (const std::string_view name : {"start-time", "end-time"}) checkNumber(name, span.attribute(name).value());
+      for (const std::string_view name : {"start-time", "end-time"}) {
+        tell(doubtOfNumber(name, span.attribute(name).value()));
+      };
     }
   }
 
@@ -239,112 +245,33 @@ class Doubts {
 
   void checkText(const Field& field, std::string_view text) {
     const std::string_view name = field.name();
-    const bool isWhole = field.kind == Kind::kWhole || field.kind == Kind::kWholeSeconds;
-    const bool isSeconds = field.kind == Kind::kSeconds || field.kind == Kind::kWholeSeconds;
-    if (field.kind == Kind::kDate) checkDate(name, text);
-    if (field.kind == Kind::kTruth) checkTruth(name, text);
-    // Rates are copied unchanged, so they are checked differently.
-    if (field.kind == Kind::kNumber && name != "cost-per-hour") checkNumber(name, text);
-    if (isWhole || isSeconds) checkNumber(name, text);
-    if (isWhole) checkWhole(name, text);
-    if (isSeconds) {
-      checkSize(name, text, isWhole ? static_cast<double>(platform::integerValue(text)) : platform::doubleValue(text));
+    switch (field.kind) {
+      case Kind::kText:
+        return;
+      case Kind::kDate:
+        return tell(doubtOfDate(name, text));
+      case Kind::kTruth:
+        return tell(doubtOfTruth(name, text, true));
+      case Kind::kCopied:
+        return tell(doubtOfCopiedNumber(name, text));
+      case Kind::kNumber:
+        return tell(doubtOfNumber(name, text));
+      case Kind::kWhole:
+        return tell(doubtOfWholeNumber(name, text));
+      case Kind::kSeconds:
+        tell(doubtOfNumber(name, text));
+        return tell(doubtOfSize(name, text, platform::doubleValue(text)));
+      case Kind::kWholeSeconds:
+        tell(doubtOfWholeNumber(name, text));
+        return tell(doubtOfSize(name, text, static_cast<double>(platform::integerValue(text))));
     }
-  }
-
-  void checkDate(std::string_view name, std::string_view text) {
-    MSPCDateComponents record;
-    const auto flags = scanUsualDateTime(record, text);
-    constexpr MSPCUnitFlags kTime = kMSPCHour;
-    if (flags && (*flags & kMSPCTimeZoneUnits) != 0) {
-      if (!platform::GregorianCalendar::has(record.civil())) {
-        warn("{} '{}' is in no calendar, {} is written", name, text, orEmpty(MSPIUtilities::kvdxToMspdiDateTime(text)));
-      }
-    } else if (flags && (*flags & kTime) != 0) {
-      warn("{} '{}' has no offset, UTC is taken", name, text);
-    } else {
-      tellReading(name, text, MSPIUtilities::kvdxToMspdiDateTime(text));
-    }
-  }
-
-  /// Checks a date of an event, which may be without a zone.
-  void checkLocalDate(std::string_view name, std::string_view text) {
-    MSPCDateComponents record;
-    const auto flags = scanUsualDateTime(record, text);
-    checkRead(name, text, flags && (*flags & kMSPCHour) != 0, record);
-  }
-
-  /// Checks the date of a day, which may be without a time.
-  void checkDay(std::string_view name, std::string_view text) {
-    MSPCDateComponents record;
-    checkRead(name, text, scanUsualDateTime(record, text).has_value(), record);
-  }
-
-  /// @param isWhole whether the record has all that the text says.
-  void checkRead(std::string_view name, std::string_view text, bool isWhole, const MSPCDateComponents& record) {
-    if (isWhole && platform::GregorianCalendar::has(record.civil())) return;
-    const auto reading = MSPIUtilities::mppToMspdiDateTime(MSPIUtilities::kvdxToMppDateTime(text));
-    if (isWhole) {
-      warn("{} '{}' is in no calendar, {} is written", name, text, orEmpty(reading));
-    } else {
-      tellReading(name, text, reading);
-    }
-  }
-
-  void tellReading(std::string_view name, std::string_view text, const std::optional<std::string>& reading) {
-    if (text.empty()) {
-      warn("{} is empty", name);
-    } else if (!MSPIUtilities::isIsoiDateTime(text)) {
-      warn("{} '{}' is no date, year 1 is written", name, text);
-    } else {
-      warn("{} '{}' is not read whole, {} is written", name, text, orEmpty(reading));
-    }
-  }
-
-  void checkNumber(std::string_view name, std::string_view text) {
-    const auto number = platform::scanDouble(text);
-    if (!number) {
-      warn("{} '{}' is no number, 0 is written", name, text);
-    } else if (!platform::trimmed(text.substr(number->length)).empty()) {
-      warn("{} '{}' is read as far as it is a number: {}", name, text, number->value);
-    }
-  }
-
-  void checkWhole(std::string_view name, std::string_view text) {
-    const std::int64_t whole = platform::integerValue(text);
-    if (static_cast<double>(whole) != platform::doubleValue(text)) {
-      warn("{} '{}' is read as far as it is a whole number: {}", name, text, whole);
-    }
-  }
-
-  /// @param seconds of the duration that is written for the text.
-  void checkSize(std::string_view name, std::string_view text, double seconds) {
-    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-    if (seconds > kMost) {
-      warn("{} '{}' is more than a duration can be, {} is written", name, text,
-           MSPIUtilities::mppToMspdiDuration(kMost));
-    }
-  }
-
-  /// @param otherwise what it counts as when it is neither.
-  void checkTruth(std::string_view name, std::string_view text, bool otherwise = true) {
-    XQueryError error;
-    static_cast<void>(boolFromString(text, &error));
-    if (error) warn("{} '{}' is neither true nor false, it counts as {}", name, text, otherwise);
-  }
-
-  /// Checks a text that is copied into the file, where it must be a number.
-  void checkCopied(std::string_view name, std::string_view text) {
-    if (text.empty()) return;
-    const auto number = platform::scanDouble(text);
-    if (!number || number->length != text.size()) warn("{} '{}' is no number, and is written as it is", name, text);
   }
 
   /// A material is written as a duration, too: an hour for each unit.
   void checkUnits(std::string_view units, xml::Node resource) {
-    checkCopied("units", units);
+    tell(doubtOfCopiedNumber("units", units));
     if (singleObjectForXQuery(resource, "type").stringView() != kMaterialResource) return;
-    checkSize("units", units, platform::doubleValue(units) * platform::kSecondsPerHour);
+    tell(doubtOfSize("units", units, platform::doubleValue(units) * platform::kSecondsPerHour));
   }
 
   void checkWord(const std::optional<std::string>& text, const Words& words) {
