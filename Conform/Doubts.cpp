@@ -112,6 +112,8 @@ constexpr Words kResourceType{"type", kResourceTypes, "it is left out"};
 constexpr Words kLinkKind{"kind", kLinkKinds, "it goes from finish to start"};
 
 class Doubts {
+  using Identities = std::unordered_set<const void*>;
+
  public:
   Doubts(const Plan& plan, const Baselines& baselines, Report& report)
       : plan_(plan), baselines_(baselines), report_(report) {}
@@ -123,7 +125,7 @@ class Doubts {
     for (const xml::Node task : plan_.tasks()) checkTask(task);
     for (const auto& baseline : baselines_) checkBaseline(baseline->root());
     for (const PlanResource& resource : plan_.resources()) checkResource(resource.node);
-    checkLeftOut("task", "title", tasksReached());
+    checkLeftOut("task", "title", reachedTasks_);
     checkLeftOut("resource", "name", resourcesReached());
   }
 
@@ -176,10 +178,21 @@ class Doubts {
       checkWord(link.attributeText("kind"), kLinkKind);
       if (const auto lag = stringValueForXQuery(link, "lead-time")) tell(doubtOfNumber("lead-time", *lag));
     }
-    for (const xml::Node child : objectsForXQuery(task, "child-task")) checkReference("child-task", "task", child);
+    checkChildren(task);
     for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
       if (const auto units = assignment.attributeText("units"))
         checkUnits(*units, plan_.referred("resource", assignment));
+    }
+  }
+
+  /// The children of a group are exported, and the pieces of a split task, as part of this.
+  void checkChildren(xml::Node task) {
+    reachedTasks_.insert(task.identity());
+    const auto children = objectsForXQuery(task, "child-task");
+    const bool isSplit = !children.empty() && singleObjectForXQuery(task, "split");
+    for (const xml::Node child : children) {
+      checkReference("child-task", "task", child);
+      if (isSplit) reachedTasks_.insert(plan_.referred("task", child).identity());
     }
   }
 
@@ -291,23 +304,6 @@ class Doubts {
     if (!error && efficiency != 1.0) warn("the format has no efficiency, {} % is left out", efficiency * 100);
   }
 
-  using Identities = std::unordered_set<const void*>;
-
-  /// The exported tasks, and the pieces of split tasks, which are exported as part of these.
-  [[nodiscard]] Identities tasksReached() const {
-    Identities reached;
-    for (const xml::Node task : plan_.tasks()) {
-      reached.insert(task.identity());
-      if (!singleObjectForXQuery(task, "split")) continue;
-      for (const xml::Node child : objectsForXQuery(task, "child-task")) {
-        const auto id = child.attributeText("idref");
-        if (id)
-          reached.insert(singleObjectForXQuery(plan_.scenario(), xml::Query::child("task", "id", *id)).identity());
-      }
-    }
-    return reached;
-  }
-
   [[nodiscard]] Identities resourcesReached() const {
     Identities reached;
     for (const PlanResource& resource : plan_.resources()) reached.insert(resource.node.identity());
@@ -332,6 +328,7 @@ class Doubts {
   const Plan& plan_;
   const Baselines& baselines_;
   Report& report_;
+  Identities reachedTasks_;  ///< tasks that are exported, by themselves or as a piece
   std::string_view kind_;
   xml::Node object_;
   std::string_view nameChild_;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -20,6 +21,13 @@ using platform::orEmpty;
 using Doubt = std::optional<std::string>;
 
 bool isInCalendar(const MSPCDateComponents& record) { return platform::GregorianCalendar::has(record.civil()); }
+
+/// Whether the text is what nearly all numbers are: a few digits, which any way of reading takes alike.
+bool isPlainNumber(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  return !text.empty() && text.size() <= kMostDigits && std::all_of(text.begin(), text.end(), isDigit);
+}
 
 std::string notInCalendar(std::string_view name, std::string_view text, const Doubt& reading) {
   return fmt::format("{} '{}' is in no calendar, {} is written", name, text, orEmpty(reading));
@@ -63,6 +71,7 @@ Doubt doubtOfDay(std::string_view name, std::string_view text) {
 }
 
 Doubt doubtOfNumber(std::string_view name, std::string_view text) {
+  if (isPlainNumber(text)) return std::nullopt;
   const auto number = platform::scanDouble(text);
   if (!number) return fmt::format("{} '{}' is no number, 0 is written", name, text);
   if (platform::trimmed(text.substr(number->length)).empty()) return std::nullopt;
@@ -70,6 +79,7 @@ Doubt doubtOfNumber(std::string_view name, std::string_view text) {
 }
 
 Doubt doubtOfWholeNumber(std::string_view name, std::string_view text) {
+  if (isPlainNumber(text)) return std::nullopt;
   const std::int64_t whole = platform::integerValue(text);
   if (static_cast<double>(whole) == platform::doubleValue(text)) return doubtOfNumber(name, text);
   return fmt::format("{} '{}' is read as far as it is a whole number: {}", name, text, whole);
