@@ -59,6 +59,10 @@ std::string bytesOf(const xml::OutputDocument& document) {
   return bytes;
 }
 
+[[noreturn]] void failToWrite(const std::string& path, const std::string& reason) {
+  conform::fail("the file '" + path + "' could not be written: " + reason);
+}
+
 /// The export of one bundle.
 class BundleExport {
  public:
@@ -78,6 +82,7 @@ class BundleExport {
   [[nodiscard]] Exported exportInMemory();
   void describe(const conform::Copy& copy);
   void write(const conform::Copy& copy);
+  void checkOutput() const;
 
   const ExportRequest& request_;
   ExportResult& result_;
@@ -93,7 +98,7 @@ void BundleExport::run() {
   conform::correct(copy);
   describe(copy);
   if (request_.strict && !result_.warnings.empty()) conform::fail("there are warnings, so nothing is written");
-  if (!request_.check) write(copy);
+  request_.check ? checkOutput() : write(copy);
   result_.status = request_.check ? ExportResult::Status::kChecked : ExportResult::Status::kWritten;
 }
 
@@ -134,8 +139,15 @@ void BundleExport::write(const conform::Copy& copy) {
       result_.path, request_.overwrite,
       [&copy](platform::AtomicFile& file) { copy.serialize([&file](std::string_view piece) { file.append(piece); }); });
   result_.path = written.path;
-  if (!written.failure.empty()) {
-    conform::fail("the file '" + written.path + "' could not be written: " + written.failure);
+  if (!written.failure.empty()) failToWrite(written.path, written.failure);
+  if (!written.kept.empty()) {
+    result_.warnings.push_back("'" + written.kept + "' could not be replaced, so the file has another name");
+  }
+}
+
+void BundleExport::checkOutput() const {
+  if (const std::string problem = platform::problemOfNewFile(result_.path); !problem.empty()) {
+    failToWrite(result_.path, problem);
   }
 }
 

@@ -95,6 +95,11 @@ constexpr Field kResourceFields[] = {
     {"user-data", Kind::kText},
 };
 
+constexpr Field kLinkFields[] = {{"lead-time", Kind::kNumber}};
+
+constexpr xml::Query kLostOfPieces[] = {"prerequisite-task", "assignment", "static-cost", "note", "user-data"};
+constexpr xml::Query kLostOfGroups[] = {"cost-per-use", "cost-per-hour", "email-address", "note", "user-data"};
+
 /// The words that a text may be, and the meaning of any other.
 struct Words {
   std::string_view name;
@@ -174,9 +179,11 @@ class Doubts {
     checkFields(task, kTaskFields);
     checkWord(stringValueForXQuery(task, "type"), kTaskType);
     checkWord(stringValueForXQuery(task, "schedule-type"), kScheduleType);
+    checkNote(task);
     for (const xml::Node link : objectsForXQuery(task, "prerequisite-task")) {
       checkWord(link.attributeText("kind"), kLinkKind);
-      if (const auto lag = stringValueForXQuery(link, "lead-time")) tell(doubtOfNumber("lead-time", *lag));
+      checkFields(link, kLinkFields);
+      checkPercentage(singleObjectForXQuery(link, "lead-time").attribute("is-percentage").value());
     }
     checkChildren(task);
     for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
@@ -189,11 +196,29 @@ class Doubts {
   void checkChildren(xml::Node task) {
     reachedTasks_.insert(task.identity());
     const auto children = objectsForXQuery(task, "child-task");
-    const bool isSplit = !children.empty() && singleObjectForXQuery(task, "split");
+    for (const xml::Node child : children) checkReference("child-task", "task", child);
+    if (children.empty() || !singleObjectForXQuery(task, "split")) return;
     for (const xml::Node child : children) {
-      checkReference("child-task", "task", child);
-      if (isSplit) reachedTasks_.insert(plan_.referred("task", child).identity());
+      const xml::Node piece = plan_.referred("task", child);
+      reachedTasks_.insert(piece.identity());
+      lookAt("piece", piece, "title");
+      checkLost(piece, kLostOfPieces, "of a piece of a split task");
     }
+  }
+
+  /// Warns of children that the file has no place for.
+  void checkLost(xml::Node object, std::span<const xml::Query> lost, std::string_view reason) {
+    for (const xml::Query& query : lost) {
+      if (!query.all(object).empty()) warn("its {} is left out, since the file has none {}", query.name(), reason);
+    }
+  }
+
+  /// Only the texts of runs are read.
+  void checkNote(xml::Node object) {
+    const xml::Node note = singleObjectForXQuery(object, "note");
+    if (!note || !objectsForXQuery(note, "text/p/run/lit").empty()) return;
+    if (!platform::trimmed(note.stringValue()).empty())
+      warn("its note is left out, since it has no text in p, run, lit");
   }
 
   /// @param compared the root of a compared plan.
@@ -213,6 +238,10 @@ class Doubts {
       checkReference("child-resource", "resource", child);
     }
     checkEfficiency(resource);
+    checkNote(resource);
+    if (singleObjectForXQuery(resource, "type").stringView() == kGroupResource) {
+      checkLost(resource, kLostOfGroups, "of a group");
+    }
     checkSchedule(singleObjectForXQuery(resource, "schedule"));
   }
 
@@ -278,6 +307,11 @@ class Doubts {
         tell(doubtOfWholeNumber(name, text));
         return tell(doubtOfSize(name, text, static_cast<double>(platform::integerValue(text))));
     }
+  }
+
+  void checkPercentage(std::string_view text) {
+    if (text.empty() || text == "true" || text == "false") return;
+    warn("is-percentage '{}' is neither \"true\" nor \"false\", the lag is taken for seconds", text);
   }
 
   /// A material is written as a duration, too: an hour for each unit.

@@ -13,6 +13,7 @@ namespace conform {
 namespace {
 
 /// Sets the lag of a link whose `lead-time` is a percentage. The exporter cuts 0.29 * 100 to 28.
+/// @return whether that changed anything.
 bool roundPercentage(const LinkItem& link, pugi::xml_node lag) {
   const xml::Node leadTime = singleObjectForXQuery(link.source, "lead-time");
   if (leadTime.attribute("is-percentage").value() != "true") return false;
@@ -24,17 +25,17 @@ bool roundPercentage(const LinkItem& link, pugi::xml_node lag) {
 
 void correctLinks(Copy& copy) {
   std::size_t missing = 0;
-  std::size_t rounded = 0;
+  std::size_t percentages = 0;
   for (const LinkItem& link : copy.links) {
     const pugi::xml_node lag = link.element.child("LinkLag");
     if (isBlank(textOf(lag))) {
       if (setText(link.element, lag, "LinkLag", "0")) ++missing;
     } else if (roundPercentage(link, lag)) {
-      ++rounded;
+      ++percentages;
     }
   }
   copy.report.count("links without a lag", missing);
-  copy.report.count("percentages of lags", rounded);
+  copy.report.count("percentages of lags", percentages);
 }
 
 }  // namespace conform

@@ -72,7 +72,8 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
        "kind 'ss' is unknown, it goes from finish to start"},
       {__LINE__, ofTask, "<assignment idref='r1' units='all'/>", "units 'all' is no number, and is written as it is"},
       {__LINE__, ofResource, "<cost-per-hour>abc</cost-per-hour>",
-       "cost-per-hour 'abc' is no number, and is written as it is"},
+       "cost-per-hour 'abc' is no number, and is written as it is; resource r1 'B': its cost-per-hour is left out, "
+       "since the file has none of a group"},
       {__LINE__, ofResource, "<efficiency>0.8</efficiency>", "the format has no efficiency, 80 % is left out"},
       {__LINE__, ofResource, "<child-resource/>", "child-resource to '' leads to nothing, and is left out"},
       {__LINE__, ofSchedule, "<calendar><event start='2026-01-19T07:00:00' end='2026-01-19'/></calendar>",
@@ -107,5 +108,17 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
       {__LINE__, ofWindow, "<comparison-scenario>none</comparison-scenario>",
        "comparison-scenario leads to nothing, there is no baseline"},
       {__LINE__, ofPlan, "<top-task idref='t'/><task id='t'><split/><child-task idref='u'/></task><task id='u'/>", ""},
+      {__LINE__, ofPlan,
+       "<top-task idref='t'/><task id='t'><split/><child-task idref='u'/></task><task id='u'><note/></task>",
+       "piece u '': its note is left out, since the file has none of a piece of a split task"},
+      {__LINE__, ofTask,
+       "<prerequisite-task kind='FS'><lead-time is-percentage='TRUE'>1</lead-time></prerequisite-task>",
+       "is-percentage 'TRUE' is neither \"true\" nor \"false\", the lag is taken for seconds"},
+      {__LINE__, ofTask, "<note><text><p>Agreed.</p></text></note>",
+       "its note is left out, since it has no text in p, run, lit"},
+      {__LINE__, ofTask, "<note><text><p><run><lit>Agreed.</lit></run></p></text></note>", ""},
+      {__LINE__, ofTask,
+       "<prerequisite-task kind='FS'><lead-time>1</lead-time><lead-time>2</lead-time></prerequisite-task>",
+       "there is more than one lead-time, the last one counts"},
   });
 }

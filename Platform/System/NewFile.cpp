@@ -30,7 +30,17 @@ NewFile writeNewFile(const std::string& path, bool replaces, const std::function
     target.goOn();
     outcome = file.commit(target.get());
   }
-  return {target.get(), outcome == Outcome::kFailed ? file.failureReason() : ""};
+  const bool isElsewhere = replaces && !target.isFirst();
+  return {target.get(), outcome == Outcome::kFailed ? file.failureReason() : "", isElsewhere ? path : ""};
+}
+
+std::string problemOfNewFile(const std::string& path) {
+  const AtomicFile file(path);
+  if (!file.failureReason().empty()) return file.failureReason();
+  std::error_code error;
+  // Only the look-up of a name tells that it is too long.
+  const auto status = std::filesystem::symlink_status(path, error);
+  return std::filesystem::status_known(status) ? "" : error.message();
 }
 
 }  // namespace platform
