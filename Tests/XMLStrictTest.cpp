@@ -48,6 +48,7 @@ TEST(XMLStrict, RefusesWhatTheTreesParserWouldPassOn) {
       {__LINE__, refusal, "<!DOCTYPE a><a/>", "raises line 1: it has a document type (<!DOCTYPE)"},
       {__LINE__, refusal, "<?xml version='1.0'\n encoding=\"UTF-8\" standalone='no' ?><a/>", ""},
       {__LINE__, refusal, "<?xml version='1.0' encodg='UTF-8'?><a/>", "raises line 1: the declaration is malformed"},
+      {__LINE__, refusal, "<a>]]></a>", "raises line 1: a text has \"]]>\""},
       {__LINE__, refusal, "<a/><a/>", "raises line 1: it has a second root"},
       {__LINE__, refusal, "x<a/>", outside},
       {__LINE__, refusal, "<a/>x", outside},

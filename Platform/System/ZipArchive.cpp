@@ -147,6 +147,7 @@ std::optional<std::string> unpackFile(const Archive& archive, const std::string&
 
 /// Why the member must not be unpacked; none when it may be.
 std::optional<std::string> problemOf(archive_entry* entry, const std::string& name) {
+  if (name.empty()) return "the name of a member cannot be read";
   if (!staysInside(name)) return fmt::format("its member '{}' leads out of it", shortened(name));
   if (std::count(name.begin(), name.end(), '/') > kMostLevels) {
     return fmt::format("a member lies more than {} folders deep", kMostLevels);

@@ -168,6 +168,7 @@ class Scanner {
     const std::size_t end = std::min(text_.find('<', at_), text_.size());
     const std::string_view text = text_.substr(at_, end - at_);
     if (depth_ == 0 && text.find_first_not_of(kBlanks) != std::string_view::npos) fail("text stands outside the root");
+    if (text.find("]]>") != std::string_view::npos) fail("a text has \"]]>\"");
     scanReferences(text);
     at_ = end;
   }
