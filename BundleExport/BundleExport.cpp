@@ -95,6 +95,7 @@ void BundleExport::run() {
   const conform::Plan plan(*exported.plan, *exported.tableOfContents);
   conform::Copy copy(std::move(exported.bytes), &plan, {request_.baseName, request_.currency, request_.keepDates});
   conform::warnOfDoubts(plan, exported.baselines, copy.report);
+  exported.baselines.clear();
   conform::correct(copy);
   describe(copy);
   if (request_.strict && !result_.warnings.empty()) conform::fail("there are warnings, so nothing is written");

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "Conform/Copy.h"
 #include "Conform/Elements.h"
@@ -12,11 +13,13 @@
 namespace conform {
 namespace {
 
+constexpr std::string_view kPercentages = "19";
+
 /// Sets the lag of a link whose `lead-time` is a percentage. The exporter cuts 0.29 * 100 to 28.
 /// @return whether that changed anything.
 bool roundPercentage(const LinkItem& link, pugi::xml_node lag) {
+  if (!link.source || textOf(link.element, "LagFormat") != kPercentages) return false;
   const xml::Node leadTime = singleObjectForXQuery(link.source, "lead-time");
-  if (leadTime.attribute("is-percentage").value() != "true") return false;
   const double percent = std::round(platform::doubleValue(leadTime.stringView()) * 100);
   return setText(lag, std::to_string(platform::truncated<std::int64_t>(percent)));
 }
