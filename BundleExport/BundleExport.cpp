@@ -99,7 +99,11 @@ void BundleExport::run() {
   conform::correct(copy);
   describe(copy);
   if (request_.strict && !result_.warnings.empty()) conform::fail("there are warnings, so nothing is written");
-  request_.check ? checkOutput() : write(copy);
+  if (request_.check) {
+    checkOutput();
+  } else {
+    write(copy);
+  }
   result_.status = request_.check ? ExportResult::Status::kChecked : ExportResult::Status::kWritten;
 }
 
