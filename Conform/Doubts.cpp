@@ -95,6 +95,8 @@ constexpr Field kResourceFields[] = {
     {"user-data", Kind::kText},
 };
 
+constexpr xml::Query kProgress[] = {"effort-done", "completion-percentage"};
+
 constexpr Field kLinkFields[] = {{"lead-time", Kind::kNumber}};
 
 constexpr xml::Query kLostOfPieces[] = {"prerequisite-task", "assignment", "static-cost", "note", "user-data"};
@@ -179,6 +181,7 @@ class Doubts {
     checkFields(task, kTaskFields);
     checkWord(stringValueForXQuery(task, "type"), kTaskType);
     checkWord(stringValueForXQuery(task, "schedule-type"), kScheduleType);
+    checkProgress(task);
     checkNote(task);
     for (const xml::Node link : objectsForXQuery(task, "prerequisite-task")) {
       checkWord(link.attributeText("kind"), kLinkKind);
@@ -189,6 +192,13 @@ class Doubts {
     for (const xml::Node assignment : objectsForXQuery(task, "assignment")) {
       if (const auto units = assignment.attributeText("units"))
         checkUnits(*units, plan_.referred("resource", assignment));
+    }
+  }
+
+  void checkProgress(xml::Node task) {
+    for (const xml::Query& query : kProgress) {
+      const std::string_view text = singleObjectForXQuery(task, query).stringView();
+      if (platform::doubleValue(text) < 0) warn("{} '{}' is negative, 0 is taken", query.name(), text);
     }
   }
 

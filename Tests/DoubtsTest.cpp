@@ -60,6 +60,7 @@ TEST(DoubtsTest, WhatIsReadOtherwiseThanItWasMeant) {
       {__LINE__, ofTask, "<duration>3e9</duration>",
        "duration '3e9' is more than a duration can be, PT596523H14M7S is written"},
       {__LINE__, ofTask, "<effort>3600 </effort><priority>-2</priority>", ""},
+      {__LINE__, ofTask, "<effort-done>-5</effort-done>", "effort-done '-5' is negative, 0 is taken"},
       {__LINE__, ofTask, "<title>A</title>", "there is more than one title, the last one counts"},
       {__LINE__, ofTask, "<static-cost>1</static-cost><static-cost>2</static-cost>",
        "there is more than one static-cost, none counts"},

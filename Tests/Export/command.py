@@ -57,7 +57,7 @@ def prepare():
         bundle(f"{name}.kvdx", text)
     for path in ("Empty.kvdx", "many/Broken.kvdx"):
         bundle(path, contents="<t/>")
-    for path in ("Beside.xml", "there/below", "here", "out", "far"):
+    for path in ("Beside.xml", "drawn.html", "there/below", "here", "out", "far"):
         os.makedirs(path)
     for path, target in {"nothing.xml": "nowhere", "many/again": ".", "here/link": "../there/below", "P.kvdx": "stored",
                          "here/Link.kvdx": "../there", "mixed/Link.kvdx": "A.kvdx"}.items():
@@ -125,6 +125,8 @@ ROWS = [
     (["--page", "--check", "Plan.kvdx"], 0, "!shows the plan", []),
     (["--page", "Paged.kvdx"], 0, "Paged-1.html shows the plan", ["Paged-1.html", "Paged.xml"]),
     (["--page", "--overwrite", "Paged.kvdx"], 0, "Paged.html shows the plan", ["Paged.xml"]),
+    (["--page", "--overwrite", "Plan.kvdx", "-o", "drawn.xml"], 0,
+     "'.*/drawn.html' could not be replaced(.|\n)*drawn-1.html shows", ["drawn-1.html", "drawn.xml"]),
     (["Plan.kvdx", "-o", "Doubtful.kvdx/P.xml"], 1, "inside of the bundle", []),
     (["P.kvdx", "--overwrite", "-o", "stored"], 1, "inside of the bundle", []),
     (["Plan.kvdx", "out/../Plan.kvdx", "-o", "out", "--overwrite"], 2, "two bundles would be written to '.*/out/Plan.xml'",
