@@ -18,14 +18,14 @@ namespace {
 
 constexpr std::array<const char*, 3> kDurations = {"Duration", "Work", "RemainingWork"};
 
-bool isNamed(pugi::xml_node element, const char* name) {
+bool isSame(const char* name, const char* other) {
   // Nearly all names differ in their first letters.
-  return element.name()[0] == name[0] && std::strcmp(element.name(), name) == 0;
+  return name[0] == other[0] && std::strcmp(name, other) == 0;
 }
 
-bool isNegativeDuration(pugi::xml_node element) {
-  const auto hasName = [element](const char* name) { return isNamed(element, name); };
-  if (std::none_of(kDurations.begin(), kDurations.end(), hasName)) return false;
+bool isNegativeDuration(pugi::xml_node element, const char* name) {
+  const auto isName = [name](const char* duration) { return isSame(name, duration); };
+  if (std::none_of(kDurations.begin(), kDurations.end(), isName)) return false;
   const std::string_view text = textOf(element);
   return text.starts_with("PT") && text.find('-') != std::string_view::npos;
 }
@@ -35,9 +35,10 @@ bool isNegativeDuration(pugi::xml_node element) {
 std::size_t correctBelow(pugi::xml_node element) {
   std::size_t corrected = 0;
   for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
-    if (isNamed(child, "Baseline")) {
+    const char* name = child.name();
+    if (isSame(name, "Baseline")) {
       corrected += correctBelow(child);
-    } else if (isNegativeDuration(child)) {
+    } else if (isNegativeDuration(child, name)) {
       setText(child, durationText(0));
       ++corrected;
     }
