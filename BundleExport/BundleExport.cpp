@@ -145,13 +145,10 @@ void BundleExport::write(const conform::Copy& copy) {
       [&copy](platform::AtomicFile& file) { copy.serialize([&file](std::string_view piece) { file.append(piece); }); });
   result_.path = written.path;
   if (!written.failure.empty()) failToWrite(written.path, written.failure);
-  if (!written.kept.empty()) {
-    result_.warnings.push_back("'" + written.kept + "' could not be replaced, so the file has another name");
-  }
 }
 
 void BundleExport::checkOutput() const {
-  if (const std::string problem = platform::problemOfNewFile(result_.path); !problem.empty()) {
+  if (const std::string problem = platform::problemOfNewFile(result_.path, request_.overwrite); !problem.empty()) {
     failToWrite(result_.path, problem);
   }
 }

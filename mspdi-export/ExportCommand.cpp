@@ -186,12 +186,8 @@ platform::ChildResult ExportCommand::exportByChild(const Bundle& bundle, Progres
 
 std::string ExportCommand::writePage(ExportResult& result) const {
   if (!arguments_.page || result.status != ExportResult::Status::kWritten) return "";
-  const std::string wanted = page::pagePathOf(result.path);
   try {
-    std::string page = page::writePageOf(result.path, wanted, arguments_.overwrite);
-    if (arguments_.overwrite && page != wanted)
-      result.warnings.push_back("'" + wanted + "' could not be replaced, so the page has another name");
-    return page;
+    return page::writePageOf(result.path, page::pagePathOf(result.path), arguments_.overwrite);
   } catch (const platform::Exception& exception) {
     result.status = ExportResult::Status::kFailed;
     result.reason = fmt::format("'{}' is written, but not its page: {}", result.path, exception.reason());

@@ -9,32 +9,51 @@
 namespace platform {
 namespace {
 
+using Append = std::function<void(AtomicFile& file)>;
+
+constexpr const char* kIsFolder = "A folder has this name";
+
 /// A folder is never replaced, not even an empty one; it is the user's.
 bool isFolder(const std::string& path) {
   std::error_code ignored;
   return std::filesystem::is_directory(std::filesystem::symlink_status(path, ignored));
 }
 
-}  // namespace
+NewFile writeOver(const std::string& path, const Append& append) {
+  if (isFolder(path)) return {path, kIsFolder};
+  AtomicFile file(path);
+  append(file);
+  switch (file.commitReplacing(path)) {
+    case AtomicFile::Outcome::kWritten:
+      return {path, ""};
+    case AtomicFile::Outcome::kTargetExists:
+      return {path, "The file that has this name is protected"};
+    default:
+      return {path, file.failureReason()};
+  }
+}
 
-NewFile writeNewFile(const std::string& path, bool replaces, const std::function<void(AtomicFile& file)>& append) {
-  using Outcome = AtomicFile::Outcome;
+NewFile writeBeside(const std::string& path, const Append& append) {
   NumberedPath target(path);
-  const auto mayReplace = [&] { return replaces && target.isFirst(); };
-  while (mayReplace() ? isFolder(target.get()) : isNameTaken(target.get())) target.goOn();
+  while (isNameTaken(target.get())) target.goOn();
   AtomicFile file(target.get());
   append(file);
-  Outcome outcome = mayReplace() ? file.commitReplacing(target.get()) : file.commit(target.get());
-  while (outcome == Outcome::kTargetExists) {
-    // Another program took the name meanwhile, or the system protects the file there.
+  AtomicFile::Outcome outcome = file.commit(target.get());
+  while (outcome == AtomicFile::Outcome::kTargetExists) {  // another program took the name meanwhile
     target.goOn();
     outcome = file.commit(target.get());
   }
-  const bool isElsewhere = replaces && !target.isFirst();
-  return {target.get(), outcome == Outcome::kFailed ? file.failureReason() : "", isElsewhere ? path : ""};
+  return {target.get(), outcome == AtomicFile::Outcome::kFailed ? file.failureReason() : ""};
 }
 
-std::string problemOfNewFile(const std::string& path) {
+}  // namespace
+
+NewFile writeNewFile(const std::string& path, bool replaces, const std::function<void(AtomicFile& file)>& append) {
+  return replaces ? writeOver(path, append) : writeBeside(path, append);
+}
+
+std::string problemOfNewFile(const std::string& path, bool replaces) {
+  if (replaces && isFolder(path)) return kIsFolder;
   const AtomicFile file(path);
   if (!file.failureReason().empty()) return file.failureReason();
   std::error_code error;
