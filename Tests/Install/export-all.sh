@@ -150,6 +150,12 @@ older_files_stay_unless_the_settings_replace_them() {
   make_bundles Task plans/Plan-1.kvdx
   run 0 --overwrite --log new-log plans
   expect_same 'new file' 1 "$(grep -c '<Name>new</Name>' plans/Plan.xml)"
+  # With another name, the file of one bundle could replace that of another.
+  rm plans/Plan.xml && mkdir plans/Plan.xml
+  run 1 --overwrite --log folder-log plans
+  expect_same 'beside a folder' $'Plan-1.xml\nPlan.xml' "$(files_below plans)"
+  expect_same 'with closed streams' '1 of 1 bundles exported, 0 failed, 0 not run' \
+    "$("$export_all" --output closed plans/Plan-1.kvdx <&- 2>&-)"
 }
 
 # Warnings are printed for each bundle, even without a log folder. Packed bundles are exported; other files with the name
