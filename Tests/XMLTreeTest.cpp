@@ -198,6 +198,9 @@ TEST(XMLTreeTest, References) {
 TEST(XMLTreeTest, Repairs) {
   expectOutcomes({
       {__LINE__, read, "<a><b>x</c>y</a>", "guessed xy"},
+      {__LINE__, read, "<a>x</a> <!-- y --> <a>z</a>", "guessed x"},
+      {__LINE__, read, {"<a>x</a>\0<a>y</a>", 17}, "guessed x"},
+      {__LINE__, read, "<!-- x --><a>x</a> <!-- y -->", "x"},
       {__LINE__, read, "<a>1 < 2 & ]]> <!x> <b>3</a>", "guessed 1 < 2 & ]]> <!x> 3"},
       {__LINE__, read, "<?xml version='1.0'><a>x</a>", "guessed x"},
       {__LINE__, read, "<a><x p=q r='s'>1</x><b <c/>2</a>", "guessed 1"},

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -12,6 +15,28 @@
 
 namespace xml {
 namespace {
+
+/// Whether the parser lacked memory. It does not always tell: it ends early or loses names, and what it has read so far
+/// would be taken for the whole document.
+thread_local bool lacksMemory = false;
+
+void* noting(void* memory) {
+  if (memory == nullptr) lacksMemory = true;
+  return memory;
+}
+
+void noteLackOfMemory() {
+  static const int isSet = xmlMemSetup(
+      &std::free, [](std::size_t size) { return noting(std::malloc(size)); },
+      [](void* before, std::size_t size) { return noting(std::realloc(before, size)); },
+      [](const char* text) { return static_cast<char*>(noting(::strdup(text))); });
+  static_cast<void>(isSet);
+  lacksMemory = false;
+}
+
+void requireMemory() {
+  if (lacksMemory) throw std::bad_alloc();
+}
 
 std::string_view view(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
@@ -127,8 +152,10 @@ std::size_t mostAttributes(std::string_view text) {
 std::optional<std::string> repaired(const std::string& text) {
   constexpr std::size_t kMaximumAttributes = 1000;
   if (text.empty() || text.size() > INT_MAX || mostAttributes(text) > kMaximumAttributes) return std::nullopt;
+  noteLackOfMemory();
   const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(
       xmlCreateDocParserCtxt(reinterpret_cast<const xmlChar*>(text.c_str())), &xmlFreeParserCtxt);
+  requireMemory();
   if (!parser) return std::nullopt;
   // HUGE turns the parser's limits on depth and size off: content beyond them would be lost. They guard against
   // entities that expand without end, and no document type comes this far. NOENT makes it report "&amp;" in an
@@ -139,6 +166,7 @@ std::optional<std::string> repaired(const std::string& text) {
   Writer writer(*parser);
   parser->_private = &writer;
   xmlParseDocument(parser.get());
+  requireMemory();
   std::string result = writer.take();
   if (result.empty() || parser->errNo == XML_ERR_USER_STOP) return std::nullopt;
   return result;

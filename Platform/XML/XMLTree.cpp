@@ -60,6 +60,13 @@ void print(pugi::xml_node node, std::string& to) {
   node.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
 }
 
+bool hasElementBehind(pugi::xml_node node) {
+  do {
+    node = node.next_sibling();
+  } while (node && node.type() != pugi::node_element);
+  return node;
+}
+
 /// An element without elements in it. Nearly all are plain, and printing takes ten times as long.
 void appendMarkup(std::string& to, pugi::xml_node node) {
   const std::string_view name = node.name();
@@ -147,7 +154,10 @@ Document::~Document() = default;
 
 Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
-  if (!isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType) return readMended(bytes);
+  // The parser ends at a NUL behind the root.
+  const bool hasNUL = bytes.find('\0') != std::string::npos;
+  if (hasNUL || !isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType)
+    return readMended(bytes);
   auto document = std::make_unique<Document>();
   const std::size_t size = bytes.size();
   if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
@@ -162,7 +172,9 @@ Reading Document::read(std::string bytes, Source again) {
 
 Reading Document::asRead(std::unique_ptr<Document> document, std::size_t size, bool isGuessed) {
   platform::Budget::raise(size);
-  return {std::move(document), isGuessed, ""};
+  // The parser accepts several roots, of which only the first is read.
+  const bool hasMore = hasElementBehind(document->tree_->root);
+  return {std::move(document), isGuessed || hasMore, ""};
 }
 
 Reading Document::read(std::string bytes) {
