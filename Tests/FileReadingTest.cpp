@@ -1,10 +1,14 @@
 #include <fcntl.h>
+#include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <thread>
 
+#include "Platform/System/Descriptor.h"
 #include "Platform/System/FileReading.h"
 #include "Tests/Support.h"
 
@@ -25,6 +29,8 @@ struct Place {
     fs::create_symlink("../../secret", inside + "/folder/out");
   }
 };
+
+volatile std::sig_atomic_t leased = -1;
 
 }  // namespace
 
@@ -56,6 +62,42 @@ TEST(FileReading, FilesThatAreSwappedMeanwhile) {
   isOver = true;
   swapping.join();
   EXPECT_GT(timesRead, 0);
+}
+
+TEST(FileReading, FilesThatAnotherProgramHasALeaseOn) {
+  const Place place;
+  const std::string path = place.inside + "/folder/file";
+  const platform::Descriptor holder(open(path.c_str(), O_RDWR));
+  leased = holder.get();
+  const auto before = std::signal(SIGIO, [](int) { fcntl(leased, F_SETLEASE, F_UNLCK); });
+  for (const bool isInside : {true, false}) {
+    if (fcntl(holder.get(), F_SETLEASE, F_WRLCK) != 0) GTEST_SKIP() << "no leases on this file system";
+    std::string problem;
+    EXPECT_EQ(isInside ? platform::readFileInside(place.inside, "folder/file", &problem)
+                       : platform::readFile(path, 1000, &problem),
+              "inside")
+        << problem;
+  }
+  static_cast<void>(std::signal(SIGIO, before));
+}
+
+TEST(Descriptor, PipesThatDoNotBlock) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
+  const platform::Descriptor out(ends[0]), in(ends[1]);
+  const std::string sent(1'000'000, 'a');
+  std::string got;
+  std::thread reading([&] {
+    std::array<char, 4096> block{};
+    while (got.size() < sent.size()) {
+      const ssize_t size = read(out.get(), block.data(), block.size());
+      if (size > 0) got.append(block.data(), static_cast<std::size_t>(size));
+      if (size == 0) return;
+    }
+  });
+  EXPECT_TRUE(platform::writeAll(in.get(), sent));
+  reading.join();
+  EXPECT_TRUE(got == sent);
 }
 
 TEST(FileReading, FilesLargerThanTheLimit) {

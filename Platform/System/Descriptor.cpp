@@ -1,11 +1,25 @@
 #include "Platform/System/Descriptor.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 
 namespace platform {
+namespace {
+
+constexpr int kReading = O_RDONLY | O_CLOEXEC;
+
+/// Whether a write to a pipe that does not block may be tried again: waits until there is room. Any program that has
+/// the pipe open can make it one that does not block.
+bool waitsForRoom(int descriptor) {
+  pollfd waiting = {descriptor, POLLOUT, 0};
+  return (errno == EAGAIN || errno == EWOULDBLOCK) && (::poll(&waiting, 1, -1) == 1 || errno == EINTR);
+}
+
+}  // namespace
 
 Descriptor::~Descriptor() {
   if (isOpen()) ::close(number_);
@@ -17,12 +31,24 @@ Descriptor Descriptor::besideStandardStreams(int number) {
   return file;
 }
 
+Descriptor Descriptor::forReading(const std::string& path) {
+  Descriptor file(::open(path.c_str(), kReading | O_NONBLOCK));
+  if (file.isOpen() || errno != EWOULDBLOCK) return file;
+  return Descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC)).reopenedForReading();
+}
+
+Descriptor Descriptor::reopenedForReading() const {
+  struct stat info {};
+  if (!isOpen() || ::fstat(number_, &info) != 0) return {};
+  return Descriptor(::open(link().c_str(), S_ISREG(info.st_mode) ? kReading : kReading | O_NONBLOCK));
+}
+
 std::string Descriptor::link() const { return "/proc/self/fd/" + std::to_string(number_); }
 
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && (errno == EINTR || waitsForRoom(descriptor))) continue;
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }

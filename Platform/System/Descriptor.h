@@ -23,6 +23,12 @@ class Descriptor {
   /// written into the file.
   [[nodiscard]] static Descriptor besideStandardStreams(int number);
 
+  /// Opens the file for reading. Does not wait for the writer of a pipe; may wait for a program that has a lease on a
+  /// regular file, as file servers have for their clients. Without waiting, such a file could not be read.
+  [[nodiscard]] static Descriptor forReading(const std::string& path);
+  /// The same for the file that this descriptor, opened with O_PATH, stands for. Works only where /proc is mounted.
+  [[nodiscard]] Descriptor reopenedForReading() const;
+
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
   /// A path that leads to the open file even when that has no name: "/proc/self/fd/3". Works only where /proc is

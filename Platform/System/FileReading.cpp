@@ -20,8 +20,6 @@ namespace {
 
 using Bytes = std::optional<std::string>;
 
-// O_NONBLOCK: opening a pipe without a writer must not wait for one.
-constexpr int kReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
 constexpr int kNotInside = EXDEV;  // the kernel's error for a path that leads out of the folder
 
 Bytes refused(std::string* problem, std::string reason) {
@@ -94,7 +92,7 @@ bool isInside(const std::string& path, const std::string& folder) { return path.
 /// Opens the named file, unless a part of the path or a link leads out of the folder.
 Descriptor openBeneath(const Descriptor& folder, const std::string& name) {
   open_how how{};
-  how.flags = kReading;
+  how.flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;  // a pipe without a writer must not be waited for
   how.resolve = RESOLVE_BENEATH;
   return Descriptor(static_cast<int>(::syscall(SYS_openat2, folder.get(), name.c_str(), &how, sizeof how)));
 }
@@ -108,13 +106,13 @@ Descriptor openWhatIsInside(const Descriptor& folder, const std::string& name) {
   const std::string path = pathOf(found);
   if (root.empty() || path.empty()) return {};
   errno = kNotInside;
-  return isInside(path, root) ? Descriptor(::open(found.link().c_str(), kReading)) : Descriptor();
+  return isInside(path, root) ? found.reopenedForReading() : Descriptor();
 }
 
 Descriptor openInside(const Descriptor& folder, const std::string& name) {
   Descriptor file = openBeneath(folder, name);
   // EXDEV: an absolute link may still end inside the folder. The others: the kernel is too old, a container forbids the
-  // call, or somebody moved folders meanwhile.
+  // call, or somebody moved folders meanwhile or has a lease on the file.
   const bool isUndecided = errno == EXDEV || errno == ENOSYS || errno == EPERM || errno == EAGAIN;
   if (!file.isOpen() && isUndecided) file = openWhatIsInside(folder, name);
   return file;
@@ -123,7 +121,7 @@ Descriptor openInside(const Descriptor& folder, const std::string& name) {
 }  // namespace
 
 std::optional<std::string> readFile(const std::string& path, std::uint64_t limit, std::string* problem) {
-  return readAny(Descriptor(::open(path.c_str(), kReading)), true, limit, problem);
+  return readAny(Descriptor::forReading(path), true, limit, problem);
 }
 
 std::optional<std::string> readStream(const std::string& path, std::uint64_t limit, std::string* problem) {
