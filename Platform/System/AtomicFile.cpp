@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/sendfile.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,15 +18,6 @@ namespace {
 
 constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
 
-/// Takes over a file just created, and gives it the permissions of any new file (mkostemp makes a private one).
-Descriptor newFile(int number) {
-  Descriptor file = Descriptor::besideStandardStreams(number);
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  if (file.isOpen()) ::fchmod(file.get(), 0666 & ~mask);
-  return file;
-}
-
 /// Whether the error is about the existing file at the target and not about the new one.
 bool isProtected(int error) {
   return error == EISDIR || error == ENOTEMPTY || error == EEXIST || error == EPERM || error == EACCES ||
@@ -38,7 +28,7 @@ bool isProtected(int error) {
 
 AtomicFile::AtomicFile(std::string_view target) : folder_(deleteLastPathComponent(target)) {
   if (folder_.empty()) folder_ = ".";
-  file_ = newFile(::open(folder_.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
+  file_ = Descriptor::besideStandardStreams(::open(folder_.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
   // If no file can be created there at all, the second attempt fails as well and records why.
   if (!file_.isOpen()) openNamed();
 }
@@ -47,11 +37,15 @@ AtomicFile::~AtomicFile() {
   if (!isNameless()) ::unlink(temporary_.c_str());
 }
 
+std::string AtomicFile::temporaryName() const {
+  return appendPathComponent(folder_, fmt::format("{}{:016x}", kTemporaryPrefix, unforeseeableValue()));
+}
+
 bool AtomicFile::openNamed() {
-  std::string name = appendPathComponent(folder_, std::string(kTemporaryPrefix) + "XXXXXX");
-  const int opened = ::mkostemp(name.data(), O_CLOEXEC);
-  if (opened >= 0) temporary_ = name;
-  file_ = newFile(opened);
+  std::string name = temporaryName();
+  const int opened = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (opened >= 0) temporary_ = std::move(name);
+  file_ = Descriptor::besideStandardStreams(opened);
   if (!file_.isOpen()) fail();
   return file_.isOpen();
 }
@@ -111,7 +105,7 @@ bool AtomicFile::linkAs(const std::string& name) const {
 }
 
 bool AtomicFile::giveTemporaryName() {
-  std::string name = appendPathComponent(folder_, fmt::format("{}{:016x}", kTemporaryPrefix, unforeseeableValue()));
+  std::string name = temporaryName();
   if (!linkAs(name)) return moveToNamedFile();
   temporary_ = std::move(name);
   return true;
@@ -136,10 +130,20 @@ AtomicFile::Outcome AtomicFile::rename(const std::string& target) {
     return Outcome::kWritten;
   }
   if (errno == EEXIST) return Outcome::kTargetExists;
-  return errno == EINVAL || errno == ENOSYS ? renameOverPlaceholder(target) : fail();
+  return errno == EINVAL || errno == ENOSYS ? linkInsteadOfRenaming(target) : fail();
 }
 
-/// For file systems that cannot rename without replacing: first creates an empty file, which reserves the name, then
+/// For file systems that cannot rename without replacing, such as NFS: a link never replaces a file.
+AtomicFile::Outcome AtomicFile::linkInsteadOfRenaming(const std::string& target) {
+  if (::linkat(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), 0) == 0) {
+    ::unlink(temporary_.c_str());
+    temporary_.clear();
+    return Outcome::kWritten;
+  }
+  return errno == EEXIST ? Outcome::kTargetExists : renameOverPlaceholder(target);
+}
+
+/// For file systems that have no links, either: first creates an empty file, which reserves the name, then
 /// replaces that.
 AtomicFile::Outcome AtomicFile::renameOverPlaceholder(const std::string& target) {
   const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));

@@ -37,6 +37,7 @@ class AtomicFile {
   [[nodiscard]] const std::string& failureReason() const { return failure_; }
 
  private:
+  [[nodiscard]] std::string temporaryName() const;
   bool openNamed();
   void write(std::string_view bytes);
   void flush();
@@ -46,6 +47,7 @@ class AtomicFile {
   bool giveTemporaryName();
   bool moveToNamedFile();
   Outcome rename(const std::string& target);
+  Outcome linkInsteadOfRenaming(const std::string& target);
   Outcome renameOverPlaceholder(const std::string& target);
   bool replace(const std::string& target);
   Outcome fail();

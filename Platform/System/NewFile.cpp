@@ -23,7 +23,10 @@ NewFile writeOver(const std::string& path, const Append& append) {
   if (isFolder(path)) return {path, kIsFolder};
   AtomicFile file(path);
   append(file);
-  switch (file.commitReplacing(path)) {
+  // A file that replaces none does not need a temporary name, which some folders would keep.
+  AtomicFile::Outcome outcome = file.commit(path);
+  if (outcome == AtomicFile::Outcome::kTargetExists) outcome = file.commitReplacing(path);
+  switch (outcome) {
     case AtomicFile::Outcome::kWritten:
       return {path, ""};
     case AtomicFile::Outcome::kTargetExists:
