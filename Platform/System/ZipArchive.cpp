@@ -19,6 +19,7 @@
 
 #include "Platform/System/Descriptor.h"
 #include "Platform/System/FileSystem.h"
+#include "Platform/Text/Encodings.h"
 #include "Platform/Text/Texts.h"
 
 namespace platform {
@@ -71,10 +72,13 @@ class PrivateMask {
   mode_t before_;
 };
 
+/// Names that are not in UTF-8 are in the code page of the first zip programs, which Windows writes to this day.
 std::string nameOf(archive_entry* entry) {
   if (const char* name = archive_entry_pathname_utf8(entry)) return name;
   const char* name = archive_entry_pathname(entry);
-  return name == nullptr ? "" : name;
+  if (name == nullptr) return "";
+  const auto text = decoded(name, "IBM437");
+  return text ? text->text : name;
 }
 
 /// Whether the member stays below the folder that it is unpacked into.
@@ -190,7 +194,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 bool isZipArchive(const std::string& path, std::string& problem) {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor file = Descriptor::forReading(path);
   std::array<char, 4> mark{};
   const ssize_t size = file.isOpen() ? ::read(file.get(), mark.data(), mark.size()) : -1;
   if (size < 0) problem = std::strerror(errno);

@@ -81,6 +81,9 @@ def prepare():
     packed("Home.kvdx.zip", {f"~/{name}": text for name, text in inside.items()} | inside)
     packed("Mac.kvdx.zip", {f"B.kvdx/{name}": text for name, text in inside.items()} | {"__MACOSX/B.kvdx/._P.xml": "x"})
     packed("Accents.kvdx.zip", {f"Pl\u00e4n.kvdx/{name}": text for name, text in inside.items()})
+    packed("Old.kvdx.zip", {"__TOC.xml": CONTENTS.replace("P.xml", "Pl\u00e4n.xml"), "Pl#n.xml": plan()})
+    old = pathlib.Path("Old.kvdx.zip")
+    old.write_bytes(old.read_bytes().replace(b"Pl#n", b"Pl\x84n"))  # code page 437
     packed("Nested.kvdx.zip", {"P.kvdx": pathlib.Path("Flat.kvdx.zip").read_bytes()})
     packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
     pathlib.Path("Cut.kvdx.zip").write_bytes(pathlib.Path("Flat.kvdx.zip").read_bytes()[:-30])
@@ -163,6 +166,7 @@ ROWS = [
     (["Deep.kvdx.zip"], 1, "a member lies more than 20 folders deep", []),
     (["Mac.kvdx.zip"], 0, "Mac.xml: 2 tasks", ["Mac.xml"]),
     (["Accents.kvdx.zip"], 0, "Accents.xml: 2 tasks", ["Accents.xml"]),
+    (["Old.kvdx.zip"], 0, "Old.xml: 2 tasks", ["Old.xml"]),
     (["Nested.kvdx.zip"], 1, "it holds 0 bundles; one is expected", []),
     (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
     (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
