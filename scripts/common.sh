@@ -2,6 +2,7 @@
 # Shared by the scripts: the packages that building needs, and building a preset. Sourced by bash.
 
 set -euo pipefail
+unset CDPATH # with it, cd prints the folder, or goes to another one
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What building needs on Debian 12, Ubuntu 24.04 or later, and what testing needs in addition.
@@ -18,7 +19,7 @@ as_root() {
   elif command -v sudo >/dev/null; then
     sudo "$@"
   else
-    echo "These packages are missing and only root can install them: $*" >&2
+    echo "Only root can do that: $*" >&2
     exit 1
   fi
 }
@@ -27,7 +28,7 @@ as_root() {
 ensure_packages() {
   local missing=() package
   for package in "$@"; do
-    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
   echo "Installing ${missing[*]} ..." >&2
@@ -39,7 +40,7 @@ ensure_packages() {
 ensure_offered_packages() {
   local package
   for package in "$@"; do
-    if [[ $(apt-cache policy "$package") != *"Candidate: "[0-9]* ]] || ! (ensure_packages "$package"); then
+    if [[ $(LC_ALL=C apt-cache policy "$package") != *"Candidate: "[0-9]* ]] || ! (ensure_packages "$package"); then
       echo "No package $package here: tests that need it are skipped." >&2
     fi
   done
@@ -55,13 +56,20 @@ show_progress() {
   fi
 }
 
-# Configures a preset once and brings its targets up to date: build_preset PRESET [--target NAME].
+# Configures a preset once and brings its targets up to date: build_preset PRESET [--target NAME]. Takes a lock, because
+# two builds in one folder would disturb each other.
 build_preset() (
-  preset=$1
+  preset=$1 cache=build/$1/CMakeCache.txt
   shift
   ensure_packages "${PACKAGES[@]}"
   cd "$ROOT"
+  exec {lock}<.
+  flock "$lock" || true # some network file systems have no locks
   [ -f "build/$preset/libmspdi.a" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
-  [ -f "build/$preset/build.ninja" ] || show_progress cmake --preset "$preset" || return 1
+  # A build folder that was copied together with its tree would build the sources of the original.
+  if [ ! -f "build/$preset/build.ninja" ] ||
+    [ ! "$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$cache")" -ef "$ROOT" ]; then
+    show_progress cmake --fresh --preset "$preset" || return 1
+  fi
   show_progress cmake --build --preset "$preset" "$@"
 )
