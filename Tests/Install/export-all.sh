@@ -174,6 +174,8 @@ warnings_and_what_is_passed_over_are_told() {
     "$(grep ^Passed errors)"
   expect_same warnings "Warnings: $scratch/plans/Doubtful.kvdx
     task t1 'Task': end-date 'soon' is no date, year 1 is written" "$(grep -A 1 ^Warnings errors)"
+  run 0 --output linked plans/Link.kvdx plans/Good.kvdx
+  expect_same 'a link that is named' $'Good.xml\nLink.xml' "$(files_below linked)"
   run 1 --strict --log strict-log plans
   exports '3 of 4 bundles exported, 1 failed, 0 not run' --log strict-log --resume # with the options of the first run
   run 0 --output named plans/Good.kvdx.zip
