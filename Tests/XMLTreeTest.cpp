@@ -196,7 +196,10 @@ TEST(XMLTreeTest, References) {
 }
 
 TEST(XMLTreeTest, Repairs) {
+  const std::string parameters = numbered(" a{}='>'", 1001);
   expectOutcomes({
+      {__LINE__, read, "<a>" + parameters + "<b></a>", "guessed " + parameters},
+      {__LINE__, read, "<a" + parameters + "><b></a>", "none: line 1: Start-end tags mismatch"},
       {__LINE__, read, "<a><b>x</c>y</a>", "guessed xy"},
       {__LINE__, read, "<a>x</a> <!-- y --> <a>z</a>", "guessed x"},
       {__LINE__, read, {"<a>x</a>\0<a>y</a>", 17}, "guessed x"},

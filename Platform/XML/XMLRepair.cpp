@@ -133,15 +133,29 @@ xmlSAXHandler handler() {
   return calls;
 }
 
-/// An upper bound for the number of attributes of any tag: the most `="` between one "<" and the next.
+/// An upper bound for the number of attributes of any tag: the values that begin with `="` between its "<" and ">". The
+/// parser ends a tag there or earlier, however malformed it is, and no value may contain "<".
 std::size_t mostAttributes(std::string_view text) {
   std::size_t most = 0;
   std::size_t count = 0;
+  bool isInTag = false;
+  char quote = '\0';  // of the value that is open
   char previous = '\0';
   for (const char c : text) {
-    if (c == ' ' || c == '\t' || c == '\r' || c == '\n') continue;
-    if (c == '<') count = 0;
-    if (previous == '=' && (c == '"' || c == '\'')) most = std::max(most, ++count);
+    if (c == '<') {
+      count = 0;
+      isInTag = true;
+      quote = '\0';
+    } else if (!isInTag || c == ' ' || c == '\t' || c == '\r' || c == '\n') {
+      continue;
+    } else if (quote != '\0') {
+      if (c == quote) quote = '\0';
+    } else if (c == '>') {
+      isInTag = false;
+    } else if (previous == '=' && (c == '"' || c == '\'')) {
+      quote = c;
+      most = std::max(most, ++count);
+    }
     previous = c;
   }
   return most;
