@@ -15,10 +15,10 @@ struct ExportRequest {
   std::string output;         ///< a file that ends in ".xml", an existing folder, or empty
   std::string zone;           ///< as in TZ; "machine" for this machine's; empty to find it from the plan's dates
   std::string currency;       ///< ISO 4217 code to use when the plan's symbol does not determine one; may be empty
-  bool overwrite = false;     ///< replace the file of that name; otherwise the new one is numbered: "Plan-1.xml"
-  bool keepDates = false;     ///< schedule every task by hand, so that no reader moves it
-  bool check = false;         ///< write nothing
-  bool strict = false;        ///< write nothing when there is a warning
+  bool overwrite = false;  ///< replace the file of that name, or fail; otherwise the new one is numbered: "Plan-1.xml"
+  bool keepDates = false;  ///< schedule every task by hand, so that no reader moves it
+  bool check = false;      ///< write nothing
+  bool strict = false;     ///< write nothing when there is a warning
   std::function<void(std::string_view record)> log;  ///< receives each record of the exporter's log; may be empty
 };
 
