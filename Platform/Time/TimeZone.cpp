@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "Platform/System/Exceptions.h"
 #include "Platform/System/FileReading.h"
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Log.h"
@@ -83,11 +84,11 @@ std::string zoneFilePath(const std::string& name) {
   return appendPathComponent(folder == nullptr || *folder == '\0' ? "/usr/share/zoneinfo" : folder, name);
 }
 
-/// Whether the C library finds a zone file of this name. If it finds another kind of file, it takes the name for a
-/// rule.
-bool isZoneFile(const std::string& name) {
-  const auto bytes = readFile(zoneFilePath(name), kLargestZoneFile);
-  return bytes && bytes->starts_with("TZif");
+/// The zone file of this name; empty when there is none. If the C library finds another kind of file, it takes the name
+/// for a rule.
+std::string zoneFile(const std::string& name) {
+  std::string bytes = readFile(zoneFilePath(name), kLargestZoneFile).value_or("");
+  return bytes.starts_with("TZif") ? bytes : "";
 }
 
 /// Whether the text is a POSIX rule: a name and an offset, perhaps followed by those of daylight-saving time and the
@@ -153,7 +154,8 @@ void TimeZone::resetSystemForTesting() { systemZone().reset(); }
 
 TimeZone::TimeZone(const std::string& name) : tz_(name.starts_with(':') ? name.substr(1) : name) {
   const bool isHost = tz_ == kHostZoneFile;  // without that file, the machine's zone is UTC
-  isKnown_ = isHost || isZoneFile(tz_) || isPosixRule(tz_);
+  file_ = zoneFile(tz_);
+  isKnown_ = isHost || !file_.empty() || isPosixRule(tz_);
   if (!isKnown_) tz_ = "UTC";
   name_ = isHost ? hostZoneName() : std::string(shortName(tz_));
 }
@@ -174,6 +176,17 @@ TimeZone::Span TimeZone::spanAt(std::int64_t utcSeconds) const {
   return span;
 }
 
+/// The C library uses UTC without a word when it cannot read the file, for example because too many files are open.
+void TimeZone::requireFile() const {
+  if (file_.empty()) return;
+  const time_t time = 0;
+  tm clock{};
+  ::localtime_r(&time, &clock);
+  const std::string abbreviation = clock.tm_zone;
+  require(!abbreviation.empty() && file_.find(abbreviation + '\0') != std::string::npos,
+          "The data of the time zone {} could not be read.", name_);
+}
+
 /// The offset at an instant in the zone that is set at the moment, from the C library.
 TimeZone::Span TimeZone::readingAt(std::int64_t utcSeconds) {
   const time_t time = utcSeconds;
@@ -186,6 +199,7 @@ TimeZone::Span TimeZone::readingAt(std::int64_t utcSeconds) {
 /// bisection.
 std::vector<TimeZone::Span> TimeZone::spansFrom(std::int64_t blockStart) const {
   const ScopedZone zone(tz_);
+  requireFile();
   const auto isSame = [](const Span& a, const Span& b) {
     return a.offset == b.offset && a.isDaylightSaving == b.isDaylightSaving;
   };
@@ -210,6 +224,7 @@ std::int64_t TimeZone::secondsFromGMT(Instant instant) const { return spanAt(who
 
 std::int64_t TimeZone::secondsFromGMTOnce(Instant instant) const {
   const ScopedZone zone(tz_);
+  requireFile();
   return readingAt(foldedIntoRules(wholeSeconds(instant))).offset;
 }
 

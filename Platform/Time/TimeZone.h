@@ -86,13 +86,17 @@ class TimeZone {
   };
 
   [[nodiscard]] Span spanAt(std::int64_t utcSeconds) const;
+  /// Checks that the C library uses the zone's file.
+  /// @throws platform::Exception when it could not read the file.
+  void requireFile() const;
   [[nodiscard]] static Span readingAt(std::int64_t utcSeconds);
   [[nodiscard]] std::vector<Span> spansFrom(std::int64_t blockStart) const;
   /// The offset of the nearest standard time before or after the span; none when there is none.
   [[nodiscard]] std::optional<std::int64_t> standardOffset(Span span, bool isForward) const;
   [[nodiscard]] std::int64_t utcFromCivilSeconds(std::int64_t civilSeconds) const;
 
-  std::string tz_;  ///< the value of TZ that selects this zone
+  std::string tz_;    ///< the value of TZ that selects this zone
+  std::string file_;  ///< the bytes of its file; empty for a POSIX rule
   std::string name_;
   bool isKnown_ = true;
   /// The spans of each block of 64 days that was needed so far. Asking the C library takes a hundred times as long.
