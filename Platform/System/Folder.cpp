@@ -1,7 +1,11 @@
 #include "Platform/System/Folder.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <system_error>
+
+#include "Platform/System/FileSystem.h"
 
 namespace platform {
 
@@ -20,6 +24,22 @@ std::vector<FolderEntry> entriesOf(const std::string& folder, std::string& probl
   }
   if (error) problem = error.message();
   return entries;
+}
+
+void removeFolder(const std::string& folder) {
+  std::vector<std::string> folders = {folder};
+  for (std::size_t i = 0; i < folders.size(); ++i) {
+    std::string problem;
+    for (const FolderEntry& entry : entriesOf(folders[i], problem)) {
+      std::string path = appendPathComponent(folders[i], entry.name);
+      if (entry.isFolder) {
+        folders.push_back(std::move(path));
+      } else {
+        ::unlink(path.c_str());
+      }
+    }
+  }
+  for (; !folders.empty(); folders.pop_back()) ::rmdir(folders.back().c_str());
 }
 
 }  // namespace platform

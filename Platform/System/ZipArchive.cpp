@@ -13,12 +13,12 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <utility>
 
 #include "Platform/System/Descriptor.h"
 #include "Platform/System/FileSystem.h"
+#include "Platform/System/Folder.h"
 #include "Platform/Text/Encodings.h"
 #include "Platform/Text/Texts.h"
 
@@ -189,8 +189,7 @@ TemporaryFolder::TemporaryFolder() {
 TemporaryFolder::TemporaryFolder(TemporaryFolder&& other) noexcept : path_(std::exchange(other.path_, {})) {}
 
 TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+  if (!path_.empty()) removeFolder(path_);
 }
 
 bool isZipArchive(const std::string& path, std::string& problem) {
