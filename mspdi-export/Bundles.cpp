@@ -122,7 +122,7 @@ UnpackedBundle::UnpackedBundle(const Bundle& bundle, const std::string& folder) 
   }
   // The archive may contain the bundle's folder, or only the folder's contents.
   const std::string unpacked = platform::appendPathComponent(folder, "Bundle.kvdx");
-  problem_ = platform::unpackZipArchive(bundle.path, unpacked);
+  problem_ = platform::unpackZipArchive(bundle.path, unpacked, guessesNames_);
   if (problem_) return;
   auto bundles = bundlesBelow(unpacked).bundles;
   std::erase_if(bundles, [](const Bundle& below) { return below.isPacked; });

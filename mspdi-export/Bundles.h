@@ -41,8 +41,11 @@ class UnpackedBundle {
   [[nodiscard]] const std::string& path() const { return path_; }
   /// Why unpacking failed; none when it succeeded.
   [[nodiscard]] const std::optional<std::string>& problem() const { return problem_; }
+  /// Whether a name in the archive is not in UTF-8, so that a document may have got another name.
+  [[nodiscard]] bool guessesNames() const { return guessesNames_; }
 
  private:
   std::string path_;
   std::optional<std::string> problem_;
+  bool guessesNames_ = false;
 };

@@ -163,6 +163,9 @@ platform::ChildResult ExportCommand::exportAndTell(const Bundle& bundle, const s
   } else {
     result = exportFolder(bundle, unpacked ? unpacked->path() : folder, showsProgress);
   }
+  const bool isFailed = result.status == ExportResult::Status::kFailed;
+  if (isFailed && unpacked && unpacked->guessesNames())
+    result.warnings.push_back("names in the archive are not in UTF-8, and were read in code page 437");
   OutputFiles files;
   if (result.status != ExportResult::Status::kFailed) files.output = result.path;
   files.page = writePage(result);

@@ -72,13 +72,16 @@ class PrivateMask {
   mode_t before_;
 };
 
-/// Names that are not in UTF-8 are in the code page of the first zip programs, which Windows writes to this day.
-std::string nameOf(archive_entry* entry) {
+/// The member's name. One that is not in UTF-8 is read in the code page of the first zip programs, in which Windows
+/// writes western letters to this day, unless the file system has no names that long.
+std::string nameOf(archive_entry* entry, bool& isGuessed) {
+  constexpr std::size_t kMostBytes = 255;
   if (const char* name = archive_entry_pathname_utf8(entry)) return name;
   const char* name = archive_entry_pathname(entry);
   if (name == nullptr) return "";
+  isGuessed = true;
   const auto text = decoded(name, "IBM437");
-  return text ? text->text : name;
+  return text && text->text.size() <= kMostBytes ? text->text : name;
 }
 
 /// Whether the member stays below the folder that it is unpacked into.
@@ -164,9 +167,8 @@ std::optional<std::string> problemOf(archive_entry* entry, const std::string& na
   return std::nullopt;
 }
 
-std::optional<std::string> unpackMember(const Archive& archive, archive_entry* entry, const std::string& folder,
-                                        Allowance& allowance) {
-  const std::string name = nameOf(entry);
+std::optional<std::string> unpackMember(const Archive& archive, archive_entry* entry, const std::string& name,
+                                        const std::string& folder, Allowance& allowance) {
   if (auto problem = problemOf(entry, name)) return problem;
   // With "./" in front, so that a leading "~" does not mean a home folder.
   const std::string way = standardizePath("./" + name);
@@ -200,7 +202,7 @@ bool isZipArchive(const std::string& path, std::string& problem) {
   return size == static_cast<ssize_t>(mark.size()) && std::memcmp(mark.data(), "PK\3\4", mark.size()) == 0;
 }
 
-std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder) {
+std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder, bool& guessesNames) {
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
   const LocaleOfUTF8 locale;
@@ -218,8 +220,9 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
     if (result == ARCHIVE_EOF) return std::nullopt;
     if (result < ARCHIVE_WARN) return problemOf(archive);
     if (auto problem = allowance.takeMember()) return problem;
-    if (isMacMetadata(nameOf(entry))) continue;
-    if (auto problem = unpackMember(archive, entry, folder, allowance)) return problem;
+    const std::string name = nameOf(entry, guessesNames);
+    if (isMacMetadata(name)) continue;
+    if (auto problem = unpackMember(archive, entry, name, folder, allowance)) return problem;
   }
 }
 
