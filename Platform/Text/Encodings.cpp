@@ -6,6 +6,8 @@
 #include <limits>
 #include <memory>
 
+#include "Platform/Text/Status.h"
+
 namespace platform {
 namespace {
 
@@ -14,7 +16,7 @@ using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 Converter openConverter(const std::string& encoding) {
   UErrorCode status = U_ZERO_ERROR;
   Converter converter(ucnv_open(encoding.c_str(), &status), &ucnv_close);
-  if (U_FAILURE(status)) converter.reset();
+  if (hasFailed(status)) converter.reset();
   return converter;
 }
 
@@ -32,7 +34,7 @@ std::optional<std::string> converted(UConverter* converter, std::string_view byt
   std::string text;
   UErrorCode status = U_ZERO_ERROR;
   const std::int32_t length = convert(converter, bytes, text, status);
-  if (status != U_BUFFER_OVERFLOW_ERROR && U_FAILURE(status)) return std::nullopt;
+  if (status != U_BUFFER_OVERFLOW_ERROR && hasFailed(status)) return std::nullopt;
   text.resize(static_cast<std::size_t>(length));
   convert(converter, bytes, text, status);
   return text;

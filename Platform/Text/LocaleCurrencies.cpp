@@ -11,6 +11,8 @@
 #include <memory>
 #include <utility>
 
+#include "Platform/Text/Status.h"
+
 namespace platform {
 namespace {
 
@@ -21,7 +23,7 @@ Code codeOf(const char* locale) {
   Code code{};
   UErrorCode status = U_ZERO_ERROR;
   const std::int32_t length = ucurr_forLocale(locale, code.data(), code.size(), &status);
-  if (U_FAILURE(status) || length == 0) code.front() = 0;
+  if (hasFailed(status) || length == 0) code.front() = 0;
   return code;
 }
 
@@ -36,7 +38,7 @@ std::string symbolOf(const UChar* code, const char* locale, UCurrNameStyle style
   std::int32_t length = 0;
   UErrorCode status = U_ZERO_ERROR;
   const UChar* symbol = ucurr_getName(code, locale, style, nullptr, &length, &status);
-  return U_FAILURE(status) ? "" : asText(symbol, length);
+  return hasFailed(status) ? "" : asText(symbol, length);
 }
 
 /// Calls visit(code) for each currency that is in use today.

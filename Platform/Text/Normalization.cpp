@@ -4,16 +4,18 @@
 #include <unicode/normalizer2.h>
 #include <unicode/stringpiece.h>
 
+#include "Platform/Text/Status.h"
+
 namespace platform {
 namespace {
 
 /// The normalized text; the text itself when the library lacks the data for the form.
 std::string normalized(std::string_view text, const icu::Normalizer2* form, UErrorCode status) {
-  if (U_FAILURE(status)) return std::string(text);
+  if (hasFailed(status)) return std::string(text);
   std::string result;
   icu::StringByteSink<std::string> sink(&result);
   form->normalizeUTF8(0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr, status);
-  return U_FAILURE(status) ? std::string(text) : result;
+  return hasFailed(status) ? std::string(text) : result;
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "Platform/System/Exceptions.h"
+#include "Platform/Text/Status.h"
 
 namespace platform {
 namespace {
@@ -63,7 +64,7 @@ UnicodeRegularExpression::UnicodeRegularExpression(std::string_view pattern) : c
   const auto text =
       icu::UnicodeString::fromUTF8(icu::StringPiece(pattern.data(), static_cast<std::int32_t>(pattern.size())));
   compiled_->pattern.reset(icu::RegexPattern::compile(text, UREGEX_MULTILINE, where, status));
-  if (U_FAILURE(status)) failToCompile(pattern, u_errorName(status));
+  if (hasFailed(status)) failToCompile(pattern, u_errorName(status));
 }
 
 UnicodeRegularExpression::~UnicodeRegularExpression() = default;
@@ -72,20 +73,18 @@ std::vector<MatchRange> UnicodeRegularExpression::matches(std::string_view subje
   std::vector<MatchRange> ranges;
   UErrorCode status = U_ZERO_ERROR;
   // A UText over the UTF-8 bytes, so that positions are reported in bytes.
-  UText* text = utext_openUTF8(nullptr, subject.data(), static_cast<std::int64_t>(subject.size()), &status);
-  if (U_FAILURE(status)) return ranges;
-  {
-    const std::unique_ptr<icu::RegexMatcher> matcher(compiled_->pattern->matcher(status));
-    if (U_SUCCESS(status)) {
-      matcher->reset(text);
-      while (matcher->find(status) && U_SUCCESS(status)) {
-        const auto start = static_cast<std::size_t>(matcher->start64(status));
-        const auto end = static_cast<std::size_t>(matcher->end64(status));
-        ranges.push_back({start, end - start});
-      }
-    }
+  const std::unique_ptr<UText, decltype(&utext_close)> text(
+      utext_openUTF8(nullptr, subject.data(), static_cast<std::int64_t>(subject.size()), &status), &utext_close);
+  if (hasFailed(status)) return ranges;
+  const std::unique_ptr<icu::RegexMatcher> matcher(compiled_->pattern->matcher(status));
+  if (hasFailed(status)) return ranges;
+  matcher->reset(text.get());
+  while (matcher->find(status) && !hasFailed(status)) {
+    const auto start = static_cast<std::size_t>(matcher->start64(status));
+    const auto end = static_cast<std::size_t>(matcher->end64(status));
+    ranges.push_back({start, end - start});
   }
-  utext_close(text);
+  static_cast<void>(hasFailed(status));
   return ranges;
 }
 
