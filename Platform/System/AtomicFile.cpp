@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/sendfile.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,6 +18,13 @@ namespace platform {
 namespace {
 
 constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
+
+bool isSameFile(const std::string& path, const std::string& other) {
+  struct stat one {
+  }, two{};
+  return ::lstat(path.c_str(), &one) == 0 && ::lstat(other.c_str(), &two) == 0 && one.st_dev == two.st_dev &&
+         one.st_ino == two.st_ino;
+}
 
 /// Whether the error is about the existing file at the target and not about the new one.
 bool isProtected(int error) {
@@ -135,12 +143,12 @@ AtomicFile::Outcome AtomicFile::rename(const std::string& target) {
 
 /// For file systems that cannot rename without replacing, such as NFS: a link never replaces a file.
 AtomicFile::Outcome AtomicFile::linkInsteadOfRenaming(const std::string& target) {
-  if (::linkat(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), 0) == 0) {
-    ::unlink(temporary_.c_str());
-    temporary_.clear();
+  // NFS repeats a request whose answer was lost, and then says that the link exists.
+  if (::linkat(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), 0) == 0 || isSameFile(temporary_, target)) {
+    if (::unlink(temporary_.c_str()) == 0) temporary_.clear();
     return Outcome::kWritten;
   }
-  return errno == EEXIST ? Outcome::kTargetExists : renameOverPlaceholder(target);
+  return isNameTaken(target) ? Outcome::kTargetExists : renameOverPlaceholder(target);
 }
 
 /// For file systems that have no links, either: first creates an empty file, which reserves the name, then
