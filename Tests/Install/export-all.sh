@@ -120,7 +120,10 @@ conforming_copies_are_made_beside_the_exports() {
 any_name_is_exported() {
   local name number=0
   # shellcheck disable=SC1003,SC2016 # not expanded on purpose
-  local names=("it's" 'quo"te' '*' '[a-z]' '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\'
+  # Quoted, two such paths are longer than parallel's commands may be.
+  local long
+  long=$(printf '%.0sж' {1..120})
+  local names=("$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/long" "it's" 'quo"te' '*' '[a-z]' '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\'
     '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
     $'7\t:\t1\t1\t0\t0\t0\t0\tas\n8\t:\t1\t1\t0\t0\t0\t0\tin the job log')
   for name in "${names[@]}"; do
@@ -128,7 +131,7 @@ any_name_is_exported() {
   done
   exports "$number of $number bundles exported, 0 failed, 0 not run" --log='-log{}' --output -out -- -in
   expect_same files $'-in\n-log{}\n-out\nerrors' "$(LC_ALL=C ls -A)"
-  expect_same outputs "$number" "$(LC_ALL=C find ./-out -mindepth 2 -printf '%P\0' | tr -dc '\0' | wc -c)"
+  expect_same outputs "$number" "$(LC_ALL=C find ./-out -name '*.xml' -printf '%P\0' | tr -dc '\0' | wc -c)"
   for name in "${!names[@]}"; do
     grep -q "<Name>Task $((name + 1))</Name>" ./-out/$'{1}\n'/"${names[name]}.xml" || fail "${names[name]@Q}"
   done
@@ -174,8 +177,10 @@ warnings_and_what_is_passed_over_are_told() {
     "$(grep ^Passed errors)"
   expect_same warnings "Warnings: $scratch/plans/Doubtful.kvdx
     task t1 'Task': end-date 'soon' is no date, year 1 is written" "$(grep -A 1 ^Warnings errors)"
-  run 0 --output linked plans/Link.kvdx plans/Good.kvdx
-  expect_same 'a link that is named' $'Good.xml\nLink.xml' "$(files_below linked)"
+  mkdir empty
+  run 1 --output linked plans/Link.kvdx plans/Good.kvdx empty
+  expect_same 'a folder without bundles' "No bundle in the folder: $scratch/empty" "$(grep ^No errors)"
+  expect_same 'a link that is named' $'plans/Good.xml\nplans/Link.xml' "$(files_below linked)"
   run 1 --strict --log strict-log plans
   exports '3 of 4 bundles exported, 1 failed, 0 not run' --log strict-log --resume # with the options of the first run
   run 0 --output named plans/Good.kvdx.zip
