@@ -15,8 +15,8 @@ struct FolderEntry {
 /// @param problem set to the reason when not all of them could be read, for example "Permission denied".
 [[nodiscard]] std::vector<FolderEntry> entriesOf(const std::string& folder, std::string& problem);
 
-/// Removes the folder and all in it, as far as the system lets it. Has one folder open at a time, so that it works where
-/// few files may be open.
+/// Removes the folder and all in it, as far as the system lets it. Has one folder open at a time, so that it works
+/// where few files may be open.
 void removeFolder(const std::string& folder);
 
 }  // namespace platform

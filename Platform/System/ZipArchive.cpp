@@ -121,6 +121,13 @@ class Allowance {
 /// Whether the member has only what a Mac knows of another member; "Compress" of its Finder adds these.
 bool isMacMetadata(std::string_view name) { return name == "__MACOSX" || name.starts_with("__MACOSX/"); }
 
+/// The error of the system's last call, and whether it is the machine's: the archive's names cause the other errors.
+std::string problemOfCall() {
+  const int error = errno;
+  const bool isOfName = error == EEXIST || error == ENOTDIR || error == EISDIR || error == ENAMETOOLONG;
+  return std::strerror(error) + std::string(isOfName ? "" : " in the folder for temporary files");
+}
+
 /// Creates the folders of a path below an existing folder. They are counted, since two bytes of a name ("a/") are
 /// enough for one.
 std::optional<std::string> makeFolders(const std::string& below, std::string_view way, Allowance& allowance) {
@@ -129,7 +136,7 @@ std::optional<std::string> makeFolders(const std::string& below, std::string_vie
     const std::string path = appendPathComponent(below, way.substr(0, end));
     if (::mkdir(path.c_str(), 0700) != 0) {
       if (errno == EEXIST && isDirectory(path)) continue;
-      return std::strerror(errno);
+      return problemOfCall();
     }
     if (auto problem = allowance.takeFolder()) return problem;
   }
@@ -139,7 +146,7 @@ std::optional<std::string> makeFolders(const std::string& below, std::string_vie
 std::optional<std::string> unpackFile(const Archive& archive, const std::string& path, Allowance& allowance) {
   // O_EXCL refuses a name that is in the archive twice, or that a folder has.
   const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
-  if (!file.isOpen()) return std::strerror(errno);
+  if (!file.isOpen()) return problemOfCall();
   std::optional<std::string> problem;
   std::array<char, kBlockSize> block{};
   while (!problem) {
@@ -147,7 +154,7 @@ std::optional<std::string> unpackFile(const Archive& archive, const std::string&
     if (size == 0) break;
     problem = size < 0 ? problemOf(archive) : allowance.takeBytes(static_cast<std::uint64_t>(size));
     if (problem) break;
-    if (!writeAll(file.get(), {block.data(), static_cast<std::size_t>(size)})) problem = std::strerror(errno);
+    if (!writeAll(file.get(), {block.data(), static_cast<std::size_t>(size)})) problem = problemOfCall();
   }
   return problem;
 }
@@ -212,7 +219,7 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
   archive_read_support_format_zip_seekable(archive.get());
   if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
 
-  if (::mkdir(folder.c_str(), 0700) != 0) return fmt::format("{}: {}", folder, std::strerror(errno));
+  if (::mkdir(folder.c_str(), 0700) != 0) return problemOfCall();
   Allowance allowance(static_cast<std::uint64_t>(info.st_size));
   archive_entry* entry = nullptr;
   for (;;) {
