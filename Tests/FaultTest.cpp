@@ -99,10 +99,11 @@ TEST(Fault, FoldersThatAreMissing) {
 TEST(Fault, SystemsThatLackSomething) {
   const FailingCall nameless = {SYS_openat, EOPNOTSUPP, 2, O_TMPFILE & ~O_DIRECTORY};
   const FailingCall noReplace = {SYS_renameat2, EINVAL, 4, RENAME_NOREPLACE};
+  const FailingCall forbidden = {SYS_renameat2, EPERM, 4, RENAME_NOREPLACE};
   const FailingCall link = {SYS_linkat, ENOENT};
   const FailingCall beneath = {SYS_openat2, ENOSYS};
   for (const std::vector<FailingCall>& missing : std::vector<std::vector<FailingCall>>{
-           {}, {nameless}, {nameless, noReplace}, {nameless, noReplace, link}, {link}, {beneath}}) {
+           {}, {nameless}, {nameless, noReplace}, {nameless, forbidden, link}, {link}, {beneath}}) {
     Place place;
     place.makeBundle("Plan.kvdx", scenario(task("t1")));
     const std::string reference = place.reference();

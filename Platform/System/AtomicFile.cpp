@@ -138,7 +138,8 @@ AtomicFile::Outcome AtomicFile::rename(const std::string& target) {
     return Outcome::kWritten;
   }
   if (errno == EEXIST) return Outcome::kTargetExists;
-  return errno == EINVAL || errno == ENOSYS ? linkInsteadOfRenaming(target) : fail();
+  // EPERM: a container forbids the call.
+  return errno == EINVAL || errno == ENOSYS || errno == EPERM ? linkInsteadOfRenaming(target) : fail();
 }
 
 /// For file systems that cannot rename without replacing, such as NFS: a link never replaces a file.
