@@ -63,13 +63,16 @@ build_preset() (
   shift
   ensure_packages "${PACKAGES[@]}"
   cd "$ROOT"
-  exec {lock}<.
-  flock "$lock" || true # some network file systems have no locks
+  exec 9<.
+  if ! flock -n 9; then
+    echo "Waiting for another build ..." >&2
+    flock 9 || true # some network file systems have no locks
+  fi
   [ -f "build/$preset/libmspdi.a" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
   # A build folder that was copied together with its tree would build the sources of the original.
   if [ ! -f "build/$preset/build.ninja" ] ||
     [ ! "$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$cache")" -ef "$ROOT" ]; then
-    show_progress cmake --fresh --preset "$preset" || return 1
+    show_progress cmake --fresh --preset "$preset" 9<&- || return 1
   fi
-  show_progress cmake --build --preset "$preset" "$@"
+  show_progress cmake --build --preset "$preset" "$@" 9<&- # a compiler cache may leave a server, which would keep the lock
 )
