@@ -72,16 +72,26 @@ class PrivateMask {
   mode_t before_;
 };
 
-/// The member's name. One that is not in UTF-8 is read in the code page of the first zip programs, in which Windows
-/// writes western letters to this day, unless the file system has no names that long.
-std::string nameOf(archive_entry* entry, bool& isGuessed) {
+/// Whether a part of the path is longer than the name of a file may be.
+bool hasLongPart(std::string_view path) {
   constexpr std::size_t kMostBytes = 255;
+  for (std::size_t at = 0; at < path.size();) {
+    const std::size_t end = std::min(path.find('/', at), path.size());
+    if (end - at > kMostBytes) return true;
+    at = end + 1;
+  }
+  return false;
+}
+
+/// The member's name. One that is not in UTF-8 is read in the code page of the first zip programs, in which Windows
+/// writes western letters to this day, unless that makes it too long.
+std::string nameOf(archive_entry* entry, bool& isGuessed) {
   if (const char* name = archive_entry_pathname_utf8(entry)) return name;
   const char* name = archive_entry_pathname(entry);
   if (name == nullptr) return "";
   isGuessed = true;
   const auto text = decoded(name, "IBM437");
-  return text && text->text.size() <= kMostBytes ? text->text : name;
+  return text && !hasLongPart(text->text) ? text->text : name;
 }
 
 /// Whether the member stays below the folder that it is unpacked into.
@@ -220,7 +230,10 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
   if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
 
   if (::mkdir(folder.c_str(), 0700) != 0) return problemOfCall();
-  Allowance allowance(static_cast<std::uint64_t>(info.st_size));
+  // Holes, which take no place, do not count.
+  constexpr std::uint64_t kBlock = 512;
+  Allowance allowance(
+      std::min(static_cast<std::uint64_t>(info.st_size), static_cast<std::uint64_t>(info.st_blocks) * kBlock));
   archive_entry* entry = nullptr;
   for (;;) {
     const int result = archive_read_next_header(archive.get(), &entry);
