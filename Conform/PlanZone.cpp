@@ -7,6 +7,7 @@
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPImportMapper/MSPIUsualDateTime.h"
+#include "Platform/System/Exceptions.h"
 #include "Platform/Time/GregorianCalendar.h"
 
 namespace conform {
@@ -159,7 +160,11 @@ std::string PlanZone::firstFitting() const {
   if (dates_.empty()) return "";
   const auto isFitting = [this](std::string_view name) {
     const platform::TimeZone zone{std::string(name)};
-    return zone.isKnown() && fits(zone);
+    try {
+      return zone.isKnown() && fits(zone);
+    } catch (const platform::Exception&) {
+      return false;  // the zone's file cannot be loaded
+    }
   };
   const auto* first = std::find_if(kFirstZones.begin(), kFirstZones.end(), isFitting);
   if (first != kFirstZones.end()) return std::string(*first);

@@ -2,6 +2,7 @@
 #include <random>
 #include <sstream>
 
+#include "Platform/System/Exceptions.h"
 #include "Platform/Time/GregorianCalendar.h"
 #include "Platform/Time/TimeZone.h"
 #include "Tests/Tables.h"
@@ -94,4 +95,19 @@ TEST(TimeZoneTest, CalendarAgreesWithTheStandardLibrary) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
   EXPECT_GT(GregorianCalendar::secondsFromCivil({kMost, kMost, kMost, kMost, kMost, kMost}), 1e17);
   EXPECT_LT(GregorianCalendar::secondsFromCivil({-kMost, -kMost, -kMost, -kMost, -kMost, -kMost}), -1e17);
+}
+
+TEST(TimeZone, FilesThatAreCut) {
+  const ScratchFolder scratch;
+  for (const std::string name : {"America/New_York", "CET"}) {
+    const std::string file = contentsOf("/usr/share/zoneinfo/" + name);
+    ASSERT_GT(file.size(), 1000U);
+    writeFile(scratch / name, file.substr(0, file.size() / 2));
+    ASSERT_EQ(setenv("TZDIR", scratch.path().c_str(), 1), 0);
+    const TimeZone zone(name);
+    EXPECT_TRUE(zone.isKnown());
+    EXPECT_THROW(static_cast<void>(zone.secondsFromGMT({0})), platform::Exception) << name;
+    EXPECT_THROW(static_cast<void>(zone.secondsFromGMTOnce({0})), platform::Exception) << name;
+    unsetenv("TZDIR");
+  }
 }

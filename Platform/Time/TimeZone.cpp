@@ -63,6 +63,19 @@ class ScopedZone {
   std::optional<std::string> before_;
 };
 
+/// What the C library shows for the beginning of 1970 in the zone of TZ.
+struct Shown {
+  std::string abbreviation;
+  std::int64_t offset = 0;
+};
+
+Shown shownInZoneOfTZ() {
+  const time_t time = 0;
+  tm clock{};
+  ::localtime_r(&time, &clock);
+  return {clock.tm_zone, clock.tm_gmtoff};
+}
+
 /// The zone's name without the folder of its file, and without "posix/" or "right/", the folders with copies of the
 /// zone database.
 std::string_view shortName(std::string_view name) {
@@ -179,12 +192,16 @@ TimeZone::Span TimeZone::spanAt(std::int64_t utcSeconds) const {
 /// The C library uses UTC without a word when it cannot read the file, for example because too many files are open.
 void TimeZone::requireFile() const {
   if (file_.empty()) return;
-  const time_t time = 0;
-  tm clock{};
-  ::localtime_r(&time, &clock);
-  const std::string abbreviation = clock.tm_zone;
-  require(!abbreviation.empty() && file_.find(abbreviation + '\0') != std::string::npos,
-          "The data of the time zone {} could not be read.", name_);
+  const Shown shown = shownInZoneOfTZ();
+  bool isUsed = !shown.abbreviation.empty() && file_.find(shown.abbreviation + '\0') != std::string::npos;
+  if (isUsed && !isCompared_ && tz_.starts_with(shown.abbreviation)) {
+    // The library takes the letters of a name that it cannot load for the abbreviation: "CET". A path has none.
+    const ScopedZone byPath(zoneFilePath(tz_));
+    const Shown expected = shownInZoneOfTZ();
+    isUsed = !expected.abbreviation.empty() && expected.offset == shown.offset;
+    isCompared_ = isUsed;
+  }
+  require(isUsed, "The data of the time zone {} could not be read.", name_);
 }
 
 /// The offset at an instant in the zone that is set at the moment, from the C library.

@@ -14,7 +14,8 @@ namespace platform {
 
 /// A time zone with its history of offsets, as the C library reads it from the system's zone data. Converts between
 /// instants and wall clocks. The C library knows one zone at a time, the one in TZ, so a zone other than the machine's
-/// sets TZ for a moment when it is first asked about a date.
+/// sets TZ for a moment when it is first asked about a date. Every question about a date throws platform::Exception
+/// when the zone has a file that the C library cannot load.
 ///
 ///   const TimeZone zone("Europe/Berlin");
 ///   zone.civilFromInstant({1301187600})            // 2011-03-27T01:00:00Z: clocks show 03:00:00
@@ -86,7 +87,7 @@ class TimeZone {
   };
 
   [[nodiscard]] Span spanAt(std::int64_t utcSeconds) const;
-  /// Checks that the C library uses the zone's file.
+  /// Checks that the C library uses the zone's file. Must be called while TZ is set to the zone.
   /// @throws platform::Exception when it could not read the file.
   void requireFile() const;
   [[nodiscard]] static Span readingAt(std::int64_t utcSeconds);
@@ -99,6 +100,7 @@ class TimeZone {
   std::string file_;  ///< the bytes of its file; empty for a POSIX rule
   std::string name_;
   bool isKnown_ = true;
+  mutable bool isCompared_ = false;  ///< see requireFile()
   /// The spans of each block of 64 days that was needed so far. Asking the C library takes a hundred times as long.
   mutable std::unordered_map<std::size_t, std::vector<Span>> blocks_;
   /// The last two answers, since the next is mostly one of them. Two, because a date in summer also asks for the offset
