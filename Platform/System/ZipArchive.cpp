@@ -72,26 +72,28 @@ class PrivateMask {
   mode_t before_;
 };
 
-/// Whether a part of the path is longer than the name of a file may be.
-bool hasLongPart(std::string_view path) {
+/// A part of a member's path that is not in UTF-8, read as code page 437, in which Windows writes western letters. It
+/// is kept as it is when the decoded name would be too long for a file.
+std::string decodedPart(std::string_view part) {
   constexpr std::size_t kMostBytes = 255;
-  for (std::size_t at = 0; at < path.size();) {
-    const std::size_t end = std::min(path.find('/', at), path.size());
-    if (end - at > kMostBytes) return true;
-    at = end + 1;
-  }
-  return false;
+  const auto text = decoded(part, "IBM437");
+  return text && text->text.size() <= kMostBytes ? text->text : std::string(part);
 }
 
-/// The member's name. One that is not in UTF-8 is read in the code page of the first zip programs, in which Windows
-/// writes western letters to this day, unless that makes it too long.
+/// The member's path. A name that is not in UTF-8 is guessed.
 std::string nameOf(archive_entry* entry, bool& isGuessed) {
   if (const char* name = archive_entry_pathname_utf8(entry)) return name;
   const char* name = archive_entry_pathname(entry);
   if (name == nullptr) return "";
   isGuessed = true;
-  const auto text = decoded(name, "IBM437");
-  return text && !hasLongPart(text->text) ? text->text : name;
+  const std::string_view path = name;
+  std::string text;
+  for (std::size_t at = 0; at <= path.size();) {
+    const std::size_t end = std::min(path.find('/', at), path.size());
+    text.append(at == 0 ? "" : "/").append(decodedPart(path.substr(at, end - at)));
+    at = end + 1;
+  }
+  return text;
 }
 
 /// Whether the member stays below the folder that it is unpacked into.
@@ -131,11 +133,13 @@ class Allowance {
 /// Whether the member has only what a Mac knows of another member; "Compress" of its Finder adds these.
 bool isMacMetadata(std::string_view name) { return name == "__MACOSX" || name.starts_with("__MACOSX/"); }
 
-/// The error of the system's last call, and whether it is the machine's: the archive's names cause the other errors.
+/// The reason why the last system call failed. Errors that no name in the archive can cause come from the folder for
+/// temporary files.
 std::string problemOfCall() {
+  constexpr std::array kOfFolder = {ENOSPC, EDQUOT, EFBIG, EACCES, EPERM, EROFS, EIO};
   const int error = errno;
-  const bool isOfName = error == EEXIST || error == ENOTDIR || error == EISDIR || error == ENAMETOOLONG;
-  return std::strerror(error) + std::string(isOfName ? "" : " in the folder for temporary files");
+  const bool isOfFolder = std::find(kOfFolder.begin(), kOfFolder.end(), error) != kOfFolder.end();
+  return std::strerror(error) + std::string(isOfFolder ? " in the folder for temporary files" : "");
 }
 
 /// Creates the folders of a path below an existing folder. They are counted, since two bytes of a name ("a/") are
@@ -227,7 +231,10 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
   const Archive archive(archive_read_new(), &archive_read_free);
   // Only by its list of members: without it, a file of a damaged archive could be missing.
   archive_read_support_format_zip_seekable(archive.get());
-  if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) return problemOf(archive);
+  if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) {
+    const int error = archive_errno(archive.get());
+    return error > 0 ? std::strerror(error) : problemOf(archive);
+  }
 
   if (::mkdir(folder.c_str(), 0700) != 0) return problemOfCall();
   // Holes, which take no place, do not count.

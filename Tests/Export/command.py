@@ -83,6 +83,7 @@ def prepare():
     packed("Accents.kvdx.zip", {f"Pl\u00e4n.kvdx/{name}": text for name, text in inside.items()})
     packed("Old.kvdx.zip", {"__TOC.xml": CONTENTS.replace("P.xml", "Pl\u00e4n.xml"), "Pl#n.xml": plan()})
     old = pathlib.Path("Old.kvdx.zip")
+    pathlib.Path("Other.kvdx.zip").write_bytes(old.read_bytes().replace(b"Pl#n", b"Pl\xe4n"))  # Latin-1
     old.write_bytes(old.read_bytes().replace(b"Pl#n", b"Pl\x84n"))  # code page 437
     packed("Nested.kvdx.zip", {"P.kvdx": pathlib.Path("Flat.kvdx.zip").read_bytes()})
     packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
@@ -121,7 +122,7 @@ ROWS = [
     (["Plan.kvdx", "-o", "out"], 0, "Plan.xml: ", ["out/Plan.xml"]),
     (["Plan.kvdx", "-o", "taken.xml"], 0, "taken-1.xml: ", ["taken-1.xml"]),
     (["--overwrite", "Plan.kvdx", "-o", "taken.xml"], 0, "taken.xml: ", []),
-    (["--overwrite", "Beside.kvdx"], 1, "'.*/Beside.xml' could not be written: A folder has this name", []),
+    (["--overwrite", "Beside.kvdx"], 1, "'.*/Beside.xml' could not be written: A folder(.|\n)*Remove the folder", []),
     (["--overwrite", "--check", "Beside.kvdx"], 1, "A folder has this name", []),
     (["--check", "Plan.kvdx", "-o", "/proc/plan.xml"], 1, "could not be written", []),
     (["Full.kvdx"], 0, "Full-2.xml: ", ["Full-2.xml"]),
@@ -167,6 +168,7 @@ ROWS = [
     (["Mac.kvdx.zip"], 0, "Mac.xml: 2 tasks", ["Mac.xml"]),
     (["Accents.kvdx.zip"], 0, "Accents.xml: 2 tasks", ["Accents.xml"]),
     (["Old.kvdx.zip"], 0, "Old.xml: 2 tasks", ["Old.xml"]),
+    (["Other.kvdx.zip"], 1, "were read in code page 437", []),
     (["Nested.kvdx.zip"], 1, "it holds 0 bundles; one is expected", []),
     (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
     (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
