@@ -198,11 +198,13 @@ TEST(XMLTreeTest, References) {
 TEST(XMLTreeTest, Repairs) {
   const std::string parameters = numbered(" a{}='>'", 1001);
   expectOutcomes({
+      {__LINE__, read, "<a><![CDATA[" + parameters + "]]><b></a>", "guessed " + parameters},
       {__LINE__, read, "<a>" + parameters + "<b></a>", "guessed " + parameters},
       {__LINE__, read, "<a" + parameters + "><b></a>", "none: line 1: Start-end tags mismatch"},
       {__LINE__, read, "<a><b>x</c>y</a>", "guessed xy"},
       {__LINE__, read, "<a>x</a> <!-- y --> <a>z</a>", "guessed x"},
       {__LINE__, read, {"<a>x</a>\0<a>y</a>", 17}, "guessed x"},
+      {__LINE__, read, {"<a>x</a>\0\n\0", 11}, "x"},
       {__LINE__, read, "<!-- x --><a>x</a> <!-- y -->", "x"},
       {__LINE__, read, "<a>1 < 2 & ]]> <!x> <b>3</a>", "guessed 1 < 2 & ]]> <!x> 3"},
       {__LINE__, read, "<?xml version='1.0'><a>x</a>", "guessed x"},

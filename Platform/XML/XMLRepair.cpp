@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -25,11 +23,26 @@ void* noting(void* memory) {
   return memory;
 }
 
+/// The functions by which the library gets its memory; the program may have chosen others than malloc() and the like.
+struct MemoryFunctions {
+  xmlFreeFunc give = nullptr;
+  xmlMallocFunc take = nullptr;
+  xmlReallocFunc change = nullptr;
+  xmlStrdupFunc copy = nullptr;
+
+  MemoryFunctions() { xmlMemGet(&give, &take, &change, &copy); }
+};
+
+const MemoryFunctions& functionsBefore() {
+  static const MemoryFunctions functions;
+  return functions;
+}
+
 void noteLackOfMemory() {
   static const int isSet = xmlMemSetup(
-      &std::free, [](std::size_t size) { return noting(std::malloc(size)); },
-      [](void* before, std::size_t size) { return noting(std::realloc(before, size)); },
-      [](const char* text) { return static_cast<char*>(noting(::strdup(text))); });
+      functionsBefore().give, [](std::size_t size) { return noting(functionsBefore().take(size)); },
+      [](void* before, std::size_t size) { return noting(functionsBefore().change(before, size)); },
+      [](const char* text) { return static_cast<char*>(noting(functionsBefore().copy(text))); });
   static_cast<void>(isSet);
   lacksMemory = false;
 }
@@ -133,6 +146,9 @@ xmlSAXHandler handler() {
   return calls;
 }
 
+/// Comments, CDATA sections and processing instructions.
+bool startsMarkupWithoutAttributes(std::string_view text) { return text.starts_with("<!") || text.starts_with("<?"); }
+
 /// An upper bound for the number of attributes of any tag: the values that begin with `="` between its "<" and ">". The
 /// parser ends a tag there or earlier, however malformed it is, and no value may contain "<".
 std::size_t mostAttributes(std::string_view text) {
@@ -141,10 +157,11 @@ std::size_t mostAttributes(std::string_view text) {
   bool isInTag = false;
   char quote = '\0';  // of the value that is open
   char previous = '\0';
-  for (const char c : text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
     if (c == '<') {
       count = 0;
-      isInTag = true;
+      isInTag = !startsMarkupWithoutAttributes(text.substr(at));
       quote = '\0';
     } else if (!isInTag || c == ' ' || c == '\t' || c == '\r' || c == '\n') {
       continue;

@@ -60,6 +60,12 @@ void print(pugi::xml_node node, std::string& to) {
   node.print(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
 }
 
+/// The parser stops at a NUL behind the root without an error.
+bool hasTextBehindNUL(std::string_view bytes) {
+  constexpr std::string_view kNothing("\0 \t\r\n", 5);
+  return bytes.find_first_not_of(kNothing, bytes.find('\0')) != std::string_view::npos;
+}
+
 bool hasElementBehind(pugi::xml_node node) {
   do {
     node = node.next_sibling();
@@ -154,9 +160,7 @@ Document::~Document() = default;
 
 Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
-  // The parser ends at a NUL behind the root.
-  const bool hasNUL = bytes.find('\0') != std::string::npos;
-  if (hasNUL || !isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType)
+  if (hasTextBehindNUL(bytes) || !isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType)
     return readMended(bytes);
   auto document = std::make_unique<Document>();
   const std::size_t size = bytes.size();
