@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "Conform/Completion.h"
 #include "Conform/Plan.h"
 #include "Conform/Readings.h"
 #include "Conform/Report.h"
@@ -94,8 +95,6 @@ constexpr Field kResourceFields[] = {
     {"note", Kind::kText},
     {"user-data", Kind::kText},
 };
-
-constexpr xml::Query kProgress[] = {"effort-done", "completion-percentage"};
 
 constexpr Field kLinkFields[] = {{"lead-time", Kind::kNumber}};
 
@@ -195,11 +194,13 @@ class Doubts {
     }
   }
 
+  /// The percentage counts only when the efforts say nothing.
   void checkProgress(xml::Node task) {
-    for (const xml::Query& query : kProgress) {
-      const std::string_view text = singleObjectForXQuery(task, query).stringView();
-      if (platform::doubleValue(text) < 0) warn("{} '{}' is negative, 0 is taken", query.name(), text);
-    }
+    const std::string_view done = singleObjectForXQuery(task, "effort-done").stringView();
+    if (platform::integerValue(done) < 0) warn("effort-done '{}' is negative, it counts as 0", done);
+    const std::string_view share = singleObjectForXQuery(task, "completion-percentage").stringView();
+    if (platform::doubleValue(share) < 0 && Completion::ofTask(task).done == 0)
+      warn("completion-percentage '{}' is negative, it counts as 0", share);
   }
 
   /// The children of a group are exported, and the pieces of a split task, as part of this.
@@ -291,7 +292,7 @@ class Doubts {
       const xml::Node found = singleObjectForXQuery(object, field.query, &error);
       if (!found) continue;
       if (error) warn("there is more than one {}, {}", field.name(), field.whenTwice);
-      // The text of a note or user data has to be put together from many elements.
+      // Notes and user data are not checked, and putting their text together takes time.
       if (field.kind != Kind::kText) checkText(field, found.stringView());
     }
   }
