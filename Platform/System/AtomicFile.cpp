@@ -152,8 +152,7 @@ AtomicFile::Outcome AtomicFile::linkInsteadOfRenaming(const std::string& target)
   return isNameTaken(target) ? Outcome::kTargetExists : renameOverPlaceholder(target);
 }
 
-/// For file systems that have no links, either: first creates an empty file, which reserves the name, then
-/// replaces that.
+/// For file systems without links as well: first creates an empty file to reserve the name, then replaces it.
 AtomicFile::Outcome AtomicFile::renameOverPlaceholder(const std::string& target) {
   const Descriptor placeholder(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (!placeholder.isOpen()) return errno == EEXIST ? Outcome::kTargetExists : fail();

@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kReading = O_RDONLY | O_CLOEXEC;
 
-/// Whether a write to a pipe that does not block may be tried again: waits until there is room. Any program that has
-/// the pipe open can make it one that does not block.
+/// After a failed write: if the pipe was full, waits until there is room. Returns whether to write again. Any program
+/// that has the pipe open can make it non-blocking.
 bool waitsForRoom(int descriptor) {
   pollfd waiting = {descriptor, POLLOUT, 0};
   return (errno == EAGAIN || errno == EWOULDBLOCK) && (::poll(&waiting, 1, -1) == 1 || errno == EINTR);
@@ -34,7 +34,9 @@ Descriptor Descriptor::besideStandardStreams(int number) {
 Descriptor Descriptor::forReading(const std::string& path) {
   Descriptor file(::open(path.c_str(), kReading | O_NONBLOCK));
   if (file.isOpen() || errno != EWOULDBLOCK) return file;
-  return Descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC)).reopenedForReading();
+  file = Descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC)).reopenedForReading();
+  if (!file.isOpen()) errno = EWOULDBLOCK;
+  return file;
 }
 
 Descriptor Descriptor::reopenedForReading() const {

@@ -23,7 +23,8 @@ NewFile writeOver(const std::string& path, const Append& append) {
   if (isFolder(path)) return {path, kIsFolder};
   AtomicFile file(path);
   append(file);
-  // A file that replaces none does not need a temporary name, which some folders would keep.
+  // Tries without replacing first, because that needs no temporary name. In an append-only folder, that name could not
+  // be removed.
   AtomicFile::Outcome outcome = file.commit(path);
   if (outcome == AtomicFile::Outcome::kTargetExists) outcome = file.commitReplacing(path);
   switch (outcome) {

@@ -84,7 +84,7 @@ std::vector<MatchRange> UnicodeRegularExpression::matches(std::string_view subje
     const auto end = static_cast<std::size_t>(matcher->end64(status));
     ranges.push_back({start, end - start});
   }
-  static_cast<void>(hasFailed(status));
+  static_cast<void>(hasFailed(status));  // throws if memory ran out
   return ranges;
 }
 

@@ -9,7 +9,7 @@
 namespace platform {
 
 /// Whether an operation of ICU failed.
-/// @throws std::bad_alloc when it lacked memory: what it found by then is not all that there is.
+/// @throws std::bad_alloc when it lacked memory, because a part of the result would be taken for the whole.
 inline bool hasFailed(UErrorCode status) {
   if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
   return U_FAILURE(status) != 0;
