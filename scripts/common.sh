@@ -64,10 +64,8 @@ build_preset() (
   ensure_packages "${PACKAGES[@]}"
   cd "$ROOT"
   exec 9<.
-  if ! flock -n 9; then
-    echo "Waiting for another build ..." >&2
-    flock 9 || true # some network file systems have no locks
-  fi
+  # Status 5: another build has the lock. Some network file systems have no locks.
+  flock -n -E 5 9 2>/dev/null || [ $? -ne 5 ] || { echo "Waiting for another build ..." >&2 && flock 9; }
   [ -f "build/$preset/libmspdi.a" ] || echo "Building in build/$preset, which takes some minutes ..." >&2
   # A build folder that was copied together with its tree would build the sources of the original.
   if [ ! -f "build/$preset/build.ninja" ] ||

@@ -78,7 +78,7 @@ failed_bundles_are_told_and_resumed() {
   run 2 --log some-log some
   make_bundles mended some/Broken.KVDX
   touch some-log/mine.{seq,err}
-  printf '4\tloc' >>some-log/joblog # the part of a line that fits on a full disk
+  printf '4\tloc\0\0' >>some-log/joblog # what a full disk and a reset of the machine leave
   exports '3 of 3 bundles exported, 0 failed, 0 not run' --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   # Bundles that were exported are not exported again under a numbered name.
@@ -261,15 +261,21 @@ names_that_the_log_cannot_show_as_they_are() {
 }
 
 other_machines_are_reached_by_ssh() {
-  # Replaces ssh, called as "ssh MACHINE -- COMMAND": records the machine and runs the command here, in another zone.
-  printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' 'TZ=UTC exec sh -c "$*"' >ssh-stand-in
+  # Replaces ssh, called as "ssh MACHINE -- COMMAND": records the machine and runs the command here, in another zone and
+  # with another home folder.
+  printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' \
+    "exec env -u XDG_CONFIG_HOME -u MSPDI_WITHOUT_HOME HOME='$scratch/far' TZ=UTC sh -c \"\$*\"" >ssh-stand-in
+  mkdir -p far/.config
+  echo 'IncludeInputExtension = true' >far/.config/com.korvella.Korvella2.MSPExportMSPDI.toml
   chmod +x ssh-stand-in
   make_bundles Task remote/{1,2,3,4}/Plan.kvdx
   # Accounts of services have no login shell.
+  unset HOME
   SHELL=/usr/sbin/nologin PARALLEL_SSH=$scratch/ssh-stand-in TZ=Asia/Tokyo \
     run 0 --exact --sshlogin 1/alpha,1/beta --log remote-log --output brought remote
   expect_same machines $'alpha\nbeta' "$(cut -f2 remote-log/joblog | grep -v Host | sort -u)"
   expect_same 'asked for by ssh' $'alpha\nbeta' "$(sort -u machines)"
+  expect_same 'settings of the machines' 4 "$(find brought -name Plan.kvdx.xml | wc -l)"
   expect_same 'zone taken over' 4 "$(grep -rl '<Start>2026-05-04T17:00:00' brought | wc -l)"
 }
 
@@ -291,6 +297,9 @@ wrong_arguments_run_nothing() {
   refused 'inside of a bundle' --log twins/Plan.kvdx/log twins
   refused 'inside of a bundle' --output twins/Plan.kvdx/out copies
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
+  mkdir -p years/{2026,latest}/Plan.kvdx out/2026
+  ln -s 2026 out/latest
+  refused "one file: $scratch/out/2026/Plan" --output out years
   refused 'do not go with --zone' --zone UTC --exact copies
   refused 'jobs takes' --jobs 0x --log empty copies
   refused 'not empty' --log notes copies
