@@ -120,7 +120,9 @@ inline void callWithAnother(std::string_view text, std::string_view other) {
   });
   callAny([&] { return U::isWorkingDay(text, nullptr); });
   // An advance takes a step for each day, up to about 10,000 years. This is correct, but too slow to try often.
-  if (std::abs(platform::doubleValue(other)) >= 1e9) return;
+  constexpr std::int64_t kLongest = 1'000'000'000;
+  const std::int64_t seconds = platform::integerValue(other);
+  if (seconds >= kLongest || seconds <= -kLongest) return;
   callAny([&] { return U::isoDateTime(text, other, true, nullptr); });
   callAny([&] { return U::isoDateTime(text, other, false, nullptr); });
 }
