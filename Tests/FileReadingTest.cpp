@@ -114,6 +114,13 @@ TEST(FileReading, FilesLargerThanTheLimit) {
   fs::resize_file(file, kLimit + 1);
   EXPECT_EQ(platform::readFile(file, kLimit, &problem), std::nullopt);
   EXPECT_EQ(problem, "Larger than 200 KiB");
+  constexpr std::uint64_t kMore = std::uint64_t{1} << 30;
+  for (const std::string text : {"", "a"}) {  // a hole, and one behind a text
+    writeFile(file, text);
+    fs::resize_file(file, kMore);
+    EXPECT_EQ(platform::readFile(file, kMore, &problem), std::nullopt);
+    EXPECT_EQ(problem, "It consists of holes");
+  }
   // This file has more bytes than its size says, like one that grows while it is read.
   EXPECT_EQ(platform::readFile("/proc/self/status", 100, &problem), std::nullopt);
   EXPECT_EQ(problem, "Larger than 100 bytes");

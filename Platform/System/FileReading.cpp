@@ -71,11 +71,23 @@ Bytes readOpened(const Descriptor& file, const struct stat& info, std::uint64_t 
   return refused(problem, largerThan(limit));
 }
 
+/// Whether a large file has a thousandth of its size on the disk, or less. A few kilobytes could make gigabytes of
+/// NULs, which nobody writes.
+bool isMostlyHoles(const Descriptor& file, const struct stat& info) {
+  constexpr std::uint64_t kFree = std::uint64_t{64} << 20, kMostGrowth = 1000, kBlock = 512;
+  const auto size = static_cast<std::uint64_t>(info.st_size);
+  const auto present = static_cast<std::uint64_t>(info.st_blocks) * kBlock;
+  if (!S_ISREG(info.st_mode) || size <= kFree + kMostGrowth * present) return false;
+  // Some file systems do not know how many blocks a file has.
+  return present > 0 || (::lseek(file.get(), 0, SEEK_DATA) < 0 && errno == ENXIO);
+}
+
 Bytes readAny(const Descriptor& file, bool mustBeRegular, std::uint64_t limit, std::string* problem) {
   struct stat info {};
   if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return refused(problem, errno);
   if (mustBeRegular && !S_ISREG(info.st_mode)) return refused(problem, "Not a regular file");
   if (info.st_size > 0 && static_cast<std::uint64_t>(info.st_size) > limit) return refused(problem, largerThan(limit));
+  if (isMostlyHoles(file, info)) return refused(problem, "It consists of holes");
   return readOpened(file, info, limit, problem);
 }
 
