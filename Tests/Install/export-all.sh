@@ -264,7 +264,7 @@ other_machines_are_reached_by_ssh() {
   # Replaces ssh, called as "ssh MACHINE -- COMMAND": records the machine and runs the command here, in another zone and
   # with another home folder.
   printf '%s\n' '#!/bin/sh' "echo \"\$1\" >>'$scratch/machines'" 'shift 2' \
-    "exec env -u XDG_CONFIG_HOME -u MSPDI_WITHOUT_HOME HOME='$scratch/far' TZ=UTC sh -c \"\$*\"" >ssh-stand-in
+    "exec env -u XDG_CONFIG_HOME -u MSPDI_HOME HOME='$scratch/far' TZ=UTC sh -c \"\$*\"" >ssh-stand-in
   mkdir -p far/.config
   echo 'IncludeInputExtension = true' >far/.config/com.korvella.Korvella2.MSPExportMSPDI.toml
   chmod +x ssh-stand-in
