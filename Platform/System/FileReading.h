@@ -7,8 +7,8 @@
 namespace platform {
 
 // Whole files as texts. Each returns none, with the reason in `problem`, when the file cannot be read or has more bytes
-// than the limit ("Larger than 4 GiB"). When the file's size already exceeds the limit, nothing is read, and neither is a
-// file over 64 MiB of which less than a thousandth is on the disk ("It consists of holes").
+// than the limit ("Larger than 4 GiB"). When the file's size already exceeds the limit, nothing is read, and neither is
+// a file over 64 MiB of which less than a thousandth is on the disk ("It consists of holes").
 
 /// The bytes of a regular file. Anything else is refused, so that nothing blocks on a pipe or a device.
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::uint64_t limit,
