@@ -3,13 +3,14 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/sendfile.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/Random.h"
@@ -20,10 +21,8 @@ namespace {
 constexpr std::string_view kTemporaryPrefix = ".MSPDIExport-";
 
 bool isSameFile(const std::string& path, const std::string& other) {
-  struct stat one {
-  }, two{};
-  return ::lstat(path.c_str(), &one) == 0 && ::lstat(other.c_str(), &two) == 0 && one.st_dev == two.st_dev &&
-         one.st_ino == two.st_ino;
+  std::error_code ignored;
+  return std::filesystem::equivalent(path, other, ignored);
 }
 
 /// Whether the error is about the existing file at the target and not about the new one.

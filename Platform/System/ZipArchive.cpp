@@ -15,6 +15,7 @@
 #include <cstring>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "Platform/System/Descriptor.h"
 #include "Platform/System/FileSystem.h"
@@ -72,6 +73,15 @@ class PrivateMask {
   mode_t before_;
 };
 
+/// What is between the slashes of a path, and before and behind them: at least one part.
+std::vector<std::string_view> partsOf(std::string_view path) {
+  std::vector<std::string_view> parts;
+  for (std::size_t at = 0; at <= path.size(); at += parts.back().size() + 1) {
+    parts.push_back(path.substr(at, path.find('/', at) - at));
+  }
+  return parts;
+}
+
 /// A part of a member's path that is not in UTF-8, read as code page 437, in which Windows writes western letters. It
 /// is kept as it is when the decoded name would be too long for a file.
 std::string decodedPart(std::string_view part) {
@@ -86,25 +96,17 @@ std::string nameOf(archive_entry* entry, bool& isGuessed) {
   const char* name = archive_entry_pathname(entry);
   if (name == nullptr) return "";
   isGuessed = true;
-  const std::string_view path = name;
   std::string text;
-  for (std::size_t at = 0; at <= path.size();) {
-    const std::size_t end = std::min(path.find('/', at), path.size());
-    text.append(at == 0 ? "" : "/").append(decodedPart(path.substr(at, end - at)));
-    at = end + 1;
-  }
+  for (const std::string_view part : partsOf(name)) text.append(decodedPart(part)).append("/");
+  text.pop_back();
   return text;
 }
 
 /// Whether the member stays below the folder that it is unpacked into.
 bool staysInside(const std::string& name) {
   if (name.empty() || name.starts_with('/') || name.find('\0') != std::string::npos) return false;
-  for (std::size_t at = 0; at <= name.size();) {
-    const std::size_t end = std::min(name.find('/', at), name.size());
-    if (name.compare(at, end - at, "..") == 0) return false;
-    at = end + 1;
-  }
-  return true;
+  const auto parts = partsOf(name);
+  return std::find(parts.begin(), parts.end(), "..") == parts.end();
 }
 
 /// How much the archive may still unpack to. Each operation returns what limit is exceeded; none when all is well.

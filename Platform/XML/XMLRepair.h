@@ -7,11 +7,11 @@ namespace xml {
 
 /// A malformed document made readable: the elements, attributes and texts that a recovering parser sees in it, as
 /// well-formed UTF-8. Names stay as written, prefixes included.
+/// The first call replaces the functions by which libxml2 gets memory in this process: they call those before, and note
+/// failures.
 /// @param text the document as mendedText() gives it.
 /// @return none when no element is found, or when a tag seems to have more than 1000 attributes: the parser compares
 /// each pair of them, which would take too long.
-/// The first call replaces the functions by which libxml2 gets memory in this process: they call those before, and note
-/// failures.
 /// @throws std::bad_alloc when there is too little memory, rather than returning a part of the document.
 [[nodiscard]] std::optional<std::string> repaired(const std::string& text);
 
