@@ -119,12 +119,13 @@ conforming_copies_are_made_beside_the_exports() {
 
 any_name_is_exported() {
   local name number=0
-  # shellcheck disable=SC1003,SC2016 # not expanded on purpose
   # Quoted, two such paths are longer than parallel's commands may be.
   local long
   long=$(printf '%.0sж' {1..120})
-  local names=("$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/long" "it's" 'quo"te' '*' '[a-z]' '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\'
-    '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
+  # shellcheck disable=SC1003,SC2016 # not expanded on purpose
+  local names=("$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/$long/long" "it's" 'quo"te' '*' '[a-z]'
+    '-dash' ' blanks ' '$(touch run)' '; touch run' '{}' '{= die =}' 'back\' '\0101' 'x&y' '%s' '~' '.hidden' case CASE ü
+    $'\xff' $'two\nlines' $'end\n' $'\e[31m\x01\x7f' "$(printf 'n%.0s' {1..250})"
     $'7\t:\t1\t1\t0\t0\t0\t0\tas\n8\t:\t1\t1\t0\t0\t0\t0\tin the job log')
   for name in "${names[@]}"; do
     make_bundles "Task $((number += 1))" ./-in/$'{1}\n'/"$name.kvdx"
