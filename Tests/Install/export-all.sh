@@ -78,7 +78,9 @@ failed_bundles_are_told_and_resumed() {
   run 2 --log some-log some
   make_bundles mended some/Broken.KVDX
   touch some-log/mine.{seq,err}
-  printf '4\tloc\0\0' >>some-log/joblog # what a full disk and a reset of the machine leave
+  # What a clock that is set back, a full disk and a reset of the machine leave.
+  sed -i '2,$s/ [0-9.]*/ -3599.9/' some-log/joblog
+  printf '4\tloc\0\0' >>some-log/joblog
   exports '3 of 3 bundles exported, 0 failed, 0 not run' --jobs +1 --log some-log --resume
   expect_same 'files of the user' 'some-log/mine.err some-log/mine.seq' "$(echo some-log/*.{err,seq})"
   # Bundles that were exported are not exported again under a numbered name.
@@ -225,6 +227,7 @@ ended_runs_are_resumed_alone_and_make_nothing_twice() {
     done
     expect_same 'resumed run' '2 of 2 bundles exported, 0 failed, 0 not run' "$(cat counts)"
     expect_same outputs $'First.xml\nSecond.xml' "$(ls -A "out-$end")"
+    expect_same 'left in the logs' '' "$(find "log-$end" -name '.*')"
     rm hangs
   done
   # Without --log, the temporary folder goes as well, also when no trap knows the signal.
@@ -289,6 +292,7 @@ a_file_that_did_not_arrive_is_a_failure() {
 
 wrong_arguments_run_nothing() {
   mkdir -p empty notes twins/{Plan.kvdx,Plan.KVDX} copies/{Plan,'Plan (conforming)'}.kvdx
+  mkdir -p copies-1/{Plan,'Plan (conforming)-1'}.kvdx
   echo mine >notes/joblog
   for arguments in '' '--job 3 empty' --output '--output= empty' absent.kvdx empty --resume '--log empty --resume'; do
     # shellcheck disable=SC2086
@@ -298,6 +302,8 @@ wrong_arguments_run_nothing() {
   refused 'inside of a bundle' --log twins/Plan.kvdx/log twins
   refused 'inside of a bundle' --output twins/Plan.kvdx/out copies
   refused "one file: $scratch/copies/Plan (conforming)" --conform copies
+  refused "one file: $scratch/copies-1/Plan (conforming)-1" --conform copies-1
+  refused 'lie in the folder for the logs' --log logs --output logs copies
   mkdir -p years/{2026,latest}/Plan.kvdx out/2026
   ln -s 2026 out/latest
   refused "one file: $scratch/out/2026/Plan" --output out years
