@@ -5,6 +5,8 @@
 #include <unicode/utext.h>
 
 #include <array>
+#include <cerrno>
+#include <new>
 
 #include "Platform/System/Exceptions.h"
 #include "Platform/Text/Status.h"
@@ -41,7 +43,12 @@ PosixRegularExpression::~PosixRegularExpression() = default;
 
 std::vector<MatchRange> PosixRegularExpression::match(const std::string& subject) const {
   std::vector<regmatch_t> slots(compiled_->regex.re_nsub + 1);
-  if (regexec(&compiled_->regex, subject.c_str(), slots.size(), slots.data(), 0) != 0) return {};
+  errno = 0;
+  if (regexec(&compiled_->regex, subject.c_str(), slots.size(), slots.data(), 0) != 0) {
+    // The C library returns "no match" for a lack of memory, too.
+    if (errno == ENOMEM) throw std::bad_alloc();
+    return {};
+  }
   std::vector<MatchRange> ranges;
   ranges.reserve(slots.size());
   for (const regmatch_t& slot : slots) {
