@@ -13,6 +13,16 @@ namespace {
 constexpr const char* kMachine = "machine";
 constexpr const char* kNoZoneData = "this machine has no time zone data (the package tzdata)";
 
+/// The zone of this machine, which was asked for. Without its data, the C library uses UTC.
+ZoneChoice machineZone() {
+  const TimeZone& zone = TimeZone::system();
+  if (zone.isKnown()) return {zone.name(), "", ""};
+  const bool hasData = !TimeZone::names().empty();
+  return {zone.name(), "",
+          fmt::format("{}, so dates are those of {}", hasData ? "this machine's time zone is not known" : kNoZoneData,
+                      zone.name())};
+}
+
 ZoneChoice requestedZone(const std::string& name) {
   if (!TimeZone(name).isKnown()) {
     if (TimeZone::names().empty()) conform::fail(kNoZoneData);
@@ -23,7 +33,7 @@ ZoneChoice requestedZone(const std::string& name) {
 }
 
 /// The first zone that fits the plan, trying this machine's zone before all others; empty when none fits.
-std::string fittingZone(const conform::PlanZone& plan) {
+std::string fittingZone(conform::PlanZone& plan) {
   const TimeZone& machine = TimeZone::system();
   return plan.countOfOthers(machine) == 0 ? machine.name() : plan.firstFitting();
 }
@@ -32,9 +42,9 @@ std::string fittingZone(const conform::PlanZone& plan) {
 
 ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
   if (!requested.empty() && requested != kMachine) return requestedZone(requested);
-  const std::string machine = TimeZone::system().name();
-  if (requested == kMachine) return {machine, "", ""};
+  if (requested == kMachine) return machineZone();
 
+  const std::string machine = TimeZone::system().name();
   conform::PlanZone plan(scenario);
   std::string fitting = fittingZone(plan);
   if (fitting.empty() && plan.leaveOutUTC()) fitting = fittingZone(plan);
@@ -43,10 +53,13 @@ ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
     return {machine, "", fmt::format("{}, so dates are those of {}", kNoZoneData, machine)};
   }
   if (fitting.empty()) {
+    const std::string cause = plan.unreadableZone().empty()
+                                  ? "several people may have worked on the plan"
+                                  : fmt::format("the data of {} could not be read", plan.unreadableZone());
     return {machine, "",
             fmt::format("{} of {} dates have other offsets than {}, this machine's zone, and no zone has all of them: "
-                        "several people may have worked on the plan. --zone NAME chooses another zone",
-                        plan.countOfOthers(TimeZone::system()), plan.count(), machine)};
+                        "{}. --zone NAME chooses another zone",
+                        plan.countOfOthers(TimeZone::system()), plan.count(), machine, cause)};
   }
   TimeZone::setSystem(fitting);
   return {fitting, fmt::format("Dates are those of {}, where the plan was made (this machine: {}).", fitting, machine),

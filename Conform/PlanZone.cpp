@@ -156,14 +156,15 @@ bool PlanZone::fits(const platform::TimeZone& zone) const {
   });
 }
 
-std::string PlanZone::firstFitting() const {
+std::string PlanZone::firstFitting() {
   if (dates_.empty()) return "";
   const auto isFitting = [this](std::string_view name) {
     const platform::TimeZone zone{std::string(name)};
     try {
       return zone.isKnown() && fits(zone);
     } catch (const platform::Exception&) {
-      return false;  // the zone's file cannot be loaded
+      unreadable_ = name;
+      return false;
     }
   };
   const auto* first = std::find_if(kFirstZones.begin(), kFirstZones.end(), isFitting);

@@ -33,7 +33,9 @@ class PlanZone {
   [[nodiscard]] std::size_t countOfOthers(const platform::TimeZone& zone) const;
   /// The first zone that fits all dates: UTC, then those in which most people live, then every other one of the
   /// system's zone data in alphabetical order. Empty when none fits, as when several authors worked in several zones.
-  [[nodiscard]] std::string firstFitting() const;
+  [[nodiscard]] std::string firstFitting();
+  /// A zone that firstFitting() could not try, because its data cannot be read; empty when there was none.
+  [[nodiscard]] const std::string& unreadableZone() const { return unreadable_; }
 
  private:
   /// Dates of one instant and offset. A plan has the same few times of day over and over.
@@ -50,6 +52,7 @@ class PlanZone {
 
   std::vector<Date> dates_;
   std::size_t count_ = 0;
+  std::string unreadable_;
 };
 
 }  // namespace conform

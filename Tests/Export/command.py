@@ -181,8 +181,8 @@ def files():
             if name.endswith((".xml", ".html"))}
 
 
-def options():
-    return {"env": {**os.environ, "TZ": "UTC", "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C",
+def options(zone="UTC"):
+    return {"env": {**os.environ, "TZ": zone, "TMPDIR": os.path.abspath("tmp"), "LC_ALL": "C",
                     "HOME": os.path.abspath("out")}, "text": True}
 
 
@@ -190,8 +190,9 @@ def start(arguments, **more):
     return subprocess.Popen([PROGRAM, *arguments], **options(), **more)
 
 
-def run(arguments, stdout=subprocess.PIPE, **more):
-    return subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE, timeout=60, **options(), **more)
+def run(arguments, stdout=subprocess.PIPE, zone="UTC", **more):
+    return subprocess.run([PROGRAM, *arguments], stdout=stdout, stderr=subprocess.PIPE, timeout=60, **options(zone),
+                          **more)
 
 
 def judge_json(faults):
@@ -252,6 +253,12 @@ def judge_ends(faults):
             faults.append(f"{victim} ended by {number}: status {process.returncode}, left {os.listdir('tmp')}")
 
 
+def judge_unknown_machine(faults):
+    result = run(["--check", "--zone=machine", "Plan.kvdx"], zone="Nowhere/Land")
+    if "this machine's time zone is not known, so dates are those of UTC" not in result.stderr:
+        faults.append(f"--zone machine, which is not known: {result}")
+
+
 def judge_ignored_children(faults):
     """Whoever starts the command may ignore SIGCHLD, and then the system does not keep how a child ended."""
     result = run(["--check", "many"], preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
@@ -296,7 +303,7 @@ def main():
                 pathlib.Path(name).unlink()
         if os.listdir("tmp"):
             faults.append(f"left behind: {os.listdir('tmp')}")
-        for judge in (judge_json, judge_ends, judge_ignored_children, judge_streams, judge_lack_of_memory):
+        for judge in (judge_json, judge_ends, judge_unknown_machine, judge_ignored_children, judge_streams, judge_lack_of_memory):
             judge(faults)
         os.chdir("/")
     print("\n".join(faults))
