@@ -63,8 +63,9 @@ std::string readAll(int descriptor) {
   }
 }
 
-[[noreturn]] void beChild(int answer, const std::function<ChildResult()>& work) {
-  ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends the child when the parent dies
+[[noreturn]] void beChild(pid_t parent, int answer, const std::function<ChildResult()>& work) {
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);           // ends the child when the parent dies
+  if (::getppid() != parent) ::_exit(SIGTERM);  // it has died already
   catchUp();
   const ChildResult result = work();
   static_cast<void>(writeAll(answer, result.said));  // fails only if the parent is gone, which then needs no answer
@@ -89,8 +90,9 @@ ChildResult runInChild(const std::function<ChildResult()>& work) {
   std::signal(SIGCHLD, SIG_DFL);
   const Descriptor reader = Descriptor::besideStandardStreams(ends[0]);
   Descriptor writer = Descriptor::besideStandardStreams(ends[1]);
+  const pid_t parent = ::getpid();
   const pid_t child = ::fork();
-  if (child == 0) beChild(writer.get(), work);
+  if (child == 0) beChild(parent, writer.get(), work);
   writer = Descriptor();
   childUnderWay = child;
   if (child > 0 && caughtSignal != 0) ::kill(child, caughtSignal);  // a signal that arrived before the child existed
