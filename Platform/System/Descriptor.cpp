@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace platform {
@@ -43,6 +44,19 @@ Descriptor Descriptor::reopenedForReading() const {
   struct stat info {};
   if (!isOpen() || ::fstat(number_, &info) != 0) return {};
   return Descriptor(::open(link().c_str(), S_ISREG(info.st_mode) ? kReading : kReading | O_NONBLOCK));
+}
+
+std::uint64_t Descriptor::dataSize(std::uint64_t enough) const {
+  std::uint64_t size = 0;
+  off_t end = 0;
+  while (size < enough) {
+    const off_t begin = ::lseek(number_, end, SEEK_DATA);
+    if (begin < 0 && errno == ENXIO) break;  // there is nothing but holes
+    end = begin < 0 ? -1 : ::lseek(number_, begin, SEEK_HOLE);
+    size = end < 0 ? enough : size + static_cast<std::uint64_t>(end - begin);
+  }
+  ::lseek(number_, 0, SEEK_SET);
+  return std::min(size, enough);
 }
 
 std::string Descriptor::link() const { return "/proc/self/fd/" + std::to_string(number_); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,6 +32,9 @@ class Descriptor {
 
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int get() const { return number_; }
+  /// How many bytes of a regular file are not in holes, counted up to `enough`. Unlike the number of its blocks, this
+  /// is right at once after the file was written. A file system that knows no holes has none.
+  [[nodiscard]] std::uint64_t dataSize(std::uint64_t enough) const;
   /// A path that leads to the open file even when that has no name: "/proc/self/fd/3". Works only where /proc is
   /// mounted.
   [[nodiscard]] std::string link() const;

@@ -240,9 +240,7 @@ std::optional<std::string> unpackZipArchive(const std::string& path, const std::
 
   if (::mkdir(folder.c_str(), 0700) != 0) return problemOfCall();
   // Holes, which take no place, do not count.
-  constexpr std::uint64_t kBlock = 512;
-  Allowance allowance(
-      std::min(static_cast<std::uint64_t>(info.st_size), static_cast<std::uint64_t>(info.st_blocks) * kBlock));
+  Allowance allowance(Descriptor::forReading(path).dataSize(static_cast<std::uint64_t>(info.st_size)));
   archive_entry* entry = nullptr;
   for (;;) {
     const int result = archive_read_next_header(archive.get(), &entry);
