@@ -158,6 +158,19 @@ TEST(BadInput, OneDocumentNamedAgainAndAgain) {
   Place(plan, comparing(repeated(names, 45))).expect(0, "", "<Number>89</Number>");
 }
 
+/// Only the last of several edited scenarios is exported; together, the trees of all would take over 1 GB.
+TEST(BadInput, ManyEditedScenarios) {
+  const std::string small = repeated("<q/>", 125'000);
+  Place place(
+      scenario(task("t1", "<title>last</title>")),
+      comparing("<scenario id='s1' filename='0.xml'/>" + numbered("<scenario id='s1' filename='{}.xml'/>", 150) +
+                "<scenario id='s1' filename='Plan.xml'/>"));
+  writeFile(place.folder / "B.kvdx/0.xml", scenario(task("t1") + small));
+  for (int i = 1; i < 150; ++i)
+    fs::create_hard_link(place.folder / "B.kvdx/0.xml", place.folder / fmt::format("B.kvdx/{}.xml", i));
+  place.expect(0, "", "<Name>last</Name>");
+}
+
 TEST(BadInput, DocumentsAreToldInTheOrderOfTheirList) {
   const auto read = [](const std::string& first, const std::string& second, const std::string& bytes) {
     return Place(bytes, comparing(first + second)).complaints("B.kvdx").log;

@@ -21,8 +21,8 @@ TEST(BudgetTest, EndsWhereTheDocumentsSay) {
     const std::size_t ofNothing = Budget::allowance(0);
     EXPECT_EQ(failureOfSpending(ofNothing), "");
     for (int i = 0; i < 2; ++i) EXPECT_TRUE(xml::Document::parse("<a>" + std::string(kMB, '&') + "</a>"));
-    EXPECT_EQ(failureOfSpending(Budget::allowance(2 * kMB) - ofNothing), "");
-    const std::string failure = failureOfSpending(kMB);
+    EXPECT_EQ(failureOfSpending(Budget::allowance(2 * kMB) - ofNothing - 4 * kMB), "");  // the documents take 3 MB
+    const std::string failure = failureOfSpending(4 * kMB);
     EXPECT_TRUE(failure.starts_with("The export grew too large: 2001 KB of documents allow for 2068 MB. ")) << failure;
   }
   EXPECT_EQ(failureOfSpending(100'000 * kMB), "");  // no export is under way
@@ -38,7 +38,7 @@ TEST(BudgetTest, IsEnoughForPlansAndLittleEnoughForMachines) {
   EXPECT_LT(Budget::allowance(50 * kMB) + 5 * 50 * kMB, 3000 * kMB);
 }
 
-/// Elements, their texts and the log must be charged; a byte of the log counts as ten.
+/// The trees of documents, elements, their texts and the log must be charged; a byte of the log counts as ten.
 TEST(BudgetTest, IsSpentByWhatTakesMemoryOrTheDisk) {
   const std::string text(kMB, 'a');
   const auto failureOfMaking = [&text](int megabytes, auto make) {
@@ -47,6 +47,13 @@ TEST(BudgetTest, IsSpentByWhatTakesMemoryOrTheDisk) {
       for (int i = 0; i < megabytes; ++i) make(text);
     });
   };
+  // Further 400 KB allow for 4 MB more, but their tree takes 6 MB.
+  const auto read = [](const std::string&) {
+    Budget::raise(3 * kMB);
+    Budget::spend(Budget::allowance(3 * kMB));
+    static_cast<void>(xml::Document::parse("<a>" + repeated("<b/>", 100'000) + "</a>"));
+  };
+  EXPECT_NE(failureOfMaking(1, read), "");
   xml::OutputDocument document;
   const xml::Element element = document.newElement("a");
   const auto build = [&element](const std::string& piece) { element.node().appendChild("b", piece); };

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -41,6 +42,22 @@ TEST(FileReading, LinksThatStayInside) {
     std::string problem;
     EXPECT_EQ(platform::readFileInside(place.inside, name, &problem), "inside") << name << problem;
   }
+}
+
+TEST(FileReading, TheSameBytesAgain) {
+  const Place place;
+  const std::string file = place.inside + "/folder/file";
+  platform::ReadAgain again;
+  EXPECT_EQ(platform::readFileInside(place.inside, "folder/file", nullptr, &again), "inside");
+  writeFile(file + ".new", "saved!");
+  fs::rename(file + ".new", file);
+  EXPECT_EQ(again(), "inside");
+  EXPECT_EQ(again(), "inside");
+  EXPECT_EQ(platform::readFileInside(place.inside, "folder/file", nullptr, &again), "saved!");
+  fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(1));
+  EXPECT_EQ(again(), std::nullopt);
+  EXPECT_EQ(platform::readFileInside(place.inside, "absent", nullptr, &again), std::nullopt);
+  EXPECT_EQ(again(), std::nullopt);
 }
 
 TEST(FileReading, FilesThatAreSwappedMeanwhile) {

@@ -47,9 +47,7 @@ MSPEMapper::MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_pt
       kvdxTOCXmlDoc_(std::move(kvdxTOCXmlDoc)),
       mspdiTemplateXmlDoc_(std::move(mspdiTemplateXmlDoc)),
       info_(info) {
-  platform::require(baselineXMLDocArray.size() <= kMaximumBaselines,
-                    "The plan is compared with {} scenarios. At most {} can be exported.", baselineXMLDocArray.size(),
-                    kMaximumBaselines);
+  requireFewBaselines(baselineXMLDocArray.size());
   initialize();
   kvdxBaselines_.reserve(baselineXMLDocArray.size());
   for (const auto& document : baselineXMLDocArray) kvdxBaselines_.emplace_back(document);
@@ -57,6 +55,11 @@ MSPEMapper::MSPEMapper(std::shared_ptr<xml::Document> kvdxXmlDoc, std::shared_pt
 }
 
 MSPEMapper::~MSPEMapper() = default;
+
+void MSPEMapper::requireFewBaselines(std::size_t count) {
+  platform::require(count <= kMaximumBaselines, "The plan is compared with {} scenarios. At most {} can be exported.",
+                    count, kMaximumBaselines);
+}
 
 void MSPEMapper::initialize() {
   static const bool done = [] {

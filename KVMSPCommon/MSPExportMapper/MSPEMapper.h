@@ -33,6 +33,11 @@ class MSPEMapper {
              const std::vector<std::shared_ptr<xml::Document>>& baselineXMLDocArray,
              std::shared_ptr<xml::Document> mspdiTemplateXmlDoc, const MSPEInfo& info);
   ~MSPEMapper();
+
+  /// Called before the compared scenarios are read, since reading thousands would take minutes.
+  /// @throws InvariantFailure when there are more than a hundred baselines.
+  static void requireFewBaselines(std::size_t count);
+
   MSPEMapper(const MSPEMapper&) = delete;
   MSPEMapper& operator=(const MSPEMapper&) = delete;
 

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <set>
+#include <utility>
 
 #include "KVMSPCommon/MSPCExtensions.h"
 #include "KVMSPCommon/MSPExportMapper/MSPEBaseline.h"
@@ -56,27 +58,36 @@ class BundleReader {
     ReadDocument& document = read(nameInBundle(bundle_, fileName));
     for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
     document.warnings.clear();
-    check(document.content != nullptr, kNoDocument);
+    check(document.isReadable, kNoDocument);
     return document.content;
   }
 
   /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
   /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
-  void readCompared(const std::set<std::string>& compared, const std::set<std::string>& plans) {
-    std::set<std::string> planPaths;
-    for (const std::string& plan : plans) planPaths.insert(pathOf(nameInBundle(bundle_, plan)));
+  void readCompared(const std::set<std::string>& compared, const std::string& plan) {
+    planPath_ = pathOf(nameInBundle(bundle_, plan));
     for (const std::string& fileName : compared) {
       const std::string name = nameInBundle(bundle_, fileName);
-      if (planPaths.contains(pathOf(name)) || documents_.contains(pathOf(name))) continue;
+      if (pathOf(name) == planPath_ || documents_.contains(pathOf(name))) continue;
       ReadDocument& document = read(name);
       if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
     }
   }
 
+  /// Reads a document that is not exported, and logs what documentNamed() would. Keeps it only if it is also needed
+  /// otherwise: a table of contents may name thousands.
+  void checkNamed(const std::string& fileName) {
+    const std::string path = pathOf(nameInBundle(bundle_, fileName));
+    const bool isNeeded = path == planPath_ || documents_.contains(path);
+    documentNamed(fileName);
+    if (!isNeeded) documents_.at(path).content.reset();
+  }
+
  private:
   struct ReadDocument {
-    MSPEXMLExporter::DocumentPointer content;  ///< null when it cannot be read at all
+    MSPEXMLExporter::DocumentPointer content;  ///< null when it cannot be read at all, or was only checked
     std::vector<std::string> warnings;         ///< not logged yet
+    bool isReadable = false;
   };
 
   [[nodiscard]] std::string pathOf(const std::string& name) const {
@@ -94,14 +105,19 @@ class BundleReader {
   [[nodiscard]] ReadDocument newXmlDocFromUrl(const std::string& name) const {
     const std::string path = platform::appendPathComponent(bundle_, name);
     std::string problem;
-    auto bytes = platform::readFileInside(bundle_, name, &problem);
+    platform::ReadAgain readAgain;
+    auto bytes = platform::readFileInside(bundle_, name, &problem, &readAgain);
     if (!bytes) return {nullptr, {fmt::format("Document '{}' could not be read: {}.", path, problem)}};
 
-    const auto again = [bundle = bundle_, name] { return platform::readFileInside(bundle, name).value_or(""); };
+    const auto again = [readAgain, path] {
+      auto same = readAgain();
+      platform::require(same.has_value(), "Document '{}' was changed while it was exported.", path);
+      return std::move(*same);
+    };
     xml::Reading reading = xml::Document::read(std::move(*bytes), again);
     if (!reading.document)
       return {nullptr, {fmt::format("Document '{}' cannot be read as XML: {}.", path, reading.problem)}};
-    ReadDocument document = {std::move(reading.document), {}};
+    ReadDocument document = {std::move(reading.document), {}, true};
     if (reading.isGuessed) {
       document.warnings = {
           fmt::format("Document '{}' is malformed or in an unusual encoding. What could be read of it is used.", path)};
@@ -110,6 +126,7 @@ class BundleReader {
   }
 
   std::string bundle_;
+  std::string planPath_;
   std::map<std::string, ReadDocument> documents_;  ///< by the paths of their files
 };
 
@@ -136,11 +153,15 @@ std::vector<Listed> listedScenarios(xml::Node project, xml::Node frontWindow) {
   return list;
 }
 
-/// The files of the scenarios with this use, each once.
-std::set<std::string> filesOf(const std::vector<Listed>& list, Listed::Use use) {
+bool isPlan(const Listed& listed) { return listed.use == Listed::Use::kPlan; }
+
+bool isBaseline(const Listed& listed) { return listed.use == Listed::Use::kBaseline; }
+
+/// The files of the compared scenarios, each once.
+std::set<std::string> filesOfBaselines(const std::vector<Listed>& list) {
   std::set<std::string> files;
   for (const Listed& listed : list) {
-    if (listed.use == use) files.insert(listed.fileName);
+    if (isBaseline(listed)) files.insert(listed.fileName);
   }
   return files;
 }
@@ -207,11 +228,16 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
 
   // The first window was the front one when the document was last saved.
   const std::vector<Listed> list = listedScenarios(project, windows.front());
-  reader.readCompared(filesOf(list, Listed::Use::kBaseline), filesOf(list, Listed::Use::kPlan));
+  MSPEMapper::requireFewBaselines(static_cast<std::size_t>(std::count_if(list.begin(), list.end(), isBaseline)));
+  // If several have the id of the edited scenario, the last one is exported.
+  const auto plan = std::find_if(list.rbegin(), list.rend(), isPlan);
+  reader.readCompared(filesOfBaselines(list), plan == list.rend() ? "" : plan->fileName);
   for (const Listed& listed : list) {
-    if (listed.use == Listed::Use::kPlan) {
+    if (isPlan(listed) && &listed == &*plan) {
       contents.plan = reader.documentNamed(listed.fileName);
-    } else if (listed.use == Listed::Use::kBaseline) {
+    } else if (isPlan(listed)) {
+      reader.checkNamed(listed.fileName);
+    } else if (isBaseline(listed)) {
       contents.baselines.push_back(reader.documentNamed(listed.fileName));
     } else {
       const xml::Attribute name = listed.scenario.attribute("name");

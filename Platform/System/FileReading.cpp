@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 
 #include "Platform/System/Descriptor.h"
 
@@ -71,15 +72,11 @@ Bytes readOpened(const Descriptor& file, const struct stat& info, std::uint64_t 
   return refused(problem, largerThan(limit));
 }
 
-/// Whether a large file has a thousandth of its size on the disk, or less. A few kilobytes could make gigabytes of
-/// NULs, which nobody writes.
+/// Whether a file over 1 MiB is nearly all holes. A few kilobytes could make gigabytes of NULs, which nobody writes.
 bool isMostlyHoles(const Descriptor& file, const struct stat& info) {
-  constexpr std::uint64_t kFree = std::uint64_t{64} << 20, kMostGrowth = 1000, kBlock = 512;
+  constexpr std::uint64_t kFree = 1 << 20, kMostGrowth = 10;
   const auto size = static_cast<std::uint64_t>(info.st_size);
-  const auto present = static_cast<std::uint64_t>(info.st_blocks) * kBlock;
-  if (!S_ISREG(info.st_mode) || size <= kFree + kMostGrowth * present) return false;
-  // Some file systems do not know how many blocks a file has.
-  return present > 0 || (::lseek(file.get(), 0, SEEK_DATA) < 0 && errno == ENXIO);
+  return S_ISREG(info.st_mode) && size > kFree && file.dataSize(size / kMostGrowth) < size / kMostGrowth;
 }
 
 Bytes readAny(const Descriptor& file, bool mustBeRegular, std::uint64_t limit, std::string* problem) {
@@ -89,6 +86,31 @@ Bytes readAny(const Descriptor& file, bool mustBeRegular, std::uint64_t limit, s
   if (info.st_size > 0 && static_cast<std::uint64_t>(info.st_size) > limit) return refused(problem, largerThan(limit));
   if (isMostlyHoles(file, info)) return refused(problem, "It consists of holes");
   return readOpened(file, info, limit, problem);
+}
+
+/// Tells the states of a file apart. Not by the time of the last change of its status, since that is another one when
+/// the file's name is given to a new file.
+struct Version {
+  off_t size;
+  std::int64_t seconds;
+  std::int64_t nanoseconds;
+
+  bool operator==(const Version&) const = default;
+};
+
+std::optional<Version> versionOf(const Descriptor& file) {
+  struct stat info {};
+  if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return std::nullopt;
+  return Version{info.st_size, info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
+}
+
+constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
+
+/// The bytes of an open file from its beginning; none when they cannot be read or are not of this version.
+Bytes readVersion(const Descriptor& file, const std::optional<Version>& version) {
+  if (!version || ::lseek(file.get(), 0, SEEK_SET) != 0) return std::nullopt;
+  Bytes bytes = readAny(file, true, kLargest, nullptr);
+  return versionOf(file) == version ? bytes : std::nullopt;
 }
 
 /// The real path of an open file; empty, with errno set, when it cannot be determined.
@@ -140,12 +162,15 @@ std::optional<std::string> readStream(const std::string& path, std::uint64_t lim
   return readAny(Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)), false, limit, problem);
 }
 
-std::optional<std::string> readFileInside(const std::string& folder, const std::string& name, std::string* problem) {
-  constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
+std::optional<std::string> readFileInside(const std::string& folder, const std::string& name, std::string* problem,
+                                          ReadAgain* again) {
   const Descriptor root(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   if (!root.isOpen()) return refused(problem, errno);
   if (name.empty() || name == "." || name.starts_with('/')) return refused(problem, kNotInside);
-  return readAny(openInside(root, name), true, kLargest, problem);
+  const auto file = std::make_shared<Descriptor>(openInside(root, name));
+  const std::optional<Version> version = versionOf(*file);
+  if (again != nullptr) *again = [file, version] { return readVersion(*file, version); };
+  return readAny(*file, true, kLargest, problem);
 }
 
 }  // namespace platform

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace platform {
 
+/// Reads the bytes of a file once more; none when that is not possible.
+using ReadAgain = std::function<std::optional<std::string>()>;
+
 // Whole files as texts. Each returns none, with the reason in `problem`, when the file cannot be read or has more bytes
 // than the limit ("Larger than 4 GiB"). When the file's size already exceeds the limit, nothing is read, and neither is
-// a file over 64 MiB of which less than a thousandth is on the disk ("It consists of holes").
+// a file over 1 MiB of which less than a tenth is not holes ("It consists of holes").
 
 /// The bytes of a regular file. Anything else is refused, so that nothing blocks on a pipe or a device.
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::uint64_t limit,
@@ -22,7 +26,9 @@ namespace platform {
 ///
 ///   readFileInside("Plan.kvdx", "Current Plan.xml", &problem)  // the file's text
 ///   readFileInside("Plan.kvdx", "../secret.xml", &problem)     // none, "Not inside the bundle"
+/// @param again set to a function that reads the same bytes once more, also when the file has been removed or another
+/// one has its name. It returns none when the file was written since. It keeps the file open.
 [[nodiscard]] std::optional<std::string> readFileInside(const std::string& folder, const std::string& name,
-                                                        std::string* problem = nullptr);
+                                                        std::string* problem = nullptr, ReadAgain* again = nullptr);
 
 }  // namespace platform

@@ -66,6 +66,11 @@ bool hasTextBehindNUL(std::string_view bytes) {
   return bytes.find_first_not_of(kNothing, bytes.find('\0')) != std::string_view::npos;
 }
 
+/// Holes of a file take no space on the disk, and are read as NULs, so these do not raise the budget.
+std::size_t countOfNULs(std::string_view bytes) {
+  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\0'));
+}
+
 bool hasElementBehind(pugi::xml_node node) {
   do {
     node = node.next_sibling();
@@ -160,13 +165,13 @@ Document::~Document() = default;
 
 Reading Document::read(std::string bytes, Source again) {
   if (bytes.empty()) return {nullptr, false, "it is empty"};
+  platform::Budget::raise(bytes.size() - countOfNULs(bytes));
   if (hasTextBehindNUL(bytes) || !isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType)
     return readMended(bytes);
   auto document = std::make_unique<Document>();
-  const std::size_t size = bytes.size();
   if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
-    return asRead(std::move(document), size, false);
+    return asRead(std::move(document), false);
   }
   document.reset();
   Reading reading = readMended(again());
@@ -174,8 +179,7 @@ Reading Document::read(std::string bytes, Source again) {
   return reading;
 }
 
-Reading Document::asRead(std::unique_ptr<Document> document, std::size_t size, bool isGuessed) {
-  platform::Budget::raise(size);
+Reading Document::asRead(std::unique_ptr<Document> document, bool isGuessed) {
   // The parser accepts several roots, of which only the first is read.
   const bool hasMore = hasElementBehind(document->tree_->root);
   return {std::move(document), isGuessed || hasMore, ""};
@@ -189,12 +193,13 @@ Reading Document::read(std::string bytes) {
 Reading Document::readMended(std::string_view bytes) {
   const MendedText mended = mendedTextOf(bytes);
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
+  platform::Budget::spend(mended.text.size());
   auto document = std::make_unique<Document>();
   const auto result = document->tree_->load(mended.text, Tree::kKeepBlanks);
-  if (result) return asRead(std::move(document), bytes.size(), mended.isGuessed);
+  if (result) return asRead(std::move(document), mended.isGuessed);
   auto text = repaired(mended.text);
   if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) {
-    return asRead(std::move(document), bytes.size(), true);
+    return asRead(std::move(document), true);
   }
   return {nullptr, false, problemOf(result, mended.text)};
 }

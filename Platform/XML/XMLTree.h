@@ -127,8 +127,7 @@ class Document {
   struct Tree;
 
   [[nodiscard]] static Reading readMended(std::string_view bytes);
-  /// Adds the document's size to the budget, and returns the reading.
-  [[nodiscard]] static Reading asRead(std::unique_ptr<Document> document, std::size_t size, bool isGuessed);
+  [[nodiscard]] static Reading asRead(std::unique_ptr<Document> document, bool isGuessed);
 
   std::unique_ptr<Tree> tree_;
 };

@@ -1,9 +1,26 @@
 #include "Platform/XML/XMLTreeInternals.h"
 
+#include <new>
 #include <utility>
+
+#include "Platform/Base/Budget.h"
 
 namespace xml {
 namespace {
+
+void* allocateCharged(std::size_t bytes) {
+  platform::Budget::spend(bytes);
+  return ::operator new(bytes);
+}
+
+/// Charges what the parser allocates while this object lives. The tree of a document can have 160 times its size.
+class ChargedParser {
+ public:
+  ChargedParser() { pugi::set_memory_management_functions(&allocateCharged, &::operator delete); }
+  ~ChargedParser() { pugi::set_memory_management_functions(&::operator new, &::operator delete); }
+  ChargedParser(const ChargedParser&) = delete;
+  ChargedParser& operator=(const ChargedParser&) = delete;
+};
 
 bool isText(pugi::xml_node node) {
   return node.type() == pugi::node_element || node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
@@ -29,6 +46,7 @@ pugi::xml_node nextBehind(pugi::xml_node element) {
 
 pugi::xml_parse_result Document::Tree::load(std::string text, unsigned options) {
   bytes = std::move(text);
+  const ChargedParser charged;
   const auto result = document.load_buffer_inplace(bytes.data(), bytes.size(), options, pugi::encoding_utf8);
   root = document.document_element();
   return result;
