@@ -68,7 +68,9 @@ bool hasTextBehindNUL(std::string_view bytes) {
 
 /// Holes of a file take no space on the disk, and are read as NULs, so these do not raise the budget.
 std::size_t countOfNULs(std::string_view bytes) {
-  return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\0'));
+  const std::size_t first = bytes.find('\0');  // takes no noticeable time, unlike counting
+  if (first == std::string_view::npos) return 0;
+  return static_cast<std::size_t>(std::count(bytes.begin() + static_cast<std::ptrdiff_t>(first), bytes.end(), '\0'));
 }
 
 bool hasElementBehind(pugi::xml_node node) {
