@@ -12,7 +12,7 @@ struct Remedy {
 };
 
 constexpr std::array kRemedies = {
-    Remedy{"was changed while", "Try again when no other program saves the plan."},
+    Remedy{"was changed", "Try again when no other program saves the plan."},
     Remedy{"Too many open files", "Raise the limit of open files (ulimit -n)."},
     Remedy{"A folder has this name", "Remove the folder, or choose another name with -o."},
     Remedy{"is protected", "Remove the old file, or choose another name with -o."},

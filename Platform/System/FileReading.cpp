@@ -106,11 +106,12 @@ std::optional<Version> versionOf(const Descriptor& file) {
 
 constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
 
-/// The bytes of an open file from its beginning; none when they cannot be read or are not of this version.
-Bytes readVersion(const Descriptor& file, const std::optional<Version>& version) {
-  if (!version || ::lseek(file.get(), 0, SEEK_SET) != 0) return std::nullopt;
-  Bytes bytes = readAny(file, true, kLargest, nullptr);
-  return versionOf(file) == version ? bytes : std::nullopt;
+/// The bytes of an open file from its beginning. None, with the reason, when they cannot be read or are not of this
+/// version: while another program overwrites the file, they are a mixture of the old ones and the new.
+Bytes readVersion(const Descriptor& file, const std::optional<Version>& version, std::string* problem) {
+  if (file.isOpen()) ::lseek(file.get(), 0, SEEK_SET);
+  Bytes bytes = readAny(file, true, kLargest, problem);
+  return !bytes || versionOf(file) == version ? bytes : refused(problem, "It was changed meanwhile");
 }
 
 /// The real path of an open file; empty, with errno set, when it cannot be determined.
@@ -169,8 +170,8 @@ std::optional<std::string> readFileInside(const std::string& folder, const std::
   if (name.empty() || name == "." || name.starts_with('/')) return refused(problem, kNotInside);
   const auto file = std::make_shared<Descriptor>(openInside(root, name));
   const std::optional<Version> version = versionOf(*file);
-  if (again != nullptr) *again = [file, version] { return readVersion(*file, version); };
-  return readAny(*file, true, kLargest, problem);
+  if (again != nullptr) *again = [file, version] { return readVersion(*file, version, nullptr); };
+  return readVersion(*file, version, problem);
 }
 
 }  // namespace platform
