@@ -13,14 +13,14 @@ namespace {
 constexpr const char* kMachine = "machine";
 constexpr const char* kNoZoneData = "this machine has no time zone data (the package tzdata)";
 
-/// The zone of this machine, which was asked for. Without its data, the C library uses UTC.
+/// The zone of this machine, which was asked for. Where it is not found, the C library uses UTC.
 ZoneChoice machineZone() {
   const TimeZone& zone = TimeZone::system();
-  if (zone.isKnown()) return {zone.name(), "", ""};
+  if (zone.isFound()) return {zone.name(), "", ""};
   const bool hasData = !TimeZone::names().empty();
   return {zone.name(), "",
           fmt::format("{}, so dates are those of {}", hasData ? "this machine's time zone is not known" : kNoZoneData,
-                      zone.name())};
+                      "UTC")};
 }
 
 ZoneChoice requestedZone(const std::string& name) {

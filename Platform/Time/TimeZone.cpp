@@ -168,7 +168,8 @@ void TimeZone::resetSystemForTesting() { systemZone().reset(); }
 TimeZone::TimeZone(const std::string& name) : tz_(name.starts_with(':') ? name.substr(1) : name) {
   const bool isHost = tz_ == kHostZoneFile;  // without that file, the machine's zone is UTC
   file_ = zoneFile(tz_);
-  isKnown_ = isHost || !file_.empty() || isPosixRule(tz_);
+  isFound_ = !file_.empty() || tz_ == "UTC" || isPosixRule(tz_);
+  isKnown_ = isHost || isFound_;
   if (!isKnown_) tz_ = "UTC";
   name_ = isHost ? hostZoneName() : std::string(shortName(tz_));
 }

@@ -46,6 +46,9 @@ class TimeZone {
   TimeZone& operator=(const TimeZone&) = delete;
 
   [[nodiscard]] bool isKnown() const { return isKnown_; }
+  /// False for an unknown zone, and for the machine's when TZ is not set and the file /etc/localtime is missing or
+  /// cannot be read: then the zone is UTC by convention.
+  [[nodiscard]] bool isFound() const { return isFound_; }
   /// The zone's name: "Europe/Berlin", also when it was given by a path; a POSIX rule unchanged; "UTC".
   [[nodiscard]] const std::string& name() const { return name_; }
 
@@ -100,6 +103,7 @@ class TimeZone {
   std::string file_;  ///< the bytes of its file; empty for a POSIX rule
   std::string name_;
   bool isKnown_ = true;
+  bool isFound_ = true;
   mutable bool isCompared_ = false;  ///< see requireFile()
   /// The spans of each block of 64 days that was needed so far. Asking the C library takes a hundred times as long.
   mutable std::unordered_map<std::size_t, std::vector<Span>> blocks_;
