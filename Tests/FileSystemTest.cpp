@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "Platform/System/FileSystem.h"
 #include "Platform/System/URL.h"
 #include "Platform/Text/Texts.h"
@@ -70,4 +72,15 @@ TEST(TextsTest, NumbersAndPieces) {
       {__LINE__, apply<&platform::isUTF8>, "\xED\xA0\x80", "false"},
       {__LINE__, apply<&platform::isUTF8>, "1234567\xC3\xA9\xC3", "false"},
   });
+}
+
+TEST(FileSystemTest, FilesOfSeveralNames) {
+  const ScratchFolder scratch;
+  for (const char* name : {"a", "b"}) writeFile(scratch / name, "same");
+  std::filesystem::create_hard_link(scratch / "a", scratch / "hard");
+  std::filesystem::create_symlink("a", scratch / "soft");
+  for (const char* name : {"hard", "soft"})
+    EXPECT_EQ(platform::identityOf(scratch / name), platform::identityOf(scratch / "a"));
+  EXPECT_NE(platform::identityOf(scratch / "b"), platform::identityOf(scratch / "a"));
+  EXPECT_EQ(platform::identityOf(scratch / "absent"), scratch / "absent");
 }

@@ -65,10 +65,10 @@ class BundleReader {
   /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
   /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
   void readCompared(const std::set<std::string>& compared, const std::string& plan) {
-    planPath_ = pathOf(nameInBundle(bundle_, plan));
+    planKey_ = keyOf(nameInBundle(bundle_, plan));
     for (const std::string& fileName : compared) {
       const std::string name = nameInBundle(bundle_, fileName);
-      if (pathOf(name) == planPath_ || documents_.contains(pathOf(name))) continue;
+      if (keyOf(name) == planKey_ || documents_.contains(keyOf(name))) continue;
       ReadDocument& document = read(name);
       if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
     }
@@ -77,10 +77,10 @@ class BundleReader {
   /// Reads a document that is not exported, and logs what documentNamed() would. Keeps it only if it is also needed
   /// otherwise: a table of contents may name thousands.
   void checkNamed(const std::string& fileName) {
-    const std::string path = pathOf(nameInBundle(bundle_, fileName));
-    const bool isNeeded = path == planPath_ || documents_.contains(path);
+    const std::string key = keyOf(nameInBundle(bundle_, fileName));
+    const bool isNeeded = key == planKey_ || documents_.contains(key);
     documentNamed(fileName);
-    if (!isNeeded) documents_.at(path).content.reset();
+    if (!isNeeded) documents_.at(key).content.reset();
   }
 
  private:
@@ -90,14 +90,17 @@ class BundleReader {
     bool isReadable = false;
   };
 
-  [[nodiscard]] std::string pathOf(const std::string& name) const {
-    // Reading an absolute name is refused, so its path is not resolved.
-    if (name.starts_with('/')) return name;
-    return platform::resolvedPath(platform::appendPathComponent(bundle_, name));
+  /// What identifies the document. Determined once for each name, since the file may be replaced meanwhile.
+  const std::string& keyOf(const std::string& name) {
+    const auto [position, isNew] = keys_.try_emplace(name, name);
+    // Reading an absolute name is refused, so the file is not looked for.
+    if (isNew && !name.starts_with('/'))
+      position->second = platform::identityOf(platform::appendPathComponent(bundle_, name));
+    return position->second;
   }
 
   ReadDocument& read(const std::string& name) {
-    const auto [position, isNew] = documents_.try_emplace(pathOf(name));
+    const auto [position, isNew] = documents_.try_emplace(keyOf(name));
     if (isNew) position->second = newXmlDocFromUrl(name);
     return position->second;
   }
@@ -126,8 +129,9 @@ class BundleReader {
   }
 
   std::string bundle_;
-  std::string planPath_;
-  std::map<std::string, ReadDocument> documents_;  ///< by the paths of their files
+  std::string planKey_;
+  std::map<std::string, std::string> keys_;        ///< by the names of their files
+  std::map<std::string, ReadDocument> documents_;  ///< by the identities of their files
 };
 
 /// A scenario that the table of contents names.

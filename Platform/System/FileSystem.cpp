@@ -1,5 +1,6 @@
 #include "Platform/System/FileSystem.h"
 
+#include <fmt/format.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -142,6 +143,12 @@ std::string resolvedPath(const std::string& path) {
   std::error_code error;
   const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
   return error ? path : resolved.string();
+}
+
+std::string identityOf(const std::string& path) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0) return resolvedPath(path);
+  return fmt::format("{} {}", info.st_dev, info.st_ino);
 }
 
 std::string pathOfSystem(const std::string& path) {
