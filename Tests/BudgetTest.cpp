@@ -38,6 +38,13 @@ TEST(BudgetTest, IsEnoughForPlansAndLittleEnoughForMachines) {
   EXPECT_LT(Budget::allowance(50 * kMB) + 5 * 50 * kMB, 3000 * kMB);
 }
 
+/// Trees that are freed while a malformed document is repaired must not count: 16 MB for each of two would be too much.
+TEST(BudgetTest, IsGivenBackWhenTreesAreFreed) {
+  const Budget budget;
+  EXPECT_TRUE(xml::Document::read("<a>" + repeated("<b/>", 250'000) + "</c>").document);
+  EXPECT_LT(Budget::spent(), 24 * kMB);
+}
+
 /// The trees of documents, elements, their texts and the log must be charged; a byte of the log counts as ten.
 TEST(BudgetTest, IsSpentByWhatTakesMemoryOrTheDisk) {
   const std::string text(kMB, 'a');

@@ -37,6 +37,11 @@ class Budget {
     }
   }
 
+  /// What was charged so far, for takeBackTo().
+  [[nodiscard]] static std::size_t spent() { return spent_; }
+  /// Takes back what was charged since spent() had this value, because all of it is freed.
+  static void takeBackTo(std::size_t spent) { spent_ = spent; }
+
  private:
   [[noreturn]] static void fail();
 

@@ -171,11 +171,13 @@ Reading Document::read(std::string bytes, Source again) {
   if (hasTextBehindNUL(bytes) || !isPlainUTF8(bytes) || refersToNoCharacter(bytes) || prologOf(bytes).hasDocumentType)
     return readMended(bytes);
   auto document = std::make_unique<Document>();
+  const std::size_t spent = platform::Budget::spent();
   if (document->tree_->load(std::move(bytes), Tree::kLeaveOutBlanks)) {
     document->tree_->again = std::move(again);
     return asRead(std::move(document), false);
   }
   document.reset();
+  platform::Budget::takeBackTo(spent);
   Reading reading = readMended(again());
   reading.isGuessed = true;
   return reading;
@@ -196,9 +198,12 @@ Reading Document::readMended(std::string_view bytes) {
   const MendedText mended = mendedTextOf(bytes);
   if (!mended.problem.empty()) return {nullptr, false, mended.problem};
   platform::Budget::spend(mended.text.size());
+  const std::size_t spent = platform::Budget::spent();
   auto document = std::make_unique<Document>();
   const auto result = document->tree_->load(mended.text, Tree::kKeepBlanks);
   if (result) return asRead(std::move(document), mended.isGuessed);
+  document = std::make_unique<Document>();
+  platform::Budget::takeBackTo(spent);
   auto text = repaired(mended.text);
   if (text && document->tree_->load(std::move(*text), Tree::kKeepBlanks)) {
     return asRead(std::move(document), true);
