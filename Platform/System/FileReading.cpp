@@ -94,14 +94,17 @@ struct Version {
   off_t size;
   std::int64_t seconds;
   std::int64_t nanoseconds;
+  bool isCoarse;  ///< the file system seems to count whole seconds, in which a file can be written again
 
-  bool operator==(const Version&) const = default;
+  bool operator==(const Version& other) const {
+    return size == other.size && seconds == other.seconds && nanoseconds == other.nanoseconds;
+  }
 };
 
 std::optional<Version> versionOf(const Descriptor& file) {
   struct stat info {};
   if (!file.isOpen() || ::fstat(file.get(), &info) != 0) return std::nullopt;
-  return Version{info.st_size, info.st_mtim.tv_sec, info.st_mtim.tv_nsec};
+  return Version{info.st_size, info.st_mtim.tv_sec, info.st_mtim.tv_nsec, info.st_ctim.tv_nsec == 0};
 }
 
 constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
@@ -170,8 +173,14 @@ std::optional<std::string> readFileInside(const std::string& folder, const std::
   if (name.empty() || name == "." || name.starts_with('/')) return refused(problem, kNotInside);
   const auto file = std::make_shared<Descriptor>(openInside(root, name));
   const std::optional<Version> version = versionOf(*file);
-  if (again != nullptr) *again = [file, version] { return readVersion(*file, version, nullptr); };
-  return readVersion(*file, version, problem);
+  Bytes bytes = readVersion(*file, version, problem);
+  if (again == nullptr || !bytes) return bytes;
+  if (version->isCoarse) {
+    *again = [kept = std::make_shared<const std::string>(*bytes)] { return *kept; };
+  } else {
+    *again = [file, version] { return readVersion(*file, version, nullptr); };
+  }
+  return bytes;
 }
 
 }  // namespace platform

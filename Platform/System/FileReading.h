@@ -27,7 +27,8 @@ using ReadAgain = std::function<std::optional<std::string>()>;
 ///   readFileInside("Plan.kvdx", "Current Plan.xml", &problem)  // the file's text
 ///   readFileInside("Plan.kvdx", "../secret.xml", &problem)     // none, "Not inside the bundle"
 /// @param again set to a function that reads the same bytes once more, also when the file has been removed or another
-/// one has its name. It returns none when the file was written since. It keeps the file open.
+/// one has its name. It returns none when the file was written since. It keeps the file open, or its bytes where the
+/// times of files are whole seconds. Not set when nothing could be read.
 [[nodiscard]] std::optional<std::string> readFileInside(const std::string& folder, const std::string& name,
                                                         std::string* problem = nullptr, ReadAgain* again = nullptr);
 

@@ -64,7 +64,7 @@ std::string readAll(int descriptor) {
 }
 
 [[noreturn]] void beChild(pid_t parent, int answer, const std::function<ChildResult()>& work) {
-  ::prctl(PR_SET_PDEATHSIG, SIGTERM);           // ends the child when the parent dies
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends the child when the parent dies
   // It has died already. A parent outside of this process's namespace of numbers has number 0.
   if (::getppid() != parent && ::getppid() != 0) ::_exit(SIGTERM);
   catchUp();
