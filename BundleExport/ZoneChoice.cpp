@@ -53,9 +53,9 @@ ZoneChoice chooseZone(xml::Node scenario, const std::string& requested) {
     return {machine, "", fmt::format("{}, so dates are those of {}", kNoZoneData, machine)};
   }
   if (fitting.empty()) {
-    const std::string cause = plan.unreadableZone().empty()
-                                  ? "several people may have worked on the plan"
-                                  : fmt::format("the data of {} could not be read", plan.unreadableZone());
+    std::string cause = "several people may have worked on the plan";
+    if (!plan.unreadableZone().empty())
+      cause += fmt::format(", or its zone is {}, whose data could not be read", plan.unreadableZone());
     return {machine, "",
             fmt::format("{} of {} dates have other offsets than {}, this machine's zone, and no zone has all of them: "
                         "{}. --zone NAME chooses another zone",

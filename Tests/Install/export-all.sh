@@ -132,8 +132,12 @@ any_name_is_exported() {
   for name in "${names[@]}"; do
     make_bundles "Task $((number += 1))" ./-in/$'{1}\n'/"$name.kvdx"
   done
-  exports "$number of $number bundles exported, 0 failed, 0 not run" --log='-log{}' --output -out -- -in
-  expect_same files $'-in\n-log{}\n-out\nerrors' "$(LC_ALL=C ls -A)"
+  # parallel removes a file of its own by a command without quotes, which would remove the files "-log" and "tmp".
+  echo mine | tee ./-log tmp >/dev/null
+  mkdir 'tmp {}'
+  TMPDIR=$scratch/'tmp {}' exports "$number of $number bundles exported, 0 failed, 0 not run" --log='-log {}' \
+    --output -out -- -in
+  expect_same files $'-in\n-log\n-log {}\n-out\nerrors\ntmp\ntmp {}' "$(LC_ALL=C ls -A)"
   expect_same outputs "$number" "$(LC_ALL=C find ./-out -name '*.xml' -printf '%P\0' | tr -dc '\0' | wc -c)"
   for name in "${!names[@]}"; do
     grep -q "<Name>Task $((name + 1))</Name>" ./-out/$'{1}\n'/"${names[name]}.xml" || fail "${names[name]@Q}"
