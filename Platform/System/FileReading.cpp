@@ -108,13 +108,14 @@ std::optional<Version> versionOf(const Descriptor& file) {
 }
 
 constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
+constexpr const char* kChanged = "It was changed meanwhile";
 
 /// The bytes of an open file from its beginning. None, with the reason, when they cannot be read or are not of this
 /// version: while another program overwrites the file, they are a mixture of the old ones and the new.
 Bytes readVersion(const Descriptor& file, const std::optional<Version>& version, std::string* problem) {
   if (file.isOpen()) ::lseek(file.get(), 0, SEEK_SET);
   Bytes bytes = readAny(file, true, kLargest, problem);
-  return !bytes || versionOf(file) == version ? bytes : refused(problem, "It was changed meanwhile");
+  return !bytes || versionOf(file) == version ? bytes : refused(problem, kChanged);
 }
 
 /// The real path of an open file; empty, with errno set, when it cannot be determined.
@@ -174,6 +175,7 @@ std::optional<std::string> readFileInside(const std::string& folder, const std::
   const auto file = std::make_shared<Descriptor>(openInside(root, name));
   const std::optional<Version> version = versionOf(*file);
   Bytes bytes = readVersion(*file, version, problem);
+  if (bytes && version->isCoarse && readVersion(*file, version, nullptr) != bytes) return refused(problem, kChanged);
   if (again == nullptr || !bytes) return bytes;
   if (version->isCoarse) {
     *again = [kept = std::make_shared<const std::string>(*bytes)] { return *kept; };
