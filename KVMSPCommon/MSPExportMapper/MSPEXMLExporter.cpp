@@ -62,6 +62,9 @@ class BundleReader {
     return document.content;
   }
 
+  /// Looks which file this is. Done for all documents before the first is read, since files may be replaced meanwhile.
+  void identify(const std::string& fileName) { keyOf(nameInBundle(bundle_, fileName)); }
+
   /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
   /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
   void readCompared(const std::set<std::string>& compared, const std::string& plan) {
@@ -90,7 +93,7 @@ class BundleReader {
     bool isReadable = false;
   };
 
-  /// What identifies the document. Determined once for each name, since the file may be replaced meanwhile.
+  /// What identifies the document, determined once for each name.
   const std::string& keyOf(const std::string& name) {
     const auto [position, isNew] = keys_.try_emplace(name, name);
     // Reading an absolute name is refused, so the file is not looked for.
@@ -232,6 +235,9 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
 
   // The first window was the front one when the document was last saved.
   const std::vector<Listed> list = listedScenarios(project, windows.front());
+  for (const Listed& listed : list) {
+    if (listed.use != Listed::Use::kNone) reader.identify(listed.fileName);
+  }
   MSPEMapper::requireFewBaselines(static_cast<std::size_t>(std::count_if(list.begin(), list.end(), isBaseline)));
   // If several have the id of the edited scenario, the last one is exported.
   const auto plan = std::find_if(list.rbegin(), list.rend(), isPlan);
