@@ -15,12 +15,10 @@ constexpr const char* kNoZoneData = "this machine has no time zone data (the pac
 
 /// The zone of this machine, which was asked for. Where it is not found, the C library uses UTC.
 ZoneChoice machineZone() {
-  const TimeZone& zone = TimeZone::system();
-  if (zone.isFound()) return {zone.name(), "", ""};
-  const bool hasData = !TimeZone::names().empty();
-  return {zone.name(), "",
-          fmt::format("{}, so dates are those of {}", hasData ? "this machine's time zone is not known" : kNoZoneData,
-                      "UTC")};
+  if (TimeZone::system().isFound()) return {TimeZone::system().name(), "", ""};
+  const char* reason = TimeZone::names().empty() ? kNoZoneData : "this machine's time zone is not known";
+  const std::string utc = TimeZone::utc().name();
+  return {utc, "", fmt::format("{}, so dates are those of {}", reason, utc)};
 }
 
 ZoneChoice requestedZone(const std::string& name) {

@@ -34,12 +34,12 @@ class MSPEMapper {
              std::shared_ptr<xml::Document> mspdiTemplateXmlDoc, const MSPEInfo& info);
   ~MSPEMapper();
 
-  /// Called before the compared scenarios are read, since reading thousands would take minutes.
-  /// @throws InvariantFailure when there are more than a hundred baselines.
-  static void requireFewBaselines(std::size_t count);
-
   MSPEMapper(const MSPEMapper&) = delete;
   MSPEMapper& operator=(const MSPEMapper&) = delete;
+
+  /// The check of the constructor, for calling before the baselines are read: reading thousands would take minutes.
+  /// @throws InvariantFailure when there are more than a hundred baselines.
+  static void requireFewBaselines(std::size_t count);
 
   /// Builds the output document: the `Project` element, with the exporter's comment as its last child. Makes no
   /// document when the plan's root is not `scenario`.

@@ -55,15 +55,8 @@ class BundleReader {
   /// was guessed or repaired, and the reason when it cannot be read at all.
   /// @throws platform::Exception when it cannot be read at all.
   MSPEXMLExporter::DocumentPointer documentNamed(const std::string& fileName) {
-    ReadDocument& document = read(nameInBundle(bundle_, fileName));
-    for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
-    document.warnings.clear();
-    check(document.isReadable, kNoDocument);
-    return document.content;
+    return told(nameInBundle(bundle_, fileName)).content;
   }
-
-  /// Looks which file this is. Done for all documents before the first is read, since files may be replaced meanwhile.
-  void identify(const std::string& fileName) { keyOf(nameInBundle(bundle_, fileName)); }
 
   /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
   /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
@@ -80,10 +73,10 @@ class BundleReader {
   /// Reads a document that is not exported, and logs what documentNamed() would. Keeps it only if it is also needed
   /// otherwise: a table of contents may name thousands.
   void checkNamed(const std::string& fileName) {
-    const std::string key = keyOf(nameInBundle(bundle_, fileName));
-    const bool isNeeded = key == planKey_ || documents_.contains(key);
-    documentNamed(fileName);
-    if (!isNeeded) documents_.at(key).content.reset();
+    const std::string name = nameInBundle(bundle_, fileName);
+    const bool isNeeded = keyOf(name) == planKey_ || documents_.contains(keyOf(name));
+    ReadDocument& document = told(name);
+    if (!isNeeded) document.content.reset();
   }
 
  private:
@@ -93,13 +86,21 @@ class BundleReader {
     bool isReadable = false;
   };
 
-  /// What identifies the document, determined once for each name.
+  /// What identifies the document. Determined once for each name, since the file may be replaced meanwhile.
   const std::string& keyOf(const std::string& name) {
     const auto [position, isNew] = keys_.try_emplace(name, name);
     // Reading an absolute name is refused, so the file is not looked for.
     if (isNew && !name.starts_with('/'))
       position->second = platform::identityOf(platform::appendPathComponent(bundle_, name));
     return position->second;
+  }
+
+  ReadDocument& told(const std::string& name) {
+    ReadDocument& document = read(name);
+    for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
+    document.warnings.clear();
+    check(document.isReadable, kNoDocument);
+    return document;
   }
 
   ReadDocument& read(const std::string& name) {
@@ -235,9 +236,6 @@ MSPEXMLExporter::Contents MSPEXMLExporter::readContents(const std::string& bundl
 
   // The first window was the front one when the document was last saved.
   const std::vector<Listed> list = listedScenarios(project, windows.front());
-  for (const Listed& listed : list) {
-    if (listed.use != Listed::Use::kNone) reader.identify(listed.fileName);
-  }
   MSPEMapper::requireFewBaselines(static_cast<std::size_t>(std::count_if(list.begin(), list.end(), isBaseline)));
   // If several have the id of the edited scenario, the last one is exported.
   const auto plan = std::find_if(list.rbegin(), list.rend(), isPlan);

@@ -303,7 +303,8 @@ def main():
                 pathlib.Path(name).unlink()
         if os.listdir("tmp"):
             faults.append(f"left behind: {os.listdir('tmp')}")
-        for judge in (judge_json, judge_ends, judge_unknown_machine, judge_ignored_children, judge_streams, judge_lack_of_memory):
+        for judge in (judge_json, judge_ends, judge_unknown_machine, judge_ignored_children, judge_streams,
+                      judge_lack_of_memory):
             judge(faults)
         os.chdir("/")
     print("\n".join(faults))
