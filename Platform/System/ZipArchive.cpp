@@ -41,6 +41,52 @@ std::string problemOf(const Archive& archive) {
   return std::string(text == nullptr ? "the archive is damaged" : trimmed(text));
 }
 
+/// The archive's file, as the library reads it. The library takes the members by their places in the file, so once it
+/// has found the first one, it goes back only when members share bytes. A small archive could have the same bytes
+/// unpacked thousands of times.
+class ArchiveFile {
+ public:
+  explicit ArchiveFile(const std::string& path) : file_(Descriptor::forReading(path)) {}
+
+  [[nodiscard]] const Descriptor& descriptor() const { return file_; }
+  /// Gives the archive this file. Returns whether it could be read.
+  bool open(const Archive& archive) {
+    archive_read_set_callback_data(archive.get(), this);
+    archive_read_set_read_callback(archive.get(), &ArchiveFile::read);
+    archive_read_set_seek_callback(archive.get(), &ArchiveFile::seek);
+    return archive_read_open1(archive.get()) == ARCHIVE_OK;
+  }
+  void expectOnlyForward() { mayGoBack_ = false; }
+  /// Whether the library went back after expectOnlyForward().
+  [[nodiscard]] bool wentBack() const { return wentBack_; }
+
+ private:
+  static la_ssize_t read(archive* archive, void* data, const void** block) {
+    auto& self = *static_cast<ArchiveFile*>(data);
+    *block = self.block_.data();
+    ssize_t size = -1;
+    do {
+      size = ::read(self.file_.get(), self.block_.data(), self.block_.size());
+    } while (size < 0 && errno == EINTR);
+    if (size < 0) archive_set_error(archive, errno, "%s", std::strerror(errno));
+    return size;
+  }
+
+  static la_int64_t seek(archive* archive, void* data, la_int64_t offset, int whence) {
+    auto& self = *static_cast<ArchiveFile*>(data);
+    const off_t before = ::lseek(self.file_.get(), 0, SEEK_CUR);
+    const off_t at = ::lseek(self.file_.get(), offset, whence);
+    if (at < before && !self.mayGoBack_) self.wentBack_ = true;
+    if (at < 0) archive_set_error(archive, errno, "%s", std::strerror(errno));
+    return at;
+  }
+
+  Descriptor file_;
+  std::array<char, kBlockSize> block_{};
+  bool mayGoBack_ = true;
+  bool wentBack_ = false;
+};
+
 /// While this object lives, the library reads names in UTF-8. In the "C" locale it gives no name that is not ASCII.
 class LocaleOfUTF8 {
  public:
@@ -226,26 +272,26 @@ bool isZipArchive(const std::string& path, std::string& problem) {
 }
 
 std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder, bool& guessesNames) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) return std::strerror(errno);
   const LocaleOfUTF8 locale;
   const PrivateMask mask;
+  ArchiveFile file(path);
+  struct stat info {};
+  if (!file.descriptor().isOpen() || ::fstat(file.descriptor().get(), &info) != 0) return std::strerror(errno);
+  // Holes, which take no place, do not count.
+  Allowance allowance(file.descriptor().dataSize(static_cast<std::uint64_t>(info.st_size)));
   const Archive archive(archive_read_new(), &archive_read_free);
   // Only by its list of members: without it, a file of a damaged archive could be missing.
   archive_read_support_format_zip_seekable(archive.get());
-  if (archive_read_open_filename(archive.get(), path.c_str(), kBlockSize) != ARCHIVE_OK) {
-    const int error = archive_errno(archive.get());
-    return error > 0 ? std::strerror(error) : problemOf(archive);
-  }
+  if (!file.open(archive)) return problemOf(archive);
 
   if (::mkdir(folder.c_str(), 0700) != 0) return problemOfCall();
-  // Holes, which take no place, do not count.
-  Allowance allowance(Descriptor::forReading(path).dataSize(static_cast<std::uint64_t>(info.st_size)));
   archive_entry* entry = nullptr;
   for (;;) {
     const int result = archive_read_next_header(archive.get(), &entry);
     if (result == ARCHIVE_EOF) return std::nullopt;
     if (result < ARCHIVE_WARN) return problemOf(archive);
+    if (file.wentBack()) return "some of its members share bytes";
+    file.expectOnlyForward();
     if (auto problem = allowance.takeMember()) return problem;
     const std::string name = nameOf(entry, guessesNames);
     if (isMacMetadata(name)) continue;

@@ -32,9 +32,9 @@ class TemporaryFolder {
 /// @param guessesNames set to true when a member's name is not in UTF-8, and its encoding was guessed.
 /// @return none when all went well; otherwise the reason in plain words, and part of the archive may be in the folder.
 /// Refused are: members that lead out of the folder or are more than 20 folders deep; links, special files and members
-/// with passwords; archives that unpack to more than 64 MB plus 200 times their size (plans shrink to between a tenth
-/// and a thirtieth), to more than 10,000 members or to more than 1000 folders, counting those that only occur in a
-/// file's name.
+/// with passwords; archives whose members share bytes; archives that unpack to more than 64 MB plus 200 times their
+/// size (plans shrink to between a tenth and a thirtieth), to more than 10,000 members or to more than 1000 folders,
+/// counting those that only occur in a file's name.
 [[nodiscard]] std::optional<std::string> unpackZipArchive(const std::string& path, const std::string& folder,
                                                           bool& guessesNames);
 

@@ -88,6 +88,10 @@ def prepare():
     packed("Nested.kvdx.zip", {"P.kvdx": pathlib.Path("Flat.kvdx.zip").read_bytes()})
     packed("Twin.kvdx.zip", {"x": "x", "x/": "", **inside})
     pathlib.Path("Cut.kvdx.zip").write_bytes(pathlib.Path("Flat.kvdx.zip").read_bytes()[:-30])
+    with zipfile.ZipFile("Sharing.kvdx.zip", "w") as archive:  # a member that lies within another one
+        for name, text in {**inside, "x": pathlib.Path("Twin.kvdx.zip").read_bytes(), "y": "y"}.items():
+            archive.writestr(name, text)
+        archive.infolist()[-1].header_offset = archive.infolist()[-2].header_offset + len("x") + 30
     with zipfile.ZipFile("Linked.kvdx.zip", "w") as archive:
         link = zipfile.ZipInfo("P.xml")
         link.external_attr = 0o120777 << 16
@@ -172,6 +176,7 @@ ROWS = [
     (["Nested.kvdx.zip"], 1, "it holds 0 bundles; one is expected", []),
     (["Twin.kvdx.zip"], 1, "member 'x/': File exists", []),
     (["Cut.kvdx.zip"], 1, "could not be unpacked", []),
+    (["Sharing.kvdx.zip"], 1, "some of its members share bytes", []),
     (["Home.kvdx.zip"], 0, "Home.xml: 2 tasks", ["Home.xml"]),
 ]
 
