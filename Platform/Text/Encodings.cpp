@@ -49,7 +49,11 @@ std::optional<std::string> encodingName(const std::string& alias) {
   const Converter converter = openConverter(alias);
   if (!converter) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
-  return ucnv_getName(converter.get(), &status);
+  const std::string name = ucnv_getName(converter.get(), &status);
+  // At each malformed byte, these converters of ICU search all bytes that follow, which takes quadratic time. No
+  // document has such an encoding: it is an old variant of Korean mail, or the clipboard's of X11.
+  const bool isSlow = name == "ISO_2022,locale=ko,version=1" || name == "x11-compound-text";
+  return isSlow ? std::nullopt : std::optional(name);
 }
 
 std::optional<DecodedText> decoded(std::string_view bytes, const std::string& encoding) {
