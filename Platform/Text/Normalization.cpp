@@ -9,9 +9,11 @@
 namespace platform {
 namespace {
 
-/// The normalized text; the text itself when the library lacks the data for the form.
+/// The normalized text; the text itself when it is too long or the library lacks the data for the form.
 std::string normalized(std::string_view text, const icu::Normalizer2* form, UErrorCode status) {
-  if (hasFailed(status)) return std::string(text);
+  // The library takes quadratic time to sort many accents behind one letter. No real name is longer than this.
+  constexpr std::size_t kMostBytes = 1024;
+  if (text.size() > kMostBytes || hasFailed(status)) return std::string(text);
   std::string result;
   icu::StringByteSink<std::string> sink(&result);
   form->normalizeUTF8(0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr, status);
