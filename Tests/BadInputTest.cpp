@@ -168,6 +168,17 @@ TEST(BadInput, ManyEditedScenarios) {
   place.expect(0, "", "<Name>last</Name>");
 }
 
+TEST(BadInput, ManyNames) {
+  const auto place = [](int count) {
+    std::string names;
+    for (int i = 0; i < count; ++i) names += "<scenario id='s1' filename='" + repeated("./", i) + "Plan.xml'/>";
+    return Place(plan("last"), comparing(names));
+  };
+  place(200).expect(0, "", "<Name>last</Name>");
+  place(201).expect(1, failed("The table of contents has too many files of the edited scenario and of compared ones. "
+                              "At most 200 can be read."));
+}
+
 TEST(BadInput, DocumentsAreToldInTheOrderOfTheirList) {
   const auto read = [](const std::string& first, const std::string& second, const std::string& bytes) {
     return Place(bytes, comparing(first + second)).complaints("B.kvdx").log;

@@ -55,17 +55,17 @@ class BundleReader {
   /// was guessed or repaired, and the reason when it cannot be read at all.
   /// @throws platform::Exception when it cannot be read at all.
   MSPEXMLExporter::DocumentPointer documentNamed(const std::string& fileName) {
-    return told(nameInBundle(bundle_, fileName)).content;
+    return told(placeOf(fileName)).content;
   }
 
   /// Reads the compared scenarios and keeps only excerpts, so that they are not in memory together with the plan. Logs
   /// nothing yet, since the log follows the order of the table of contents. A file that is also the plan stays whole.
   void readCompared(const std::set<std::string>& compared, const std::string& plan) {
-    planKey_ = keyOf(nameInBundle(bundle_, plan));
+    planKey_ = placeOf(plan).key;
     for (const std::string& fileName : compared) {
-      const std::string name = nameInBundle(bundle_, fileName);
-      if (keyOf(name) == planKey_ || documents_.contains(keyOf(name))) continue;
-      ReadDocument& document = read(name);
+      const Place& place = placeOf(fileName);
+      if (isNeeded(place)) continue;
+      ReadDocument& document = read(place);
       if (document.content) document.content = MSPEBaseline::excerpt(std::move(document.content));
     }
   }
@@ -73,10 +73,10 @@ class BundleReader {
   /// Reads a document that is not exported, and logs what documentNamed() would. Keeps it only if it is also needed
   /// otherwise: a table of contents may name thousands.
   void checkNamed(const std::string& fileName) {
-    const std::string name = nameInBundle(bundle_, fileName);
-    const bool isNeeded = keyOf(name) == planKey_ || documents_.contains(keyOf(name));
-    ReadDocument& document = told(name);
-    if (!isNeeded) document.content.reset();
+    const Place& place = placeOf(fileName);
+    const bool isKept = isNeeded(place);
+    ReadDocument& document = told(place);
+    if (!isKept) document.content.reset();
   }
 
  private:
@@ -86,26 +86,43 @@ class BundleReader {
     bool isReadable = false;
   };
 
-  /// What identifies the document. Determined once for each name, since the file may be replaced meanwhile.
-  const std::string& keyOf(const std::string& name) {
-    const auto [position, isNew] = keys_.try_emplace(name, name);
+  struct Place {
+    std::string name;  ///< in the bundle
+    std::string key;   ///< identifies the document
+  };
+
+  /// Determined once for each file name, since the file may be replaced meanwhile. There may not be many names: links
+  /// in the bundle can make the system take milliseconds for each.
+  const Place& placeOf(const std::string& fileName) {
+    const auto [position, isNew] = places_.try_emplace(fileName);
+    if (!isNew) return position->second;
+    constexpr std::size_t kMaximumNames = 200;
+    platform::require(places_.size() <= 1 + kMaximumNames,  // one is that of the table of contents
+                      "The table of contents has too many files of the edited scenario and of compared ones. At most "
+                      "{} can be read.",
+                      kMaximumNames);
+    const std::string name = nameInBundle(bundle_, fileName);
     // Reading an absolute name is refused, so the file is not looked for.
-    if (isNew && !name.starts_with('/'))
-      position->second = platform::identityOf(platform::appendPathComponent(bundle_, name));
+    position->second = {
+        name, name.starts_with('/') ? name : platform::identityOf(platform::appendPathComponent(bundle_, name))};
     return position->second;
   }
 
-  ReadDocument& told(const std::string& name) {
-    ReadDocument& document = read(name);
+  [[nodiscard]] bool isNeeded(const Place& place) const {
+    return place.key == planKey_ || documents_.contains(place.key);
+  }
+
+  ReadDocument& told(const Place& place) {
+    ReadDocument& document = read(place);
     for (const std::string& warning : document.warnings) log("WARNING: {}", warning);
     document.warnings.clear();
     check(document.isReadable, kNoDocument);
     return document;
   }
 
-  ReadDocument& read(const std::string& name) {
-    const auto [position, isNew] = documents_.try_emplace(keyOf(name));
-    if (isNew) position->second = newXmlDocFromUrl(name);
+  ReadDocument& read(const Place& place) {
+    const auto [position, isNew] = documents_.try_emplace(place.key);
+    if (isNew) position->second = newXmlDocFromUrl(place.name);
     return position->second;
   }
 
@@ -134,8 +151,8 @@ class BundleReader {
 
   std::string bundle_;
   std::string planKey_;
-  std::map<std::string, std::string> keys_;        ///< by the names of their files
-  std::map<std::string, ReadDocument> documents_;  ///< by the identities of their files
+  std::map<std::string, Place> places_;            ///< by the names in the table of contents
+  std::map<std::string, ReadDocument> documents_;  ///< by their keys
 };
 
 /// A scenario that the table of contents names.

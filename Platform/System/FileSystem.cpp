@@ -147,7 +147,7 @@ std::string resolvedPath(const std::string& path) {
 
 std::string identityOf(const std::string& path) {
   struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) return resolvedPath(path);
+  if (::stat(path.c_str(), &info) != 0) return path;
   // A new file may have the number of one that was just removed, but not its time.
   return fmt::format("{} {} {} {}", info.st_dev, info.st_ino, info.st_ctim.tv_sec, info.st_ctim.tv_nsec);
 }

@@ -40,7 +40,7 @@ namespace platform {
 /// The path with its symbolic links resolved as far as it exists; the path itself when links run in a circle.
 [[nodiscard]] std::string resolvedPath(const std::string& path);
 /// A text that is the same for each path of an existing file, also for hard links to it, while the file is not changed;
-/// the resolved path when there is no file.
+/// the path itself when there is no file.
 [[nodiscard]] std::string identityOf(const std::string& path);
 /// A path that the operations on texts above read as the system reads the given one: for the system, "~" is the name of
 /// a file, and the ".." in "link/../x" leads to the folder that holds the link's target. Other paths stay as they are.
