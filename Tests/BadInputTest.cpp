@@ -123,6 +123,7 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
   const std::string big(100000, 'a');
   const std::string defaults = "<!DOCTYPE scenario [<!ATTLIST x xmlns:p CDATA '" + big + "' b CDATA '" + big + "'>]>" +
                                plan(repeated("<x/>", 20000));
+  const std::string twice = "<!DOCTYPE scenario [<!ENTITY a 'aaaaaaaaa'>]>";
   const std::string plain = declared("UTF-7") + bomb("+ADw-!ENTITY") + attribute;
   const std::string hidden = std::regex_replace(plain, std::regex("&"), "+ACY-");
   expectAll({
@@ -131,6 +132,9 @@ TEST(BadInput, DeclarationsAreNotTakenIn) {
       {__LINE__, entities + "<", tooMany},
       {__LINE__, utf16(entities + "<"), tooMany},
       {__LINE__, hidden, tooMany},
+      {__LINE__, twice + plan("&a;a"), "", "<Name>aaaaaaaaaa</Name>"},
+      {__LINE__, twice + plan("&a;<x y=z/>"), kRepaired, "<Name>aaaaaaaaa</Name>"},
+      {__LINE__, twice + plan(repeated("&a;", 1000) + "<x y=z/>"), noXML("line 1: Error parsing element attribute")},
       {__LINE__, defaults, "", "<Name />"},
       {__LINE__, defaults + "<", kRepaired, "<Name />"},
   });

@@ -1,6 +1,7 @@
 #include "Platform/Base/Budget.h"
 #include "Platform/System/Log.h"
 #include "Platform/XML/XMLOutput.h"
+#include "Platform/XML/XMLRepair.h"
 #include "Tests/Support.h"
 
 using platform::Budget;
@@ -43,6 +44,20 @@ TEST(BudgetTest, IsGivenBackWhenTreesAreFreed) {
   const Budget budget;
   EXPECT_TRUE(xml::Document::read("<a>" + repeated("<b/>", 250'000) + "</c>").document);
   EXPECT_LT(Budget::spent(), 24 * kMB);
+}
+
+/// The parser that repairs documents takes 25 MB for this one, and charges nothing once it has ended.
+TEST(BudgetTest, LimitsRepair) {
+  const std::string malformed = repeated("<a>", 333'333);
+  const auto failureOfRepair = [&malformed](std::size_t left) {
+    const Budget budget;
+    Budget::spend(Budget::left() - left);
+    const std::string failure = failureOf([&] { EXPECT_TRUE(xml::repaired(malformed)); });
+    EXPECT_TRUE(!failure.empty() || Budget::left() == left);
+    return failure;
+  };
+  EXPECT_NE(failureOfRepair(20 * kMB), "");
+  EXPECT_EQ(failureOfRepair(40 * kMB), "");
 }
 
 /// The trees of documents, elements, their texts and the log must be charged; a byte of the log counts as ten.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 
@@ -37,6 +38,8 @@ class Budget {
     }
   }
 
+  /// How many bytes may still be charged.
+  [[nodiscard]] static std::size_t left() { return allowed_ - std::min(spent_, allowed_); }
   /// What was charged so far, for takeBackTo().
   [[nodiscard]] static std::size_t spent() { return spent_; }
   /// Takes back what was charged since spent() had this value, because all of it is freed.

@@ -45,7 +45,10 @@ class Mender {
       if (text.starts_with('<')) addMarkup(text);
     }
   }
-  [[nodiscard]] MendedText take() { return std::move(result_); }
+  [[nodiscard]] MendedText take() {
+    result_.added = grown_;
+    return std::move(result_);
+  }
 
  private:
   using Add = void (Mender::*)(std::string_view text);

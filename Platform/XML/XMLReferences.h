@@ -35,6 +35,7 @@ struct CharacterReference {
 struct MendedText {
   std::string text;
   bool isGuessed = false;  ///< whether something in it was not valid XML
+  std::size_t added = 0;   ///< bytes that its entities added
   std::string problem;     ///< why its entities cannot be expanded; empty when they can
 };
 

@@ -1,27 +1,35 @@
 #include "Platform/XML/XMLRepair.h"
 
 #include <libxml/parser.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
 #include <utility>
 #include <vector>
 
+#include "Platform/Base/Budget.h"
 #include "Platform/XML/XMLText.h"
 
 namespace xml {
 namespace {
 
-/// Whether the parser lacked memory. It does not always tell: it ends early or loses names, and what it has read so far
-/// would be taken for the whole document.
-thread_local bool lacksMemory = false;
-
-void* noting(void* memory) {
-  if (memory == nullptr) lacksMemory = true;
-  return memory;
-}
+/// The memory of the parser that runs in this thread. It can be 25 times the size of the document, so it may not
+/// take more than the budget allows.
+struct ParserMemory {
+  std::size_t held = 0;
+  std::size_t most = std::numeric_limits<std::size_t>::max();
+  /// Whether there was not enough. The parser does not always tell: it ends early or loses names, and what it has read
+  /// so far would be taken for the whole document.
+  bool isLacking = false;
+  bool exceedsBudget = false;
+};
+thread_local ParserMemory parserMemory;
 
 /// The functions by which the library gets its memory; the program may have chosen others than malloc() and the like.
 struct MemoryFunctions {
@@ -38,18 +46,61 @@ const MemoryFunctions& functionsBefore() {
   return functions;
 }
 
-void noteLackOfMemory() {
-  static const int isSet = xmlMemSetup(
-      functionsBefore().give, [](std::size_t size) { return noting(functionsBefore().take(size)); },
-      [](void* before, std::size_t size) { return noting(functionsBefore().change(before, size)); },
-      [](const char* text) { return static_cast<char*>(noting(functionsBefore().copy(text))); });
-  static_cast<void>(isSet);
-  lacksMemory = false;
+/// The bytes of a block of memory, as far as they can be known.
+std::size_t sizeOf(void* memory) { return functionsBefore().take == &std::malloc ? malloc_usable_size(memory) : 0; }
+
+bool mayTake(std::size_t bytes) {
+  if (bytes > parserMemory.most - std::min(parserMemory.held, parserMemory.most)) parserMemory.exceedsBudget = true;
+  return !parserMemory.exceedsBudget;
 }
 
-void requireMemory() {
-  if (lacksMemory) throw std::bad_alloc();
+void* noting(void* memory) {
+  if (memory == nullptr) parserMemory.isLacking = true;
+  parserMemory.held += sizeOf(memory);
+  return memory;
 }
+
+void forget(void* memory) { parserMemory.held -= std::min(parserMemory.held, sizeOf(memory)); }
+
+void give(void* memory) {
+  forget(memory);
+  functionsBefore().give(memory);
+}
+
+void* take(std::size_t size) { return noting(mayTake(size) ? functionsBefore().take(size) : nullptr); }
+
+void* change(void* before, std::size_t size) {
+  const std::size_t sizeBefore = sizeOf(before);
+  if (!mayTake(size - std::min(size, sizeBefore))) return noting(nullptr);
+  forget(before);
+  return noting(functionsBefore().change(before, size));
+}
+
+char* copy(const char* text) {
+  return static_cast<char*>(noting(mayTake(std::strlen(text)) ? functionsBefore().copy(text) : nullptr));
+}
+
+/// While this object lives, the parser is held to the budget.
+class LimitedMemory {
+ public:
+  LimitedMemory() {
+    static_cast<void>(functionsBefore());  // must be known before they are replaced
+    static const int isSet = xmlMemSetup(&give, &take, &change, &copy);
+    static_cast<void>(isSet);
+    parserMemory = {};
+    parserMemory.most = platform::Budget::left();
+  }
+  ~LimitedMemory() { parserMemory = {}; }
+  LimitedMemory(const LimitedMemory&) = delete;
+  LimitedMemory& operator=(const LimitedMemory&) = delete;
+
+  /// @throws platform::InvariantFailure when the budget was not enough.
+  /// @throws std::bad_alloc when memory was not enough.
+  static void require() {
+    if (parserMemory.exceedsBudget) platform::Budget::spend(parserMemory.most + 1);
+    if (parserMemory.isLacking) throw std::bad_alloc();
+  }
+};
 
 std::string_view view(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
 
@@ -183,10 +234,10 @@ std::size_t mostAttributes(std::string_view text) {
 std::optional<std::string> repaired(const std::string& text) {
   constexpr std::size_t kMaximumAttributes = 1000;
   if (text.empty() || text.size() > INT_MAX || mostAttributes(text) > kMaximumAttributes) return std::nullopt;
-  noteLackOfMemory();
+  const LimitedMemory memory;
   const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> parser(
       xmlCreateDocParserCtxt(reinterpret_cast<const xmlChar*>(text.c_str())), &xmlFreeParserCtxt);
-  requireMemory();
+  LimitedMemory::require();
   if (!parser) return std::nullopt;
   // HUGE turns the parser's limits on depth and size off: content beyond them would be lost. They guard against
   // entities that expand without end, and no document type comes this far. NOENT makes it report "&amp;" in an
@@ -197,7 +248,7 @@ std::optional<std::string> repaired(const std::string& text) {
   Writer writer(*parser);
   parser->_private = &writer;
   xmlParseDocument(parser.get());
-  requireMemory();
+  LimitedMemory::require();
   std::string result = writer.take();
   if (result.empty() || parser->errNo == XML_ERR_USER_STOP) return std::nullopt;
   return result;
