@@ -46,6 +46,20 @@ TEST(BudgetTest, IsGivenBackWhenTreesAreFreed) {
   EXPECT_LT(Budget::spent(), 24 * kMB);
 }
 
+/// For a text with elements, the part of the document is parsed again with its blanks, which takes 24 MB here.
+TEST(BudgetTest, LimitsTextsWithBlanks) {
+  const auto failureOfReading = [](std::size_t left) {
+    const Budget budget;
+    const auto document = xml::Document::parse("<a>" + repeated("<b/> ", 200'000) + "</a>");
+    Budget::spend(Budget::left() - left);
+    const std::string failure = failureOf([&] { EXPECT_EQ(document->root().stringView().size(), 200'000); });
+    EXPECT_TRUE(!failure.empty() || Budget::left() == left - 1'000'007);  // the source is kept
+    return failure;
+  };
+  EXPECT_NE(failureOfReading(20 * kMB), "");
+  EXPECT_EQ(failureOfReading(40 * kMB), "");
+}
+
 /// The parser that repairs documents takes 25 MB for this one, and charges nothing once it has ended.
 TEST(BudgetTest, LimitsRepair) {
   const std::string malformed = repeated("<a>", 333'333);

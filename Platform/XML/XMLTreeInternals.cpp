@@ -36,6 +36,17 @@ std::string joinedTexts(pugi::xml_node top) {
   return texts;
 }
 
+/// The joined texts of the element that the markup begins with. End tags of its parents may follow, so parsing reports
+/// an error; the element is complete all the same.
+std::string textsOfMarkup(std::string_view markup, unsigned options) {
+  pugi::xml_document part;
+  {
+    const ChargedParser charged;
+    part.load_buffer(markup.data(), markup.size(), options, pugi::encoding_utf8);
+  }
+  return joinedTexts(part.first_child());
+}
+
 /// The first node behind the element's end.
 pugi::xml_node nextBehind(pugi::xml_node element) {
   while (element && !element.next_sibling()) element = element.parent();
@@ -59,16 +70,18 @@ const std::string& Document::Tree::wholeText(pugi::xml_node top) {
 }
 
 std::string Document::Tree::textWithBlanks(pugi::xml_node top) {
-  if (source.empty()) source = again();
+  if (source.empty()) {
+    source = again();
+    platform::Budget::spend(source.size());
+  }
   if (source.size() != bytes.size()) return joinedTexts(top);  // another program changed the file meanwhile
   const auto begin = static_cast<std::size_t>(top.offset_debug()) - 1;
   const pugi::xml_node next = nextBehind(top);
   const std::size_t end = next ? static_cast<std::size_t>(next.offset_debug()) : source.size();
-  // The part ends before the next node and may include end tags of parents, so parsing reports an error; the element is
-  // complete all the same.
-  pugi::xml_document part;
-  part.load_buffer(source.data() + begin, end - begin, kKeepBlanks, pugi::encoding_utf8);
-  return joinedTexts(part.first_child());
+  const std::size_t spent = platform::Budget::spent();
+  std::string texts = textsOfMarkup(std::string_view(source).substr(begin, end - begin), kKeepBlanks);
+  platform::Budget::takeBackTo(spent);
+  return texts;
 }
 
 void Document::Tree::ChildTable::fill(pugi::xml_node parent) {
