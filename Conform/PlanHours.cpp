@@ -75,8 +75,10 @@ std::string PlanHours::namesOf(const DayChange& change) const {
   std::string names;
   std::set<std::string_view> said;
   for (const std::size_t source : change.sources) {
-    if (!said.insert(sources_[source]).second) continue;
-    names += (names.empty() ? "" : ", ") + sources_[source];
+    if (names.size() > kLongestName) break;
+    // A very long name would be copied for each exception. The byte behind the longest length tells where it is cut.
+    const std::string_view name = std::string_view(sources_[source]).substr(0, kLongestName + 1);
+    if (said.insert(name).second) names.append(names.empty() ? "" : ", ").append(name);
   }
   return shortened(std::move(names));
 }
