@@ -14,6 +14,7 @@
 #include "Conform/Facts.h"
 #include "Conform/Failure.h"
 #include "Platform/Base/IdHash.h"
+#include "Platform/Text/Texts.h"
 
 namespace conform {
 namespace {
@@ -157,13 +158,15 @@ class Fields {
     }
   }
 
-  /// The field for another value of a name that the object already has.
+  /// The field for another value of a name that the object already has. Long names are shortened, since each of these
+  /// fields has a copy.
   Field& anotherField(Field& first, std::size_t holder) {
+    const std::string name = platform::shortened(first.name);
     for (;;) {
-      Field& field = fieldOf(fmt::format("{} ({})", first.name, ++first.lastNumber));
+      Field& field = fieldOf(fmt::format("{} ({})", name, ++first.lastNumber));
       if (field.namedBy == holder || field.usedBy == holder) continue;
       copy_.report.warn(
-          fmt::format("field \"{}\" of {}s holds further values of the key \"{}\"", field.name, kind_, first.name));
+          fmt::format("field \"{}\" of {}s holds further values of the key \"{}\"", field.name, kind_, name));
       return field;
     }
   }

@@ -141,16 +141,20 @@ class Doubts {
     kind_ = kind;
     object_ = object;
     nameChild_ = nameChild;
+    about_.clear();
   }
 
   /// "task t12 'Motor driver board': ..."
   template <typename... Args>
   void warn(fmt::format_string<Args...> sentence, Args&&... args) {
-    const std::string about = nameChild_.empty()
-                                  ? std::string(kind_)
-                                  : fmt::format("{} {} '{}'", kind_, shortened(object_.attribute("id").value()),
-                                                shortened(singleObjectForXQuery(object_, nameChild_).stringView()));
-    report_.warn(about + ": " + fmt::format(sentence, std::forward<Args>(args)...));
+    if (about_.empty()) about_ = about();
+    report_.warn(about_ + ": " + fmt::format(sentence, std::forward<Args>(args)...));
+  }
+
+  [[nodiscard]] std::string about() const {
+    if (nameChild_.empty()) return std::string(kind_);
+    return fmt::format("{} {} '{}'", kind_, shortened(object_.attribute("id").value()),
+                       shortened(singleObjectForXQuery(object_, nameChild_).stringView()));
   }
 
   void tell(const std::optional<std::string>& doubt) {
@@ -378,6 +382,7 @@ class Doubts {
   std::string_view kind_;
   xml::Node object_;
   std::string_view nameChild_;
+  std::string about_;  ///< made for the first warning; an object with a long name may have many
 };
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "Conform/Identifiers.h"
 
 #include <functional>
-#include <sstream>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "Conform/Elements.h"
 #include "Conform/Facts.h"
 #include "Conform/Failure.h"
+#include "Conform/Markup.h"
 #include "Platform/Base/IdHash.h"
 
 namespace conform {
@@ -97,12 +97,6 @@ void redirectAssignments(const Copy& copy, const char* name, const Renamed& rena
   for (const AssignmentItem& assignment : copy.assignments) redirect(assignment.element, name, renamed);
 }
 
-std::string markupOf(pugi::xml_node element) {
-  std::ostringstream out;
-  element.print(out, "", pugi::format_raw);
-  return out.str();
-}
-
 /// When a group is reached in several ways, the exporter writes its calendar several times, always with the contents of
 /// the last.
 void correctCalendars(Copy& copy) {
@@ -120,7 +114,7 @@ void correctCalendars(Copy& copy) {
   }
   for (CalendarItem* calendar : doubled) {
     CalendarItem& other = *first[std::string(textOf(calendar->element, "UID"))];
-    if (markupOf(other.element) == markupOf(calendar->element)) {
+    if (isAlike(other.element, calendar->element)) {
       other.source = calendar->source;
       calendar->element.parent().remove_child(calendar->element);
       calendar->element = {};

@@ -155,6 +155,7 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
   const string ofBoth =
       scenario(task("t1", keys({"a", "b"})) + task("t2", keys({"b", "c"})) + resource("r1", "Staff", keys({"b"})));
   const string many = tag("user-data", numbered("<key>k{}</key>", 33) + repeated("<string>v</string>", 33));
+  const string longKey(300, 'k');
   const string aTwice = t1(keys({"a", "a", "b"})), aFourTimes = t1(keys({"a", "a", "a (2)", "a"}));
   const string inOneOfTwo = scenario(task("t1", keys({"a", "a"})) + task("t2", keys({"a (2)", "a"})));
   const string ids = "Task/ExtendedAttribute/FieldID", values = "Task/ExtendedAttribute: FieldID Value";
@@ -170,6 +171,8 @@ TEST(Corrections, DefineEachCustomFieldOnce) {
       {__LINE__, "its value stays in its place", aTwice, values, f1 + " 1, " + f2 + " 2, " + f3 + " 3"},
       {__LINE__, "a warning names that field", aTwice, "said", furtherValues},
       {__LINE__, "new names avoid those of other keys", aFourTimes, aliases, "a, a (3), a (2), a (4)"},
+      {__LINE__, "a long key is shortened in it", t1(keys({longKey, longKey})), aliases,
+       longKey + ", " + longKey.substr(0, 200) + "... (2)"},
       {__LINE__, "keys that get equal names", t1(keys({"a b", "a\nb"})), aliases, "a b, a b (2)"},
       {__LINE__, "another task has a key with the new name", inOneOfTwo, ids, f1 + ", " + f2 + ", " + f2 + ", " + f1},
       {__LINE__, "too many fields", t1(many), "said", "task fields past Text30 left out: 3 fields with 3 values"},
