@@ -222,7 +222,9 @@ TEST(MSPDIExport, LogsInLocalTime) {
     return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::gmtime(std::time(nullptr) + (5 * 60 + 45) * 60));
   };
   const string before = local();
-  const string log = place.start("--input-list /dev/stdin", "{ sleep 1; echo a; } | \"$@\"").end().log;
+  // The list comes a second after the first record, however long the program takes to start.
+  const string late = "{ until [ -s log ]; do sleep 0.1; done; sleep 1; echo a; } | \"$@\" 2>log; cat log >&2";
+  const string log = place.start("--input-list /dev/stdin", late).end().log;
   const auto loggedAt = [&](std::size_t record) { return log.substr(record, before.size()); };
   EXPECT_LE(before, loggedAt(0));
   EXPECT_LT(loggedAt(0), loggedAt(log.rfind('\n', log.find("\"a\"")) + 1));
