@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "Conform/Completion.h"
@@ -333,8 +334,9 @@ class Doubts {
   /// A material is written as a duration, too: an hour for each unit.
   void checkUnits(std::string_view units, xml::Node resource) {
     tell(doubtOfCopiedNumber("units", units));
-    if (singleObjectForXQuery(resource, "type").stringView() != kMaterialResource) return;
-    tell(doubtOfSize("units", units, platform::doubleValue(units) * platform::kSecondsPerHour));
+    const auto [isMaterial, isNew] = isMaterial_.try_emplace(resource.identity());
+    if (isNew) isMaterial->second = singleObjectForXQuery(resource, "type").stringView() == kMaterialResource;
+    if (isMaterial->second) tell(doubtOfSize("units", units, platform::doubleValue(units) * platform::kSecondsPerHour));
   }
 
   void checkWord(const std::optional<std::string>& text, const Words& words) {
@@ -382,6 +384,7 @@ class Doubts {
   std::string_view kind_;
   xml::Node object_;
   std::string_view nameChild_;
+  std::unordered_map<const void*, bool> isMaterial_;  ///< by resource; a long type may be asked for many assignments
   std::string about_;  ///< made for the first warning; an object with a long name may have many
 };
 
