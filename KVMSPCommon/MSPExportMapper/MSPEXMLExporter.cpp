@@ -71,7 +71,7 @@ class BundleReader {
   }
 
   /// Reads a document that is not exported, and logs what documentNamed() would. Keeps it only if it is also needed
-  /// otherwise: a table of contents may name thousands.
+  /// otherwise, since all of them together could take gigabytes.
   void checkNamed(const std::string& fileName) {
     const Place& place = placeOf(fileName);
     const bool isKept = isNeeded(place);

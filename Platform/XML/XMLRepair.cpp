@@ -19,8 +19,8 @@
 namespace xml {
 namespace {
 
-/// The memory of the parser that runs in this thread. It can be 25 times the size of the document, so it may not
-/// take more than the budget allows.
+/// The memory of the parser that runs in this thread. It can be 25 times the size of the document, so it may not take
+/// more than the budget allows.
 struct ParserMemory {
   std::size_t held = 0;
   std::size_t most = std::numeric_limits<std::size_t>::max();
